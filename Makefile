@@ -1,0 +1,43 @@
+# The two commands a newcomer needs: `make run` and `make test`.
+JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
+DEMO := build/demo-course
+
+.PHONY: all build test test-default test-asan run fuzz bench format clean
+
+all: build
+
+build:
+	cmake --preset default
+	cmake --build build/default -j $(JOBS)
+
+test-default: build
+	cd build/default && ctest --output-on-failure -j $(JOBS)
+
+test-asan:
+	cmake --preset asan
+	cmake --build build/asan -j $(JOBS)
+	cd build/asan && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
+# Every test, then every test again under the address and undefined-behaviour sanitizers.
+test: test-default test-asan
+
+# Opens Tallory on a fresh copy of the demo course.
+run: build
+	@scripts/run-demo $(DEMO)
+
+fuzz:
+	cmake --preset fuzz
+	cmake --build build/fuzz -j $(JOBS)
+	scripts/run-fuzzers build/fuzz $(FUZZ_SECONDS)
+
+bench:
+	cmake --preset release
+	cmake --build build/release -j $(JOBS)
+	bench/run build/release
+
+format:
+	find src tests bench fuzz -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf build

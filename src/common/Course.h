@@ -1,0 +1,150 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "common/Table.h"
+
+namespace tallory {
+
+// Bounds of the course tables. Counters are held in int but never pass these.
+constexpr int kMaxStudents = 4000;
+constexpr int kMaxRoster = 4000;
+constexpr int kMaxRemotes = 4000;
+constexpr int kMaxVoters = 4000;
+constexpr int kMaxSessions = 99;
+constexpr int kSessionTableUpper = 99;
+constexpr int kMaxQuestions = 1000;
+constexpr int kMaxLogFieldIndex = 999;
+constexpr int kMaxParams = 99;
+
+// Answer codes of a vote: 1..5 are choices A..E.
+constexpr int16_t kNoAnswer = 6;
+constexpr int16_t kAnonymousAnswer = 7;
+
+// Booleans in records are -1 for true, as the log writer's test "Deleted = -1" relies on.
+constexpr int16_t kTrue = -1;
+constexpr int16_t kFalse = 0;
+
+struct ParamRec {
+    std::string Key;
+    std::string Value;
+    std::string Note;
+};
+
+struct RemoteRec {
+    std::string StudentId;
+    std::string RemoteId;
+};
+
+struct RosterRec {
+    std::string StudentId;
+    std::string RemoteId;
+    std::string FirstName;
+    std::string LastName;
+    int16_t MatchScore = 0;
+    std::string Extra;
+};
+
+struct QuestionRec {
+    std::string Name;
+    std::string StartTime;
+    std::string StopTime;
+    int16_t CorrectAnswer = 0;
+    std::array<int16_t, 7> ResponseCount{};
+    std::array<double, 7> ChoicePoints{};
+    double MaxPoints = 0;
+    double AveragePoints = 0;
+    int16_t Deleted = kFalse;
+    int16_t Anonymous = kFalse;
+};
+
+// One voter of the session last read. The per-question arrays grow as questions are touched and
+// are never cleared, so a short data line keeps what an earlier log left in the later questions.
+struct VoteRec {
+    std::string StudentId;
+    std::string RemoteId;
+    Table<int16_t, kMaxQuestions> Answer;
+    Table<double, kMaxQuestions> FinalTime;
+    Table<double, kMaxQuestions> FirstTime;
+    Table<int16_t, kMaxQuestions> FirstAnswer;
+    Table<int16_t, kMaxQuestions> Attempts;
+    Table<double, kMaxQuestions> Score;
+};
+
+struct StudentRec {
+    std::string StudentId;
+    std::string RemoteId;
+    std::array<double, kSessionTableUpper + 1> Score{};
+    std::array<int16_t, kSessionTableUpper + 1> Present{};
+};
+
+struct MultiRemoteRec {
+    std::string Student;
+    std::string Clickers;
+    std::string Sessions;
+};
+
+// Everything the program knows about the open course. One instance lives for the run; tests make
+// their own. Tables keep their bounds (0..Upper) and their row 0 conventions.
+struct Course {
+    std::string AppPath;          // the course folder, without a trailing separator
+    std::string ProgramFolder;    // the folder the program was started from (Classes\Options.csv)
+    std::string CourseFolderName; // last component of AppPath, for reports
+
+    // Settings (Config.csv): rows 1..NumParams.
+    Table<ParamRec, kMaxParams> Params;
+    int NumParams = 0;
+
+    // Registrations (RemoteID.csv): rows 1..NumRemotes.
+    Table<RemoteRec, kMaxRemotes> RemoteTable;
+    Table<RemoteRec, kMaxRemotes> RemoteRaw;
+    int NumRemotes = 0;
+    int NumNewRemotes = 0;
+    bool ClickerCheckStarted = false;
+    // Look-up of the first row for a remote in normal form; rebuilt when RemoteIndexValid is false.
+    // Whoever changes RemoteTable sets RemoteIndexValid to false.
+    mutable std::unordered_map<std::string, int> RemoteIndex;
+    mutable bool RemoteIndexValid = false;
+
+    // Roster: rows 0..NumRoster-1; RosterIDs rows 1..NumRosterIDs sorted.
+    Table<RosterRec, kMaxRoster> Roster;
+    int NumRoster = 0;
+    Table<std::string, kMaxRoster> RosterIDs;
+    int NumRosterIDs = 0;
+    // Look-up of the first roster row by trimmed upper-case ID.
+    std::unordered_map<std::string, int> RosterIndex;
+
+    // The session last read: Questions rows 0..NumQuestions, Votes rows 1..NumVoters.
+    Table<QuestionRec, kMaxQuestions> Questions;
+    Table<VoteRec, kMaxVoters> Votes;
+    int NumQuestions = 0;
+    int NumVoters = 0;
+    double SessPerformance = 0;
+    double SessParticipation = 1;
+    int16_t SessMinReply = 1;
+    int16_t SessMinCorrect = 1;
+
+    // All sessions: Students rows 1..NumStudents, sessions 1..NumSessions.
+    Table<StudentRec, kMaxStudents> Students;
+    int NumStudents = 0;
+    int NumSessions = 0;
+    std::array<std::string, kSessionTableUpper + 1> SessionFile;
+    std::array<std::string, kSessionTableUpper + 1> SessionTitle;
+    std::array<int16_t, kSessionTableUpper + 1> ExportSel{};
+    // Look-up of the first student row by trimmed upper-case ID, kept by the session store.
+    std::unordered_map<std::string, int> StudentIndex;
+
+    // Warnings of the current load about students with several clickers in one session.
+    Table<MultiRemoteRec, kMaxStudents> MultiRemote;
+    std::string MultiRemoteText;
+
+    // The session chosen on the main window for its edit or scoring screen.
+    int CurrentSession = 0;
+    std::string CurrentLogFile;
+};
+
+}  // namespace tallory

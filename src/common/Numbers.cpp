@@ -1,0 +1,190 @@
+#include "common/Numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tallory {
+
+namespace {
+
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+std::string_view TrimBlanks(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+// Length of the longest numeric prefix (sign, digits, point, exponent), 0 when there is none.
+size_t NumericPrefix(std::string_view text, bool& hasExponent) {
+    size_t i = 0;
+    hasExponent = false;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+    size_t digits = 0;
+    while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i, ++digits;
+    if (i < text.size() && text[i] == '.') {
+        ++i;
+        while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i, ++digits;
+    }
+    if (digits == 0) return 0;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E' || text[i] == 'd' || text[i] == 'D')) {
+        size_t j = i + 1;
+        if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
+        size_t expDigits = 0;
+        while (j < text.size() && text[j] >= '0' && text[j] <= '9') ++j, ++expDigits;
+        if (expDigits > 0) {
+            hasExponent = true;
+            i = j;
+        }
+    }
+    return i;
+}
+
+double ConvertPrefix(std::string_view number, bool hasExponent) {
+    // from_chars takes no '+' and no 'D' exponent.
+    bool negative = false;
+    if (!number.empty() && (number[0] == '+' || number[0] == '-')) {
+        negative = number[0] == '-';
+        number.remove_prefix(1);
+    }
+    double value = 0;
+    if (hasExponent) {
+        std::string copy(number);
+        for (char& c : copy)
+            if (c == 'd' || c == 'D') c = 'E';
+        std::from_chars(copy.data(), copy.data() + copy.size(), value);
+    } else {
+        std::from_chars(number.data(), number.data() + number.size(), value);
+    }
+    return negative ? -value : value;
+}
+
+// The 15 significant digits of a value and its decimal exponent: value = 0.d1d2...d15 x 10^exp.
+struct Decimal {
+    bool negative = false;
+    char digits[16] = {};
+    int exponent = 0;
+};
+
+Decimal ToDecimal(double value) {
+    Decimal d;
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.14e", value);
+    const char* p = buffer;
+    if (*p == '-') d.negative = true, ++p;
+    int n = 0;
+    for (; *p && *p != 'e'; ++p)
+        if (*p >= '0' && *p <= '9') d.digits[n++] = *p;
+    d.digits[n] = 0;
+    d.exponent = std::atoi(p + 1) + 1;
+    return d;
+}
+
+// Rounds to `places` decimals on the decimal form; returns the kept digits as an integer and the
+// power of ten of its last digit.
+double RoundDecimal(double value, int places, bool halfEven) {
+    if (value == 0 || !std::isfinite(value)) return value;
+    Decimal d = ToDecimal(value);
+    int kept = d.exponent + places;
+    if (kept >= 15) return value;
+    if (kept < 0) return 0;
+    long long whole = 0;
+    for (int i = 0; i < kept; ++i) whole = whole * 10 + (d.digits[i] - '0');
+    int next = d.digits[kept] - '0';
+    bool restZero = true;
+    for (int i = kept + 1; i < 15; ++i)
+        if (d.digits[i] != '0') restZero = false;
+    bool up = next > 5 || (next == 5 && !restZero) ||
+              (next == 5 && restZero && (!halfEven || (whole % 2) == 1));
+    if (up) ++whole;
+    char buffer[48];
+    std::snprintf(buffer, sizeof buffer, "%s%llde%d", d.negative ? "-" : "", whole, -places);
+    return std::strtod(buffer, nullptr);
+}
+
+}  // namespace
+
+std::string NumberText(double value) {
+    if (value == 0) return "0";
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.15G", value);
+    std::string text(buffer);
+    size_t e = text.find('E');
+    std::string mantissa = text.substr(0, e);
+    std::string exponent = e == std::string::npos ? "" : text.substr(e);
+    if (mantissa.find('.') != std::string::npos) {
+        while (!mantissa.empty() && mantissa.back() == '0') mantissa.pop_back();
+        if (!mantissa.empty() && mantissa.back() == '.') mantissa.pop_back();
+    }
+    return mantissa + exponent;
+}
+
+std::string NumberItem(double value) {
+    std::string text = NumberText(value);
+    std::string item;
+    if (text[0] == '-') {
+        item = "-";
+        text.erase(0, 1);
+    } else {
+        item = " ";
+    }
+    if (text.size() > 1 && text[0] == '0' && text[1] == '.') text.erase(0, 1);
+    return item + text + " ";
+}
+
+double Round(double value, int places) { return RoundDecimal(value, places, true); }
+
+std::string FormatFixed(double value, int places) {
+    double rounded = RoundDecimal(value, places, false);
+    if (rounded == 0) rounded = 0;  // no "-0.00"
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*f", places, rounded);
+    return buffer;
+}
+
+double Int(double value) { return std::floor(value); }
+
+bool IsNumeric(std::string_view text) {
+    text = TrimBlanks(text);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    return length > 0 && length == text.size();
+}
+
+bool ToDouble(std::string_view text, double& value) {
+    text = TrimBlanks(text);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0 || length != text.size()) return false;
+    double converted = ConvertPrefix(text, hasExponent);
+    if (!std::isfinite(converted)) return false;
+    value = converted;
+    return true;
+}
+
+bool RoundToInt16(double value, int16_t& result) {
+    double rounded = std::nearbyint(value);  // the default rounding mode takes halves to even
+    if (!(rounded >= -32768 && rounded <= 32767)) return false;
+    result = static_cast<int16_t>(rounded);
+    return true;
+}
+
+bool ToInt16(std::string_view text, int16_t& value) {
+    double converted;
+    if (!ToDouble(text, converted)) return false;
+    return RoundToInt16(converted, value);
+}
+
+double LeadingNumber(std::string_view text) {
+    while (!text.empty() && (IsBlank(text.front()) || text.front() == '\n' || text.front() == '\r'))
+        text.remove_prefix(1);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0) return 0;
+    double value = ConvertPrefix(text.substr(0, length), hasExponent);
+    return std::isfinite(value) ? value : 0;
+}
+
+}  // namespace tallory

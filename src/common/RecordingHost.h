@@ -1,0 +1,42 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "common/Host.h"
+
+namespace tallory {
+
+// A host for tests and scripts: keeps every message and progress text, answers questions from a
+// script (or with a default answer when the script is empty).
+class RecordingHost : public Host {
+public:
+    struct Shown {
+        std::string text;
+        std::string title;
+        Icon icon;
+        Buttons buttons;
+    };
+
+    Answer Message(std::string_view text, std::string_view title, Icon icon,
+                   Buttons buttons) override;
+    void SetProgressText(std::string_view text) override { progressTexts.emplace_back(text); }
+    void SetProgressValue(double fraction) override { lastProgress = fraction; }
+    void ShowProgress() override { ++progressShown; }
+    void HideProgress() override { ++progressHidden; }
+    void SetWaitCursor(bool on) override { waitCursor = on; }
+
+    std::vector<Shown> messages;
+    std::vector<std::string> progressTexts;
+    std::deque<Answer> answers;     // answers to questions, in order
+    Answer defaultAnswer = Answer::No;
+    double lastProgress = 0;
+    int progressShown = 0;
+    int progressHidden = 0;
+    bool waitCursor = false;
+};
+
+const char* IconName(Icon icon);
+
+}  // namespace tallory

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "common/Course.h"
+#include "common/Host.h"
+
+namespace tallory {
+
+// Registrations of remotes to students: RemoteTable rows 1..NumRemotes.
+
+void ReadRemoteIds(Course& course, Host& host, const std::string& path);
+void WriteRemoteIds(const Course& course, Host& host, const std::string& path);
+void AddRemote(Course& course, std::string_view remoteId, std::string_view studentId);
+void RemoveRemote(Course& course, Host& host, std::string_view remoteId);
+std::string StudentOfRemote(const Course& course, std::string_view remoteId);
+std::string RemotesOfStudent(const Course& course, std::string_view studentId);
+bool SameRemote(std::string_view a, std::string_view b);
+// Upper case, trimmed, without leading "#" and "0" (a text of only those keeps its last character).
+std::string NormalRemote(std::string_view remoteId);
+// The first registered row of a remote (compared in normal form), 0 when none.
+int FindRemoteRow(const Course& course, std::string_view remoteId);
+std::string TrimLeftBlanks(std::string_view text);
+std::string TrimRightBlanks(std::string_view text);
+void LogClickerCheck(Course& course, std::string_view text);
+// The keys allowed while typing a remote ID: 0-9, A-F in either case, backspace, enter.
+bool IsRemoteIdKey(int key);
+
+}  // namespace tallory

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallory {
+
+// The fields of one CSV line, numbered from 0 up to a top index the caller chose. Holds the texts
+// in one buffer that is reused from line to line, so splitting a long file allocates nothing.
+class Fields {
+public:
+    explicit Fields(int topIndex) : top_(topIndex) {}
+
+    // Index of the last field, -1 when there is none.
+    int Count() const { return count_; }
+    bool Has(int index) const { return index >= 0 && index <= count_; }
+    // The text of a field; empty for a field that is not there.
+    std::string_view operator[](int index) const;
+    std::string Text(int index) const { return std::string((*this)[index]); }
+    int Top() const { return top_; }
+
+private:
+    friend void SplitFields(std::string_view line, Fields& fields);
+    int top_;
+    int count_ = -1;
+    std::string buffer_;
+    std::vector<uint32_t> ends_;
+};
+
+// Splits a line at commas and line feeds outside double quotes. Quotes are dropped; fields past the
+// top index are joined onto the last one with ":"; an empty last field is not counted.
+void SplitFields(std::string_view line, Fields& fields);
+
+// True when both texts, trimmed and in upper case, are equal.
+bool SameText(std::string_view a, std::string_view b);
+
+}  // namespace tallory

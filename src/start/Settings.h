@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "common/Course.h"
+#include "common/Host.h"
+
+namespace tallory {
+
+// Course settings in "\SessionData\Config.csv" and the last chosen course in
+// "\Classes\Options.csv".
+
+void ReadConfig(Course& course, Host& host);
+void WriteConfig(const Course& course);
+// The trimmed value of the first row with this key (case and blanks ignored), or the default.
+std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue);
+void SetParam(Course& course, std::string_view key, std::string_view value);
+
+// True when the folder's Config.csv holds ENABLEWEBVOTING = TRUE.
+bool IsWebVotingEnabled(const std::string& folder);
+
+// Options.csv under `programFolder` + "\Classes".
+std::string ReadSelectedClass(const std::string& programFolder);
+void SaveSelectedClass(const std::string& programFolder, std::string_view rowText);
+
+}  // namespace tallory

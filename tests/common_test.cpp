@@ -1,0 +1,210 @@
+#include <gtest/gtest.h>
+
+#include "TestSupport.h"
+#include "common/AtomicFile.h"
+#include "common/LinePrinter.h"
+#include "common/LineReader.h"
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/Table.h"
+#include "common/Text.h"
+#include "start/Fields.h"
+
+namespace tallory {
+namespace {
+
+TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
+    struct Case {
+        double value;
+        const char* item;
+        const char* text;
+    } cases[] = {
+        {12, " 12 ", "12"},           {-1, "-1 ", "-1"},
+        {0.5, " .5 ", "0.5"},         {-0.5, "-.5 ", "-0.5"},
+        {0, " 0 ", "0"},              {2.5, " 2.5 ", "2.5"},
+        {1e-10, " 1E-10 ", "1E-10"},  {1.0 / 3, " .333333333333333 ", "0.333333333333333"},
+        {0.1 + 0.2, " .3 ", "0.3"},   {123456789012345.0, " 123456789012345 ", "123456789012345"},
+        {1e15, " 1E+15 ", "1E+15"},   {-1e-10, "-1E-10 ", "-1E-10"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(NumberItem(c.value), c.item) << c.value;
+        EXPECT_EQ(NumberText(c.value), c.text) << c.value;
+    }
+}
+
+TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
+    struct Case {
+        double value;
+        int places;
+        double even;
+        const char* fixed;
+    } cases[] = {
+        {47.5, 0, 48, "47.50"},       {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
+        {2.675, 2, 2.68, "2.68"},     {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
+        {0.125, 2, 0.12, "0.13"},     {0, 2, 0, "0.00"},        {1e-10, 2, 0, "0.00"},
+        {123.456, 1, 123.5, "123.46"}, {0.5, 0, 0, "0.50"},      {1.5, 0, 2, "1.50"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_DOUBLE_EQ(Round(c.value, c.places), c.even) << c.value;
+        EXPECT_EQ(FormatFixed(c.value, 2), c.fixed) << c.value;
+    }
+    EXPECT_EQ(Int(2.9), 2);
+    EXPECT_EQ(Int(-2.1), -3);
+}
+
+TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
+    struct Case {
+        const char* text;
+        bool numeric;
+        double value;
+    } cases[] = {
+        {" 12 ", true, 12},  {"-1", true, -1},     {" .5", true, 0.5},  {"+3", true, 3},
+        {"1E-10", true, 1e-10}, {"2.", true, 2},   {"", false, 0},      {" ", false, 0},
+        {"A", false, 0},     {"1,5", false, 0},    {"12abc", false, 0}, {".", false, 0},
+        {"-", false, 0},     {"1e", false, 0},
+    };
+    for (const auto& c : cases) {
+        double value = -99;
+        EXPECT_EQ(IsNumeric(c.text), c.numeric) << c.text;
+        EXPECT_EQ(ToDouble(c.text, value), c.numeric) << c.text;
+        if (c.numeric) {
+            EXPECT_DOUBLE_EQ(value, c.value) << c.text;
+        }
+    }
+    int16_t small = 0;
+    EXPECT_TRUE(ToInt16(" 2.5 ", small));
+    EXPECT_EQ(small, 2);
+    EXPECT_FALSE(ToInt16("40000", small));
+    EXPECT_EQ(LeadingNumber(" 3.5 points"), 3.5);
+    EXPECT_EQ(LeadingNumber("abc"), 0);
+}
+
+TEST(Fields, SplitsAsTheCourseFilesNeed) {
+    struct Case {
+        const char* line;
+        int top;
+        int count;
+        std::vector<std::string> fields;
+    } cases[] = {
+        {"a,b,c,d,e,f,g,h", 5, 5, {"a", "b", "c", "d", "e", "f:g:h"}},
+        {"", 9, -1, {}},
+        {"a,b,", 9, 1, {"a", "b"}},
+        {"a,,", 9, 1, {"a", ""}},
+        {"\"x,y\" ,\"z\"", 9, 1, {"x,y ", "z"}},
+        {"a\nb", 9, 1, {"a", "b"}},
+        {"\"a\nb\",c", 9, 1, {"a\nb", "c"}},
+        {"\"He said \"\"hi\"\"\",2", 9, 1, {"He said hi", "2"}},
+        {"\"open, to the end", 9, 0, {"open, to the end"}},
+        {" a , b ", 9, 1, {" a ", " b "}},
+    };
+    for (const auto& c : cases) {
+        Fields fields(c.top);
+        SplitFields(c.line, fields);
+        EXPECT_EQ(fields.Count(), c.count) << c.line;
+        for (size_t i = 0; i < c.fields.size(); ++i)
+            EXPECT_EQ(fields[static_cast<int>(i)], c.fields[i]) << c.line << " field " << i;
+    }
+    EXPECT_TRUE(SameText(" abc ", "ABC"));
+    EXPECT_FALSE(SameText("abc", "abd"));
+}
+
+TEST(LineReader, EndsLinesAtCrOrCrLfAndKeepsLoneLf) {
+    test::TempCourse course;
+    course.Write("a.txt", "one\r\ntwo\rthree\nstill three\r\n\r\nlast");
+    LineReader reader(course.File("a.txt"));
+    std::vector<std::string> lines;
+    for (std::string line; reader.ReadLine(line);) lines.push_back(line);
+    EXPECT_EQ(lines, (std::vector<std::string>{"one", "two", "three\nstill three", "", "last"}));
+    EXPECT_EQ(reader.LineNumber(), 5);
+
+    course.Write("empty.txt", "");
+    LineReader empty(course.File("empty.txt"));
+    std::string line;
+    EXPECT_TRUE(empty.AtEnd());
+    EXPECT_FALSE(empty.ReadLine(line));
+
+    LineReader missing(course.File("missing.txt"));
+    EXPECT_FALSE(missing.IsOpen());
+    EXPECT_FALSE(missing.ReadLine(line));
+}
+
+TEST(LineReader, ReadsLinesLongerThanItsBuffer) {
+    test::TempCourse course;
+    std::string longLine(200000, 'x');
+    course.Write("long.txt", longLine + "\r\n" + longLine + "\r");
+    LineReader reader(course.File("long.txt"));
+    std::string line;
+    ASSERT_TRUE(reader.ReadLine(line));
+    EXPECT_EQ(line, longLine);
+    ASSERT_TRUE(reader.ReadLine(line));
+    EXPECT_EQ(line, longLine);
+    EXPECT_FALSE(reader.ReadLine(line));
+}
+
+TEST(LinePrinter, LeavesTheLastLineOpen) {
+    test::TempCourse course;
+    AtomicFile file(course.File("out.csv"));
+    ASSERT_TRUE(file.Open());
+    LinePrinter printer(file);
+    printer.NewLine().Text("a,").Number(0.5).Text(",");
+    printer.NewLine().Number(-1);
+    ASSERT_TRUE(file.Commit());
+    EXPECT_EQ(course.Read("out.csv"), "a, .5 ,\r\n-1 ");
+}
+
+TEST(AtomicFile, FailureLeavesTheOldFileWhole) {
+    test::TempCourse course;
+    course.Write("keep.csv", "old");
+    {
+        AtomicFile file(course.File("keep.csv"));
+        ASSERT_TRUE(file.Open());
+        file.Write("half of the new");
+        // dropped without Commit
+    }
+    EXPECT_EQ(course.Read("keep.csv"), "old");
+    EXPECT_TRUE(ReplaceFile(course.File("keep.csv"), "new"));
+    EXPECT_EQ(course.Read("keep.csv"), "new");
+    EXPECT_FALSE(ReplaceFile(course.File("no-such-folder/x.csv"), "x"));
+    EXPECT_EQ(ListFiles(course.Path()).size(), 1u);  // no temporary file left behind
+}
+
+TEST(Paths, ResolveWithoutRegardToCase) {
+    test::TempCourse course;
+    course.Write("sessiondata/CONFIG.csv", "x");
+    EXPECT_EQ(CoursePath(course.Path(), "\\SessionData\\Config.csv"),
+              course.Path() + "/sessiondata/CONFIG.csv");
+    EXPECT_EQ(CoursePath(course.Path(), "\\SessionData\\RemoteID.csv"),
+              course.Path() + "/sessiondata/RemoteID.csv");
+    EXPECT_EQ(CoursePath(course.Path(), "\\Images\\"), course.Path() + "/Images/");
+    EXPECT_TRUE(FileExists(CoursePath(course.Path(), "\\SESSIONDATA\\config.CSV")));
+    CreateFolderPath(course.Path() + "/a/b/c");
+    EXPECT_TRUE(FolderExists(course.Path() + "/a/b/c"));
+    EXPECT_EQ(LastComponent("/x/Physics 101/"), "Physics 101");
+}
+
+TEST(Table, IndexPastTheBoundIsSubscriptOutOfRange) {
+    Table<int, 10> table;
+    table[10] = 5;
+    EXPECT_EQ(table[10], 5);
+    const auto& constant = table;
+    EXPECT_EQ(constant[3], 0);
+    try {
+        table[11] = 1;
+        FAIL();
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), 9);
+        EXPECT_NE(std::string(error.what()).find("Run-time error '9': Subscript out of range"),
+                  std::string::npos);
+    }
+    EXPECT_THROW(table[-1], RunTimeError);
+}
+
+TEST(Text, DisplayDecodesWindows1252WhenNotUtf8) {
+    EXPECT_EQ(DisplayText("Caf\xc3\xa9"), "Caf\xc3\xa9");
+    EXPECT_EQ(DisplayText("Caf\xe9"), "Caf\xc3\xa9");
+    EXPECT_EQ(DisplayText("\x93q\x94"), "\xe2\x80\x9cq\xe2\x80\x9d");
+    EXPECT_EQ(ReplaceAllNoCase("Deleted :- 'q'|y", "|Y", ""), "Deleted :- 'q'");
+}
+
+}  // namespace
+}  // namespace tallory
