@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "common/Course.h"
+#include "common/Host.h"
+#include "export/ExportFormat.h"
+#include "logs/SessionStore.h"
+
+namespace tallory {
+
+// The part of the main window's start sequence that reads the course: settings, stray images,
+// version stamp, course name, registrations, roster, every session log. The desktop program runs
+// it with every step; tallory-cli runs it read-only (no images moved, no version stamped).
+struct CourseLoadOptions {
+    bool moveStrayImages = true;
+    bool stampVersion = true;
+};
+
+struct LoadedCourse {
+    std::string courseName;  // "Tallory-" + courseName is the window caption
+    std::string courseLabel; // lblSubject: the first 40 characters
+    ExportFormat format;     // lblCMS caption and tag
+};
+
+LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
+                        const CourseLoadOptions& options);
+
+// Moves every *.JPG of SessionData into Images, replacing a file of the same name.
+void MoveStrayImages(const Course& course);
+// Sets the three version settings to this program's version; rewrites Config.csv only when it
+// exists and a number differed.
+void StampVersion(Course& course);
+// The program's own version as "major", "minor", "rev".
+std::string ProgramVersionText();
+
+}  // namespace tallory
