@@ -51,6 +51,9 @@ std::string JsonText(const std::string& bytes);
 // Parses a session number argument 1..NumSessions; throws UsageError otherwise.
 int SessionNumber(const Context& context, const std::string& word);
 
+// Blanks that pad a column of `width` after `used` characters (at least one).
+std::string Padding(size_t width, size_t used);
+
 // A usage error: message on stderr, exit status 2.
 struct UsageError {
     std::string message;

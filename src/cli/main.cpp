@@ -1,1 +1,76 @@
-int main() { return 0; }
+// tallory-cli: the grade book without windows, for scripts and for checking figures.
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "cli/Cli.h"
+#include "cli/CourseCommands.h"
+#include "common/RunTimeError.h"
+
+namespace {
+
+using tallory::cli::Context;
+using tallory::cli::UsageError;
+
+struct Command {
+    const char* name;
+    int (*run)(Context&);
+};
+
+const Command kCommands[] = {
+    {"grid", tallory::cli::GridCommand},
+    {"session", tallory::cli::SessionCommand},
+    {"log", tallory::cli::LogCommand},
+    {"rewrite", tallory::cli::RewriteCommand},
+};
+
+const char* kUsage =
+    "usage: tallory-cli [--course DIR] COMMAND [ARGS] [--json] [--yes|--no]\n"
+    "commands:\n"
+    "  grid [--by-name]      the score grid of the course\n"
+    "  session N             session N read and scored as Set Scores shows it\n"
+    "  log FILE              one log file read and scored\n"
+    "  rewrite N             write session N's log back as saving Set Scores unchanged does\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Context context;
+    std::string commandName;
+    try {
+        for (int i = 1; i < argc; ++i) {
+            std::string word = argv[i];
+            if (word == "--course") {
+                if (i + 1 >= argc) throw UsageError{"--course needs a folder"};
+                context.courseDir = argv[++i];
+            } else if (word == "--json") {
+                context.json = true;
+            } else if (word == "--yes") {
+                context.host.answerYes = true;
+            } else if (word == "--no") {
+                context.host.answerYes = false;
+            } else if (word == "--help" || word == "-h") {
+                std::cout << kUsage;
+                return 0;
+            } else if (commandName.empty() && word.rfind("--", 0) != 0) {
+                commandName = word;
+            } else {
+                context.args.push_back(word);
+            }
+        }
+        if (commandName.empty()) throw UsageError{"no command given"};
+        for (const Command& command : kCommands)
+            if (commandName == command.name) return command.run(context);
+        throw UsageError{"unknown command '" + commandName + "'"};
+    } catch (const UsageError& error) {
+        std::cerr << "tallory-cli: " << error.message << "\n" << kUsage;
+        return 2;
+    } catch (const tallory::RunTimeError& error) {
+        std::cerr << error.what() << "\n";
+        return 1;
+    } catch (const std::exception& error) {
+        std::cerr << "tallory-cli: " << error.what() << "\n";
+        return 1;
+    }
+}

@@ -46,6 +46,9 @@ public:
     int studentScrollMaximum = 0;
 };
 
+// The fixed text of the progress screen during a load.
+std::string_view ProgressFixedText();
+
 // Reads every log of the course into Students, adds roster students, sorts, redraws.
 void LoadSessions(Course& course, Host& host, MainScreen& screen);
 void ClearStudentTable(Course& course);

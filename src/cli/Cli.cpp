@@ -1,0 +1,153 @@
+#include "cli/Cli.h"
+
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+#include "common/Numbers.h"
+#include "common/RecordingHost.h"
+#include "common/Text.h"
+
+namespace tallory::cli {
+
+Answer ConsoleHost::Message(std::string_view text, std::string_view title, Icon icon,
+                            Buttons buttons) {
+    std::cerr << "[" << title << "] " << text << "\n";
+    messages_.push_back(nlohmann::json{{"title", JsonText(std::string(title))},
+                                       {"text", JsonText(std::string(text))},
+                                       {"icon", IconName(icon)}});
+    bool yes = answerYes.value_or(false);
+    switch (buttons) {
+        case Buttons::Ok: return Answer::Ok;
+        case Buttons::OkCancel: return yes ? Answer::Ok : Answer::Cancel;
+        case Buttons::YesNo:
+        case Buttons::YesNoCancel: return yes ? Answer::Yes : Answer::No;
+    }
+    return Answer::Ok;
+}
+
+std::string JsonText(const std::string& bytes) { return Windows1252ToUtf8(bytes); }
+
+LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order) {
+    context.course.AppPath = context.courseDir;
+    while (context.course.AppPath.size() > 1 && context.course.AppPath.back() == '/')
+        context.course.AppPath.pop_back();
+    context.course.ProgramFolder = context.course.AppPath;
+    HeadlessScreen screen(order);
+    CourseLoadOptions options;
+    options.moveStrayImages = false;
+    options.stampVersion = false;
+    return LoadCourse(context.course, context.host, screen, options);
+}
+
+int SessionNumber(const Context& context, const std::string& word) {
+    double value = 0;
+    if (!ToDouble(word, value) || value != Int(value) || value < 1 ||
+        value > context.course.NumSessions) {
+        throw UsageError{"session number must be between 1 and " +
+                         std::to_string(context.course.NumSessions) + ", not '" + word + "'"};
+    }
+    return static_cast<int>(value);
+}
+
+nlohmann::json SessionJson(const Course& course, int number, const std::string& file) {
+    using nlohmann::json;
+    const QuestionRec& session = course.Questions[0];
+    json questions = json::array();
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        const QuestionRec& question = course.Questions[q];
+        json counts = json::array(), points = json::array();
+        for (int i = 0; i <= 6; ++i) counts.push_back(question.ResponseCount[i]);
+        for (int i = 1; i <= 5; ++i) points.push_back(question.ChoicePoints[i]);
+        questions.push_back({{"name", JsonText(question.Name)},
+                             {"start", JsonText(question.StartTime)},
+                             {"stop", JsonText(question.StopTime)},
+                             {"correct", question.CorrectAnswer},
+                             {"deleted", question.Deleted != 0},
+                             {"anonymous", question.Anonymous != 0},
+                             {"counts", counts},
+                             {"points", points},
+                             {"max", question.MaxPoints},
+                             {"average", question.AveragePoints}});
+    }
+    json voters = json::array();
+    for (int v = 1; v <= course.NumVoters; ++v) {
+        const VoteRec& vote = course.Votes[v];
+        json answers = json::array(), scores = json::array();
+        for (int q = 1; q <= course.NumQuestions; ++q) {
+            answers.push_back(vote.Answer[q]);
+            scores.push_back(vote.Score[q]);
+        }
+        voters.push_back({{"student", JsonText(vote.StudentId)},
+                          {"remote", JsonText(vote.RemoteId)},
+                          {"total", vote.Score[0]},
+                          {"answers", answers},
+                          {"scores", scores}});
+    }
+    return {{"number", number},
+            {"file", JsonText(file)},
+            {"title", JsonText(session.Name)},
+            {"title_deleted", session.Deleted != 0},
+            {"performance", course.SessPerformance},
+            {"participation", course.SessParticipation},
+            {"min_reply", course.SessMinReply},
+            {"min_correct", course.SessMinCorrect},
+            {"max_points", session.MaxPoints},
+            {"average", session.AveragePoints},
+            {"questions", questions},
+            {"voters", voters}};
+}
+
+std::string SessionText(const Course& course, int number, const std::string& file) {
+    std::ostringstream out;
+    const QuestionRec& session = course.Questions[0];
+    out << "Session " << number << ": " << file;
+    if (!TrimView(session.Name).empty()) out << "  \"" << DisplayText(session.Name) << "\"";
+    out << "\nPerformance cap " << NumberText(course.SessPerformance) << ", participation "
+        << NumberText(course.SessParticipation) << ", min reply " << course.SessMinReply
+        << ", min correct " << course.SessMinCorrect << "\nAvailable points "
+        << FormatFixed(session.MaxPoints) << ", class average " << NumberText(Round(session.AveragePoints, 2))
+        << "\n\n";
+    out << "Question              Correct  A      B      C      D      E      Max    Average\n";
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        const QuestionRec& question = course.Questions[q];
+        std::string name = DisplayText(question.Name);
+        if (question.Deleted) name += " (deleted)";
+        if (question.Anonymous) name += " (anonymous)";
+        out << name << Padding(22, name.size())
+            << (question.CorrectAnswer >= 1 && question.CorrectAnswer <= 5
+                    ? std::string(1, static_cast<char>('A' + question.CorrectAnswer - 1))
+                    : std::string("-"))
+            << "        ";
+        for (int i = 1; i <= 5; ++i) {
+            std::string cell = std::to_string(question.ResponseCount[i]) + "/" +
+                               NumberText(question.ChoicePoints[i]);
+            out << cell << Padding(7, cell.size());
+        }
+        out << NumberText(question.MaxPoints) << Padding(7, NumberText(question.MaxPoints).size())
+            << NumberText(Round(question.AveragePoints, 2)) << "\n";
+    }
+    out << "\nVoter                 Remote        Total\n";
+    for (int v = 1; v <= course.NumVoters; ++v) {
+        const VoteRec& vote = course.Votes[v];
+        std::string student = DisplayText(vote.StudentId);
+        out << student << Padding(22, student.size()) << vote.RemoteId
+            << Padding(14, vote.RemoteId.size()) << NumberText(vote.Score[0]) << "\n";
+    }
+    return out.str();
+}
+
+std::string Padding(size_t width, size_t used) {
+    return std::string(used < width ? width - used : 1, ' ');
+}
+
+void Print(const Context& context, nlohmann::json document, const std::string& text) {
+    if (context.json) {
+        document["messages"] = context.host.MessagesJson();
+        std::cout << document.dump(2) << "\n";
+    } else {
+        std::cout << text;
+    }
+}
+
+}  // namespace tallory::cli

@@ -1,0 +1,157 @@
+#include "cli/CourseCommands.h"
+
+#include <sstream>
+
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/Text.h"
+#include "logs/SessionLog.h"
+#include "logs/SessionLogWriter.h"
+#include "registration/RemoteTable.h"
+#include "registration/Roster.h"
+#include "scoring/Grading.h"
+#include "start/Settings.h"
+
+namespace tallory::cli {
+
+namespace {
+
+void ExpectArguments(const Context& context, size_t count, const char* usage) {
+    if (context.args.size() != count) throw UsageError{std::string("usage: tallory-cli ") + usage};
+}
+
+// The grid's "Average:" figure: the total over all sessions, attended or not.
+double GridAverage(const Course& course, const StudentRec& student) {
+    return course.NumSessions < 1 ? 0 : Round(student.Score[0] / course.NumSessions, 2);
+}
+
+std::string SessionLogPath(const Course& course, const std::string& file) {
+    return CoursePath(course.AppPath, "\\SessionData\\" + file);
+}
+
+// Reads session N of the loaded course and scores it, as the column's "Set Scores" button does.
+std::string ReadAndScoreSession(Context& context, int number) {
+    Course& course = context.course;
+    course.CurrentSession = number;
+    course.CurrentLogFile = course.SessionFile[number];
+    std::string path = SessionLogPath(course, course.CurrentLogFile);
+    ReadSessionLog(course, path);
+    RecomputeSession(course);
+    return path;
+}
+
+std::string GridText(const Course& course, const LoadedCourse& loaded) {
+    std::ostringstream out;
+    out << DisplayText(loaded.courseName) << "  (" << loaded.format.caption << ")\n";
+    std::string header = "Student" + Padding(24, 7) + "Total   Average  ";
+    out << header;
+    for (int s = 1; s <= course.NumSessions; ++s) {
+        std::string label = Left(Trim(SessionLabel(course, s)), 12);
+        out << DisplayText(label) << Padding(14, label.size());
+    }
+    out << "\n";
+    for (int i = 1; i <= course.NumStudents; ++i) {
+        const StudentRec& student = course.Students[i];
+        RosterRec entry = GetRosterEntry(course, student.StudentId);
+        std::string name = Trim(student.StudentId);
+        if (!TrimView(entry.LastName).empty())
+            name += " " + Trim(entry.LastName) + ", " + Trim(entry.FirstName);
+        name = Left(name, 30);
+        std::string total = NumberText(student.Score[0]);
+        std::string average = NumberText(GridAverage(course, student));
+        out << DisplayText(name) << Padding(31, name.size()) << total << Padding(8, total.size())
+            << average << Padding(9, average.size());
+        for (int s = 1; s <= course.NumSessions; ++s) {
+            std::string cell = student.Present[s] ? NumberText(student.Score[s]) : "Ab";
+            out << cell << Padding(14, cell.size());
+        }
+        out << "\n";
+    }
+    return out.str();
+}
+
+}  // namespace
+
+int GridCommand(Context& context) {
+    for (const std::string& word : context.args) {
+        if (word == "--by-name")
+            context.byName = true;
+        else
+            throw UsageError{"usage: tallory-cli grid [--by-name] [--json]"};
+    }
+    LoadedCourse loaded =
+        LoadCourseReadOnly(context, context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
+    const Course& course = context.course;
+    nlohmann::json sessions = nlohmann::json::array();
+    for (int s = 1; s <= course.NumSessions; ++s) {
+        sessions.push_back({{"number", s},
+                            {"file", JsonText(course.SessionFile[s])},
+                            {"title", JsonText(course.SessionTitle[s])},
+                            {"label", JsonText(SessionLabel(course, s))}});
+    }
+    nlohmann::json students = nlohmann::json::array();
+    for (int i = 1; i <= course.NumStudents; ++i) {
+        const StudentRec& student = course.Students[i];
+        RosterRec entry = GetRosterEntry(course, student.StudentId);
+        nlohmann::json scores = nlohmann::json::array();
+        for (int s = 1; s <= course.NumSessions; ++s) {
+            if (student.Present[s])
+                scores.push_back(student.Score[s]);
+            else
+                scores.push_back(nullptr);
+        }
+        students.push_back({{"id", JsonText(student.StudentId)},
+                            {"remote", JsonText(student.RemoteId)},
+                            {"last", JsonText(entry.LastName)},
+                            {"first", JsonText(entry.FirstName)},
+                            {"total", student.Score[0]},
+                            {"average", GridAverage(course, student)},
+                            {"scores", scores}});
+    }
+    nlohmann::json document = {{"course", JsonText(loaded.courseName)},
+                               {"cms", loaded.format.caption},
+                               {"sessions", sessions},
+                               {"students", students}};
+    Print(context, document, GridText(course, loaded));
+    return 0;
+}
+
+int SessionCommand(Context& context) {
+    ExpectArguments(context, 1, "session N [--json]");
+    LoadCourseReadOnly(context);
+    int number = SessionNumber(context, context.args[0]);
+    ReadAndScoreSession(context, number);
+    const std::string& file = context.course.SessionFile[number];
+    Print(context, SessionJson(context.course, number, file),
+          SessionText(context.course, number, file));
+    return 0;
+}
+
+int LogCommand(Context& context) {
+    ExpectArguments(context, 1, "log FILE [--json]");
+    Course& course = context.course;
+    course.AppPath = context.courseDir;
+    course.ProgramFolder = context.courseDir;
+    ReadConfig(course, context.host);
+    ReadRemoteIds(course, context.host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
+    const std::string& path = context.args[0];
+    if (!FileExists(path)) throw UsageError{"no such log file: " + path};
+    ReadSessionLog(course, path);
+    RecomputeSession(course);
+    std::string file = LastComponent(path);
+    Print(context, SessionJson(course, 0, file), SessionText(course, 0, file));
+    return 0;
+}
+
+int RewriteCommand(Context& context) {
+    ExpectArguments(context, 1, "rewrite N");
+    LoadCourseReadOnly(context);
+    int number = SessionNumber(context, context.args[0]);
+    std::string path = ReadAndScoreSession(context, number);
+    bool written = WriteSessionLog(context.course, context.host, path, "", "", 0);
+    Print(context, {{"file", JsonText(context.course.SessionFile[number])}, {"written", written}},
+          written ? "Rewrote " + context.course.SessionFile[number] + "\n" : "");
+    return written ? 0 : 1;
+}
+
+}  // namespace tallory::cli

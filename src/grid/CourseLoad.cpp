@@ -1,0 +1,84 @@
+#include "grid/CourseLoad.h"
+
+#include <cstdio>
+
+#include "common/Paths.h"
+#include "common/Text.h"
+#include "registration/RemoteTable.h"
+#include "start/Settings.h"
+
+namespace tallory {
+
+namespace {
+
+struct VersionPart {
+    const char* key;
+    int value;
+};
+
+constexpr VersionPart kVersion[] = {
+    {"tallory.exe.major", TALLORY_VERSION_MAJOR},
+    {"tallory.exe.minor", TALLORY_VERSION_MINOR},
+    {"tallory.exe.rev", TALLORY_VERSION_REV},
+};
+
+}  // namespace
+
+std::string ProgramVersionText() {
+    return std::to_string(TALLORY_VERSION_MAJOR) + "." + std::to_string(TALLORY_VERSION_MINOR) +
+           "." + std::to_string(TALLORY_VERSION_REV);
+}
+
+void MoveStrayImages(const Course& course) {
+    std::string sessionData = CoursePath(course.AppPath, "\\SessionData");
+    std::string images = CoursePath(course.AppPath, "\\Images");
+    CreateFolderPath(images);
+    for (const std::string& name : ListFiles(sessionData)) {
+        size_t dot = name.rfind('.');
+        if (dot == std::string::npos || ToUpper(name.substr(dot + 1)) != "JPG") continue;
+        // The newer picture replaces one of the same name, whatever the case of its letters.
+        std::string existing = CoursePath(course.AppPath, "\\Images\\" + name);
+        if (FileExists(existing)) std::remove(existing.c_str());
+        std::rename(JoinPath(sessionData, name).c_str(), JoinPath(images, name).c_str());
+    }
+}
+
+void StampVersion(Course& course) {
+    bool differs = false;
+    for (const VersionPart& part : kVersion)
+        if (GetParam(course, part.key, "0") != std::to_string(part.value)) differs = true;
+    if (!differs) return;
+    for (const VersionPart& part : kVersion)
+        SetParam(course, part.key, std::to_string(part.value));
+    // A course without a settings file never gets one from here.
+    if (FileExists(CoursePath(course.AppPath, "\\SessionData\\config.csv"))) WriteConfig(course);
+}
+
+LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
+                        const CourseLoadOptions& options) {
+    LoadedCourse loaded;
+    ReadConfig(course, host);
+    if (options.moveStrayImages) MoveStrayImages(course);
+    if (options.stampVersion) StampVersion(course);
+
+    std::string folderName = LastComponent(course.AppPath);
+    course.CourseFolderName = folderName;
+    loaded.courseName = GetParam(course, "CourseName", "");
+    if (TrimView(loaded.courseName).empty()) loaded.courseName = folderName;
+
+    ReadRemoteIds(course, host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
+
+    host.YieldEvents();
+    loaded.format = SetExportFormat(course, host, Trim(GetParam(course, "CMS", "General")));
+    host.YieldEvents();
+
+    screen.ClearTable();
+    LoadSessions(course, host, screen);
+    for (int s = 0; s <= course.NumSessions; ++s) course.ExportSel[s] = 0;
+
+    std::string label = GetParam(course, "COURSENAME", "");
+    loaded.courseLabel = Left(TrimView(label).empty() ? folderName : label, 40);
+    return loaded;
+}
+
+}  // namespace tallory
