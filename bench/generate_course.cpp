@@ -58,8 +58,8 @@ int main(int argc, char** argv) {
     std::string registrations;
     for (int s = 0; s < students; ++s) {
         std::string id = std::to_string(30000000 + s);
-        roster += "Student" + std::to_string(s) + ", Given" + std::to_string(s % 97) + ", " + id +
-                  "\r\n";
+        roster +=
+            "Student" + std::to_string(s) + ", Given" + std::to_string(s % 97) + ", " + id + "\r\n";
         if (s % 20 != 19) registrations += "#" + RemoteOf(s) + ",\"" + id + "\"\r\n";
     }
     WriteFile(folder + "/Roster.txt", roster);
@@ -87,7 +87,8 @@ int main(int argc, char** argv) {
             data += "\r\n#" + remote + ", ," + NumberItem(questions / 2) + ",";
             for (int q = 0; q < questions; ++q) {
                 int answer = choice(random);
-                std::string letter = answer == 5 ? "" : std::string(1, static_cast<char>('A' + answer));
+                std::string letter =
+                    answer == 5 ? "" : std::string(1, static_cast<char>('A' + answer));
                 if (answer < 5) ++counts[q][answer];
                 double seconds = tenths(random) / 10.0;
                 data += letter + " ," + NumberItem(answer + 1 == correct[q] ? 1 : 0) + "," +
@@ -103,7 +104,8 @@ int main(int argc, char** argv) {
                    "\" ,Score   ,  Final Answer Time, Number of Attempts, First Response,  Time ";
         for (const char* heading : {"\r\nStart Time, , ", "\r\nStop Time, ,"}) {
             log += heading;
-            for (int q = 0; q < questions; ++q) log += " ,10:" + std::to_string(10 + q % 50) + ":00,, , , ,";
+            for (int q = 0; q < questions; ++q)
+                log += " ,10:" + std::to_string(10 + q % 50) + ":00,, , , ,";
         }
         log += "\r\nCorrect Answer, ,";
         for (int q = 0; q < questions; ++q)

@@ -51,9 +51,10 @@ int main(int argc, char** argv) {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     double megabytes = bytes / (1024.0 * 1024.0);
-    std::printf("sessions %d  students %d  log %.1f MB  LoadSessions %.3f s  %.1f MB/s  "
-                "%.1f ms/MB  peak RSS %.1f MB\n",
-                course.NumSessions, course.NumStudents, megabytes, best, megabytes / best,
-                best * 1000 / megabytes, usage.ru_maxrss / 1024.0);
+    std::printf(
+        "sessions %d  students %d  log %.1f MB  LoadSessions %.3f s  %.1f MB/s  "
+        "%.1f ms/MB  peak RSS %.1f MB\n",
+        course.NumSessions, course.NumStudents, megabytes, best, megabytes / best,
+        best * 1000 / megabytes, usage.ru_maxrss / 1024.0);
     return 0;
 }

@@ -18,15 +18,20 @@ Answer ConsoleHost::Message(std::string_view text, std::string_view title, Icon 
                                        {"icon", IconName(icon)}});
     bool yes = answerYes.value_or(false);
     switch (buttons) {
-        case Buttons::Ok: return Answer::Ok;
-        case Buttons::OkCancel: return yes ? Answer::Ok : Answer::Cancel;
+        case Buttons::Ok:
+            return Answer::Ok;
+        case Buttons::OkCancel:
+            return yes ? Answer::Ok : Answer::Cancel;
         case Buttons::YesNo:
-        case Buttons::YesNoCancel: return yes ? Answer::Yes : Answer::No;
+        case Buttons::YesNoCancel:
+            return yes ? Answer::Yes : Answer::No;
     }
     return Answer::Ok;
 }
 
-std::string JsonText(const std::string& bytes) { return Windows1252ToUtf8(bytes); }
+std::string JsonText(const std::string& bytes) {
+    return Windows1252ToUtf8(bytes);
+}
 
 LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order) {
     context.course.AppPath = context.courseDir;
@@ -106,8 +111,8 @@ std::string SessionText(const Course& course, int number, const std::string& fil
     out << "\nPerformance cap " << NumberText(course.SessPerformance) << ", participation "
         << NumberText(course.SessParticipation) << ", min reply " << course.SessMinReply
         << ", min correct " << course.SessMinCorrect << "\nAvailable points "
-        << FormatFixed(session.MaxPoints) << ", class average " << NumberText(Round(session.AveragePoints, 2))
-        << "\n\n";
+        << FormatFixed(session.MaxPoints) << ", class average "
+        << NumberText(Round(session.AveragePoints, 2)) << "\n\n";
     out << "Question              Correct  A      B      C      D      E      Max    Average\n";
     for (int q = 1; q <= course.NumQuestions; ++q) {
         const QuestionRec& question = course.Questions[q];

@@ -16,14 +16,14 @@ namespace tallory::cli {
 // Prints every message box as "[TITLE] TEXT" on stderr, keeps them for the JSON output, answers
 // questions with --yes / --no (No when neither was given).
 class ConsoleHost : public Host {
-public:
+  public:
     Answer Message(std::string_view text, std::string_view title, Icon icon,
                    Buttons buttons) override;
     nlohmann::json MessagesJson() const { return messages_; }
 
     std::optional<bool> answerYes;
 
-private:
+  private:
     nlohmann::json messages_ = nlohmann::json::array();
 };
 

@@ -79,8 +79,8 @@ int GridCommand(Context& context) {
         else
             throw UsageError{"usage: tallory-cli grid [--by-name] [--json]"};
     }
-    LoadedCourse loaded =
-        LoadCourseReadOnly(context, context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
+    LoadedCourse loaded = LoadCourseReadOnly(
+        context, context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
     const Course& course = context.course;
     nlohmann::json sessions = nlohmann::json::array();
     for (int s = 1; s <= course.NumSessions; ++s) {

@@ -8,7 +8,7 @@ namespace tallory {
 // Replaces a file as a whole: the text goes to a temporary file in the same folder, which is
 // renamed over the target only when everything was written. A failure leaves the old file intact.
 class AtomicFile {
-public:
+  public:
     explicit AtomicFile(std::string path);
     ~AtomicFile();  // drops the temporary file unless committed
     AtomicFile(const AtomicFile&) = delete;
@@ -24,7 +24,7 @@ public:
     const std::string& Error() const { return error_; }
     const std::string& Path() const { return path_; }
 
-private:
+  private:
     bool Flush();
     void Fail(const std::string& what);
 

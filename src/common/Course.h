@@ -91,9 +91,9 @@ struct MultiRemoteRec {
 // Everything the program knows about the open course. One instance lives for the run; tests make
 // their own. Tables keep their bounds (0..Upper) and their row 0 conventions.
 struct Course {
-    std::string AppPath;          // the course folder, without a trailing separator
-    std::string ProgramFolder;    // the folder the program was started from (Classes\Options.csv)
-    std::string CourseFolderName; // last component of AppPath, for reports
+    std::string AppPath;           // the course folder, without a trailing separator
+    std::string ProgramFolder;     // the folder the program was started from (Classes\Options.csv)
+    std::string CourseFolderName;  // last component of AppPath, for reports
 
     // Settings (Config.csv): rows 1..NumParams.
     Table<ParamRec, kMaxParams> Params;

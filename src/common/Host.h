@@ -14,7 +14,7 @@ inline constexpr std::string_view kProgramTitle = "Tallory";
 
 // Everything that talks to a person. Logic never opens a window: it asks its Host.
 class Host {
-public:
+  public:
     virtual ~Host() = default;
 
     // A modal message box; returns the button pressed.

@@ -11,7 +11,7 @@ namespace tallory {
 // item writes NumberItem, and a line is ended by CR LF only when the next line starts, so the last
 // line of a file stays open.
 class LinePrinter {
-public:
+  public:
     explicit LinePrinter(AtomicFile& file) : file_(file) {}
 
     // Starts a new line; ends the previous one with CR LF.
@@ -19,7 +19,7 @@ public:
     LinePrinter& Text(std::string_view text);
     LinePrinter& Number(double value);
 
-private:
+  private:
     AtomicFile& file_;
     bool started_ = false;
 };

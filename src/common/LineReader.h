@@ -7,7 +7,7 @@ namespace tallory {
 // Reads a text file line by line, as the course files are read: CR or CR LF ends a line, a lone
 // LF stays in the text. Streams the file through a fixed buffer.
 class LineReader {
-public:
+  public:
     explicit LineReader(const std::string& path);
     ~LineReader();
     LineReader(const LineReader&) = delete;
@@ -22,7 +22,7 @@ public:
     long LineNumber() const { return lineNumber_; }
     const std::string& Path() const { return path_; }
 
-private:
+  private:
     bool Fill();
 
     std::string path_;

@@ -9,7 +9,9 @@ namespace tallory {
 
 namespace {
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
 
 std::string_view TrimBlanks(std::string_view text) {
     while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
@@ -134,7 +136,9 @@ std::string NumberItem(double value) {
     return item + text + " ";
 }
 
-double Round(double value, int places) { return RoundDecimal(value, places, true); }
+double Round(double value, int places) {
+    return RoundDecimal(value, places, true);
+}
 
 std::string FormatFixed(double value, int places) {
     double rounded = RoundDecimal(value, places, false);
@@ -144,7 +148,9 @@ std::string FormatFixed(double value, int places) {
     return buffer;
 }
 
-double Int(double value) { return std::floor(value); }
+double Int(double value) {
+    return std::floor(value);
+}
 
 bool IsNumeric(std::string_view text) {
     text = TrimBlanks(text);

@@ -30,8 +30,12 @@ static std::vector<std::string> ListEntries(const std::string& folder, bool want
     return names;
 }
 
-std::vector<std::string> ListFiles(const std::string& folder) { return ListEntries(folder, false); }
-std::vector<std::string> ListFolders(const std::string& folder) { return ListEntries(folder, true); }
+std::vector<std::string> ListFiles(const std::string& folder) {
+    return ListEntries(folder, false);
+}
+std::vector<std::string> ListFolders(const std::string& folder) {
+    return ListEntries(folder, true);
+}
 
 // The entry of `folder` whose name equals `name` without regard to case; an exact match wins.
 static std::string FindEntry(const std::string& folder, const std::string& name) {

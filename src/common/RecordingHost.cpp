@@ -11,17 +11,23 @@ Answer RecordingHost::Message(std::string_view text, std::string_view title, Ico
         answers.pop_front();
         return answer;
     }
-    if (buttons == Buttons::OkCancel) return defaultAnswer == Answer::Yes ? Answer::Ok : Answer::Cancel;
+    if (buttons == Buttons::OkCancel)
+        return defaultAnswer == Answer::Yes ? Answer::Ok : Answer::Cancel;
     return defaultAnswer;
 }
 
 const char* IconName(Icon icon) {
     switch (icon) {
-        case Icon::None: return "none";
-        case Icon::Information: return "information";
-        case Icon::Exclamation: return "exclamation";
-        case Icon::Question: return "question";
-        case Icon::Stop: return "stop";
+        case Icon::None:
+            return "none";
+        case Icon::Information:
+            return "information";
+        case Icon::Exclamation:
+            return "exclamation";
+        case Icon::Question:
+            return "question";
+        case Icon::Stop:
+            return "stop";
     }
     return "none";
 }

@@ -11,7 +11,7 @@ namespace tallory {
 // A host for tests and scripts: keeps every message and progress text, answers questions from a
 // script (or with a default answer when the script is empty).
 class RecordingHost : public Host {
-public:
+  public:
     struct Shown {
         std::string text;
         std::string title;
@@ -29,7 +29,7 @@ public:
 
     std::vector<Shown> messages;
     std::vector<std::string> progressTexts;
-    std::deque<Answer> answers;     // answers to questions, in order
+    std::deque<Answer> answers;  // answers to questions, in order
     Answer defaultAnswer = Answer::No;
     double lastProgress = 0;
     int progressShown = 0;

@@ -4,16 +4,26 @@ namespace tallory {
 
 std::string RunTimeError::DescriptionOf(int number) {
     switch (number) {
-        case kOverflow: return "Overflow";
-        case kSubscriptOutOfRange: return "Subscript out of range";
-        case kTypeMismatch: return "Type mismatch";
-        case kFileAlreadyExists: return "File already exists";
-        case kPathFileAccessError: return "Path/File access error";
-        case kFileNotFound: return "File not found";
-        case kBadFileNameOrNumber: return "Bad file name or number";
-        case kDiskFull: return "Disk full";
-        case kPermissionDenied: return "Permission denied";
-        default: return "Application-defined or object-defined error";
+        case kOverflow:
+            return "Overflow";
+        case kSubscriptOutOfRange:
+            return "Subscript out of range";
+        case kTypeMismatch:
+            return "Type mismatch";
+        case kFileAlreadyExists:
+            return "File already exists";
+        case kPathFileAccessError:
+            return "Path/File access error";
+        case kFileNotFound:
+            return "File not found";
+        case kBadFileNameOrNumber:
+            return "Bad file name or number";
+        case kDiskFull:
+            return "Disk full";
+        case kPermissionDenied:
+            return "Permission denied";
+        default:
+            return "Application-defined or object-defined error";
     }
 }
 
@@ -30,7 +40,9 @@ RunTimeError::RunTimeError(int number, std::string context)
       description_(DescriptionOf(number)),
       context_(std::move(context)) {}
 
-std::string RunTimeError::Message() const { return what(); }
+std::string RunTimeError::Message() const {
+    return what();
+}
 
 void CheckSubscript(long index, long low, long high, const char* table) {
     if (index < low || index > high) {

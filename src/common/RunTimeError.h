@@ -21,7 +21,7 @@ enum ErrorNumber : int {
 // A failure that ends the current command: "Run-time error '13': Type mismatch", with the file and
 // line where it happened when they are known.
 class RunTimeError : public std::runtime_error {
-public:
+  public:
     RunTimeError(int number, std::string context = {});
 
     int Number() const { return number_; }
@@ -33,7 +33,7 @@ public:
 
     static std::string DescriptionOf(int number);
 
-private:
+  private:
     int number_;
     std::string description_;
     std::string context_;

@@ -11,7 +11,7 @@ namespace tallory {
 // bounds is run-time error 9, never undefined behaviour.
 template <class T, int Upper>
 class Table {
-public:
+  public:
     static constexpr int kUpper = Upper;
 
     T& operator[](long index) {
@@ -36,7 +36,7 @@ public:
 
     void SetName(const char* name) { name_ = name; }
 
-private:
+  private:
     static const T& Empty() {
         static const T empty{};
         return empty;

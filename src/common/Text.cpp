@@ -10,7 +10,9 @@ std::string_view TrimView(std::string_view text) {
     return text;
 }
 
-std::string Trim(std::string_view text) { return std::string(TrimView(text)); }
+std::string Trim(std::string_view text) {
+    return std::string(TrimView(text));
+}
 
 std::string TrimLeft(std::string_view text) {
     while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
@@ -22,8 +24,12 @@ std::string TrimRight(std::string_view text) {
     return std::string(text);
 }
 
-static char UpperChar(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c; }
-static char LowerChar(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
+static char UpperChar(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c;
+}
+static char LowerChar(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+}
 
 std::string ToUpper(std::string_view text) {
     std::string result(text);
@@ -81,20 +87,29 @@ std::string ReplaceAll(std::string_view text, std::string_view part, std::string
     return result;
 }
 
-std::string NormalKey(std::string_view text) { return ToUpper(TrimView(text)); }
+std::string NormalKey(std::string_view text) {
+    return ToUpper(TrimView(text));
+}
 
-std::string Left(std::string_view text, size_t count) { return std::string(text.substr(0, count)); }
+std::string Left(std::string_view text, size_t count) {
+    return std::string(text.substr(0, count));
+}
 
 static bool IsValidUtf8(std::string_view bytes) {
     size_t i = 0;
     while (i < bytes.size()) {
         auto c = static_cast<unsigned char>(bytes[i]);
         size_t extra;
-        if (c < 0x80) extra = 0;
-        else if ((c >> 5) == 0x6) extra = 1;
-        else if ((c >> 4) == 0xE) extra = 2;
-        else if ((c >> 3) == 0x1E) extra = 3;
-        else return false;
+        if (c < 0x80)
+            extra = 0;
+        else if ((c >> 5) == 0x6)
+            extra = 1;
+        else if ((c >> 4) == 0xE)
+            extra = 2;
+        else if ((c >> 3) == 0x1E)
+            extra = 3;
+        else
+            return false;
         if (i + extra >= bytes.size() && extra > 0) return false;
         for (size_t k = 1; k <= extra; ++k)
             if ((static_cast<unsigned char>(bytes[i + k]) >> 6) != 0x2) return false;

@@ -48,8 +48,7 @@ void StampVersion(Course& course) {
     for (const VersionPart& part : kVersion)
         if (GetParam(course, part.key, "0") != std::to_string(part.value)) differs = true;
     if (!differs) return;
-    for (const VersionPart& part : kVersion)
-        SetParam(course, part.key, std::to_string(part.value));
+    for (const VersionPart& part : kVersion) SetParam(course, part.key, std::to_string(part.value));
     // A course without a settings file never gets one from here.
     if (FileExists(CoursePath(course.AppPath, "\\SessionData\\config.csv"))) WriteConfig(course);
 }

@@ -78,20 +78,22 @@ std::string Padding(size_t width, size_t used) {
 
 // Keeps the progress screen and the wait cursor honest when a load ends early.
 class LoadingScope {
-public:
+  public:
     explicit LoadingScope(Host& host) : host_(host) { host_.SetWaitCursor(true); }
     ~LoadingScope() {
         host_.HideProgress();
         host_.SetWaitCursor(false);
     }
 
-private:
+  private:
     Host& host_;
 };
 
 }  // namespace
 
-std::string_view ProgressFixedText() { return kProgressFixedText; }
+std::string_view ProgressFixedText() {
+    return kProgressFixedText;
+}
 
 void ClearStudentTable(Course& course) {
     for (int row = 1; row <= course.NumStudents; ++row) {

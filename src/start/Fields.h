@@ -10,7 +10,7 @@ namespace tallory {
 // The fields of one CSV line, numbered from 0 up to a top index the caller chose. Holds the texts
 // in one buffer that is reused from line to line, so splitting a long file allocates nothing.
 class Fields {
-public:
+  public:
     explicit Fields(int topIndex) : top_(topIndex) {}
 
     // Index of the last field, -1 when there is none.
@@ -21,7 +21,7 @@ public:
     std::string Text(int index) const { return std::string((*this)[index]); }
     int Top() const { return top_; }
 
-private:
+  private:
     friend void SplitFields(std::string_view line, Fields& fields);
     int top_;
     int count_ = -1;
