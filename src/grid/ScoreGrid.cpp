@@ -1,0 +1,328 @@
+#include "grid/ScoreGrid.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/Text.h"
+#include "grid/CourseLoad.h"
+#include "registration/Roster.h"
+#include "start/Fields.h"
+
+namespace tallory {
+
+namespace {
+
+constexpr const char* kHelpCaptions[] = {
+    "Tallory shows the points of every student in every session of this course: one row per "
+    "student, one column per session, four sessions and six students at a time.",
+    "The heading of a column is the session's title, or its date when it has none. Click it to "
+    "rename or remove the session.",
+    "Set Scores under a column opens the scoring of that session: the correct answers and the "
+    "points of each choice.",
+    "A number is the student's points in the session, possibly 0. Ab (absent) means that no "
+    "clicker of the student answered in that session.",
+    "Blue names are students with a registered clicker. Red names are clickers that nobody has "
+    "registered (# and the clicker ID) and roster students who never voted.",
+    "Total is the sum of a student's points. Average divides it by the number of all sessions, "
+    "attended or not.",
+    "Previous and Next, or the bar under the grid, move one session at a time. The bar at the "
+    "right and the mouse wheel move through the students.",
+    "Show names by chooses the order of the rows: by last name or by student ID. Export marks "
+    "the sessions a grade export takes.",
+    "Tallory saves every change in the course's own files when it is made: there is nothing to "
+    "save before you exit.",
+};
+
+// Controls that stay usable while the help panel is open.
+bool UsableDuringHelp(Control control) {
+    switch (control) {
+        case Control::CmdHelp:
+        case Control::PicHelp:
+        case Control::LblHelpCaption:
+        case Control::CmdExit:
+        case Control::CmdExitApp:
+        case Control::LblExit:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// The column controls whose state the help panel leaves alone in both directions.
+bool KeepsStateAcrossHelp(Control control) {
+    return control == Control::CmdEdit || control == Control::ChkExport ||
+           control == Control::LblSession;
+}
+
+// The buttons, labels and drawn commands that a course without sessions keeps usable.
+bool UsableWithoutSessions(Control control) {
+    switch (control) {
+        case Control::CmdExitApp:
+        case Control::CmdExit:
+        case Control::LblCMS:
+        case Control::LblSubject:
+        // Not buttons or labels: the list, the scroll bars and the help picture keep their state.
+        case Control::CmbDisplayName:
+        case Control::HscrlSession:
+        case Control::VscrlStudent:
+        case Control::PicHelp:
+            return true;
+        default:
+            return false;
+    }
+}
+
+int Clamp(int value, const ScrollBar& bar) {
+    return std::max(bar.minimum, std::min(value, bar.maximum));
+}
+
+}  // namespace
+
+std::span<const char* const> HelpCaptions() {
+    return kHelpCaptions;
+}
+
+void ScoreGrid::Changed() {
+    if (onChanged) onChanged();
+}
+
+void ScoreGrid::SetEnabled(Control control, bool enabled) {
+    view_.enabled[static_cast<int>(control)] = enabled;
+}
+
+void ScoreGrid::Start(Host& host, bool largeFonts) {
+    // A course chosen from the Classes list already has its folders; the large-font layout makes
+    // sure of them in every case.
+    if (largeFonts || !FileExists(CoursePath(course_.ProgramFolder, "\\Classes\\Options.csv")))
+        for (const char* folder : {"\\Images", "\\SessionData", "\\Reports"})
+            CreateFolderPath(CoursePath(course_.AppPath, folder));
+    pageNo_ = 0;
+    // Choosing the display order sorts and redraws what is there: nothing, before the load.
+    DisplayNameChanged(DisplayOrder::StudentId, host);
+    view_.cms.clear();
+
+    LoadedCourse loaded = LoadCourse(course_, host, *this, CourseLoadOptions{});
+    format_ = loaded.format;
+    view_.caption = "Tallory-" + loaded.courseName;
+    view_.cms = loaded.format.caption;
+    view_.subject = loaded.courseLabel;
+
+    ScrollBar& bar = view_.sessionScroll;
+    if (course_.NumSessions > kGridColumns) {
+        bar.visible = true;
+        bar.maximum = course_.NumSessions - kGridColumns;
+    } else {
+        bar.visible = false;
+    }
+    bar.value = Clamp(pageNo_, bar);
+    host.HideProgress();
+    if (course_.NumSessions < 1) DisableAllButExits();
+    Changed();
+}
+
+void ScoreGrid::ClearTable() {
+    for (int r = 1; r <= kGridRows; ++r) {
+        view_.name[r].clear();
+        view_.total[r].clear();
+        view_.average[r].clear();
+    }
+    for (std::string& label : view_.session) label.clear();
+    view_.editVisible.fill(false);
+    view_.exportVisible.fill(false);
+    Changed();
+}
+
+void ScoreGrid::HideStudentScroll() {
+    view_.studentScroll.visible = false;
+    Changed();
+}
+
+void ScoreGrid::SetStudentScroll(int minimum, int maximum, int largeChange) {
+    ScrollBar& bar = view_.studentScroll;
+    bar.visible = true;
+    bar.minimum = minimum;
+    bar.maximum = maximum;
+    bar.largeChange = largeChange;
+    bar.value = Clamp(bar.value, bar);
+    Changed();
+}
+
+void ScoreGrid::UpdateTable() {
+    busy_ = true;
+    ScrollBar& sessions = view_.sessionScroll;
+    sessions.maximum = std::max(0, course_.NumSessions - kGridColumns);
+    sessions.value = Clamp(sessions.value, sessions);
+    if (course_.NumSessions < kGridColumns + 1) sessions.visible = false;
+    // An empty course leaves the busy flag set: there are no export marks to protect then.
+    if (course_.NumSessions < 1 && course_.NumStudents < 1) {
+        Changed();
+        return;
+    }
+    view_.nextVisible = pageNo_ + kGridColumns < course_.NumSessions;
+    view_.previousVisible = pageNo_ != 0;
+    for (int r = 1; r <= kGridRows; ++r) {
+        // Rows below the last student keep what they show; the first row is always drawn.
+        if (view_.studentScroll.value + r > course_.NumStudents && r != 1) continue;
+        ShowStudentRow(r);
+    }
+    busy_ = false;
+    Changed();
+}
+
+void ScoreGrid::ShowSessionCell(int r, int c, int s) {
+    const int heading = (c - 1) * kLabelsPerColumn;
+    std::string& cell = view_.session[heading + r];
+    if (c > course_.NumSessions) {
+        view_.session[heading] = " ";
+        cell = " ";
+        view_.editVisible[c - 1] = false;
+        view_.exportVisible[c - 1] = false;
+        return;
+    }
+    const int session = pageNo_ + c;
+    view_.session[heading] = Left(Trim(SessionLabel(course_, session)), 12);
+    view_.editVisible[c - 1] = true;
+    view_.exportVisible[c - 1] = true;
+    view_.exportChecked[c - 1] = course_.ExportSel[session] != 0;
+    const StudentRec& student = std::as_const(course_).Students[s];
+    if (student.Present[session] != 0)
+        cell = NumberText(student.Score[session]);
+    else if (s > course_.NumStudents)
+        cell = " ";
+    else
+        cell = "Ab";
+}
+
+void ScoreGrid::ShowStudentRow(int r) {
+    const int s = view_.studentScroll.value + r;
+    for (int c = 1; c <= kGridColumns; ++c) ShowSessionCell(r, c, s);
+
+    // Past the last student (only ever the first row) the name comes from an empty record.
+    const StudentRec& student = std::as_const(course_).Students[s];
+    view_.total[r] = s > course_.NumStudents ? " " : NumberText(student.Score[0]);
+    if (view_.order == DisplayOrder::LastName) {
+        std::string lastName = Trim(GetRosterEntry(course_, student.StudentId).LastName);
+        view_.name[r] = lastName.empty() ? Trim(student.StudentId) : " " + Left(lastName, 14);
+    } else {
+        view_.name[r] = " " + Left(Trim(student.StudentId), 14);
+    }
+    const bool unregistered =
+        StartsWith(student.StudentId, "#") || SameText(student.RemoteId, "unregistered");
+    view_.nameColour[r] = unregistered ? NameColour::Red : NameColour::Blue;
+    // The average is over all sessions, not only those attended.
+    view_.average[r] =
+        course_.NumSessions < 1
+            ? "Average: 0"
+            : "Average: " + NumberText(Round(student.Score[0] / course_.NumSessions, 2));
+}
+
+void ScoreGrid::NextClick() {
+    if (pageNo_ + kGridColumns < course_.NumSessions) SetSessionScroll(++pageNo_);
+}
+
+void ScoreGrid::PreviousClick() {
+    if (pageNo_ > 0) SetSessionScroll(--pageNo_);
+}
+
+void ScoreGrid::SessionScrollChanged(int value) {
+    ScrollBar& bar = view_.sessionScroll;
+    if (!bar.visible) return;
+    bar.value = Clamp(value, bar);
+    pageNo_ = bar.value;
+    UpdateTable();
+}
+
+void ScoreGrid::SetSessionScroll(int value) {
+    ScrollBar& bar = view_.sessionScroll;
+    const int clamped = Clamp(value, bar);
+    if (clamped == bar.value) {
+        Changed();
+        return;
+    }
+    bar.value = clamped;
+    SessionScrollChanged(clamped);
+}
+
+void ScoreGrid::StudentScrollChanged(int value) {
+    view_.studentScroll.value = Clamp(value, view_.studentScroll);
+    UpdateTable();
+}
+
+void ScoreGrid::MouseWheel(int rotation) {
+    const ScrollBar& bar = view_.studentScroll;
+    // Turning the wheel towards the user moves down the list.
+    const int value = rotation < 1 ? std::min(bar.value + bar.smallChange, bar.maximum)
+                                   : std::max(bar.value - bar.smallChange, bar.minimum);
+    if (value != bar.value) StudentScrollChanged(value);
+}
+
+void ScoreGrid::DisplayNameChanged(DisplayOrder order, Host& host) {
+    view_.order = order;
+    host.YieldEvents();
+    SortStudents(course_, order);
+    UpdateTable();
+}
+
+void ScoreGrid::ExportChanged(int column, bool checked) {
+    if (busy_) return;
+    course_.ExportSel[pageNo_ + 1 + column] = checked ? 1 : 0;
+    UpdateTable();
+}
+
+void ScoreGrid::ChooseSession(int session) {
+    course_.CurrentSession = session;
+    course_.CurrentLogFile = course_.SessionFile[session];
+}
+
+int ScoreGrid::HeadingClick(int index) {
+    if (index % kLabelsPerColumn != 0) return 0;
+    const int session = index / kLabelsPerColumn + pageNo_ + 1;
+    // A blank heading stands for no session: there is nothing to rename or remove.
+    if (session > course_.NumSessions) return 0;
+    ChooseSession(session);
+    return session;
+}
+
+int ScoreGrid::EditClick(int column) {
+    const int session = pageNo_ + column + 1;
+    if (session > course_.NumSessions) return 0;
+    ChooseSession(session);
+    return session;
+}
+
+int ScoreGrid::StudentClick(int row) const {
+    if (TrimView(view_.name[row]).empty()) return 0;
+    return view_.studentScroll.value + row;
+}
+
+Hover ScoreGrid::HoverOf(int index) const {
+    const std::string& text = view_.session[index];
+    if (index % kLabelsPerColumn == 0) {
+        if (TrimView(text).empty()) return {};
+        return {true, true, ""};
+    }
+    if (SameText(text, "Ab")) return {true, true, "Absent"};
+    return {};
+}
+
+void ScoreGrid::ToggleHelp() {
+    view_.helpOpen = !view_.helpOpen;
+    for (int i = 0; i < kControlCount; ++i) {
+        const Control control = static_cast<Control>(i);
+        if (KeepsStateAcrossHelp(control)) continue;
+        if (!view_.helpOpen || !UsableDuringHelp(control)) SetEnabled(control, !view_.helpOpen);
+    }
+    Changed();
+}
+
+void ScoreGrid::DisableAllButExits() {
+    for (int i = 0; i < kControlCount; ++i) {
+        const Control control = static_cast<Control>(i);
+        if (!UsableWithoutSessions(control)) SetEnabled(control, false);
+    }
+    Changed();
+}
+
+}  // namespace tallory

@@ -1,0 +1,161 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <span>
+#include <string>
+
+#include "common/Course.h"
+#include "common/Host.h"
+#include "export/ExportFormat.h"
+#include "logs/SessionStore.h"
+
+namespace tallory {
+
+// The main window shows four sessions by six students at a time.
+constexpr int kGridColumns = 4;
+constexpr int kGridRows = 6;
+// lblSession: per column a heading and one cell per row; column c (0-based) starts at c * 7.
+constexpr int kLabelsPerColumn = kGridRows + 1;
+constexpr int kSessionLabels = kGridColumns * kLabelsPerColumn;
+
+// The main window's controls that can be enabled and disabled. Control arrays count as one.
+enum class Control {
+    CmdHelp,
+    CmdExit,
+    CmdExitApp,
+    LblExit,
+    LblSubject,
+    LblCMS,
+    LblNext,
+    LblPrevious,
+    CmbDisplayName,
+    HscrlSession,
+    VscrlStudent,
+    LblSession,
+    LblStudentName,
+    LblTotal,
+    LblAverage,
+    CmdEdit,
+    ChkExport,
+    PicHelp,
+    LblHelpCaption,
+};
+constexpr int kControlCount = static_cast<int>(Control::LblHelpCaption) + 1;
+
+enum class NameColour { Blue, Red };
+
+struct ScrollBar {
+    int minimum = 0;
+    int maximum = 0;
+    int value = 0;
+    int smallChange = 1;
+    int largeChange = 1;
+    bool visible = true;
+};
+
+// What the pointer over a label of the grid shows.
+struct Hover {
+    bool underline = false;
+    bool handCursor = false;
+    std::string tip;
+};
+
+// Everything the main window shows. Rows of the name, total and average columns are 1..6.
+struct GridView {
+    std::string caption;  // the window title
+    std::string subject;  // lblSubject
+    std::string cms;      // lblCMS
+    std::array<std::string, kSessionLabels> session;
+    std::array<std::string, kGridRows + 1> name;
+    std::array<std::string, kGridRows + 1> total;
+    std::array<std::string, kGridRows + 1> average;
+    std::array<NameColour, kGridRows + 1> nameColour{};
+    std::array<bool, kGridColumns> editVisible{};
+    std::array<bool, kGridColumns> exportVisible{};
+    std::array<bool, kGridColumns> exportChecked{};
+    bool nextVisible = true;
+    bool previousVisible = true;
+    ScrollBar sessionScroll;
+    ScrollBar studentScroll;
+    DisplayOrder order = DisplayOrder::StudentId;
+    bool helpOpen = false;
+    std::array<bool, kControlCount> enabled;
+
+    GridView() { enabled.fill(true); }
+    bool Enabled(Control control) const { return enabled[static_cast<int>(control)]; }
+};
+
+// The logic of the main window (frmSubject and its large-font twin): the state of its controls
+// and one method per handler. A view binds it to real widgets and repaints from View() whenever
+// onChanged fires.
+class ScoreGrid : public MainScreen {
+  public:
+    explicit ScoreGrid(Course& course) : course_(course) {}
+
+    const GridView& View() const { return view_; }
+    // The course's grade-book format (lblCMS caption and tag), known after Start.
+    const ExportFormat& Format() const { return format_; }
+    int PageNo() const { return pageNo_; }
+    int MaxPages() const { return maxPages_; }
+    bool Busy() const { return busy_; }
+
+    // Called after every change of View().
+    std::function<void()> onChanged;
+
+    // The load handler after the single-instance test: folders, settings, registrations, roster,
+    // every session log, then the window's own state. Run-time errors of the load propagate.
+    void Start(Host& host, bool largeFonts);
+
+    // MainScreen: what the session store drives while it loads.
+    void ClearTable() override;
+    void UpdateTable() override;
+    void SetPageNo(int pageNo) override { pageNo_ = pageNo; }
+    void SetMaxPages(int maxPages) override { maxPages_ = maxPages; }
+    void HideStudentScroll() override;
+    void SetStudentScroll(int minimum, int maximum, int largeChange) override;
+    DisplayOrder Order() const override { return view_.order; }
+
+    // Moving through sessions and students.
+    void NextClick();
+    void PreviousClick();
+    // hscrlSession was moved (or dragged) to `value`.
+    void SessionScrollChanged(int value);
+    // Moves hscrlSession as a user would; the change handler runs when the value changes.
+    void SetSessionScroll(int value);
+    void StudentScrollChanged(int value);
+    void MouseWheel(int rotation);
+    void DisplayNameChanged(DisplayOrder order, Host& host);
+    void ExportChanged(int column, bool checked);
+
+    // Commands of a column and a row. Each returns what the window opens: a session number or a
+    // row of Students, 0 for nothing. The session ones also set CurrentSession and CurrentLogFile.
+    int HeadingClick(int index);
+    int EditClick(int column);
+    int StudentClick(int row) const;
+
+    Hover HoverOf(int index) const;
+
+    void ToggleHelp();
+    // A course without sessions: the window can only be closed.
+    void DisableAllButExits();
+
+  private:
+    void Changed();
+    void SetEnabled(Control control, bool enabled);
+    void ShowStudentRow(int row);
+    void ShowSessionCell(int row, int column, int student);
+    void ChooseSession(int session);
+
+    Course& course_;
+    GridView view_;
+    ExportFormat format_;
+    int pageNo_ = 0;
+    int maxPages_ = 0;
+    bool busy_ = false;
+};
+
+// The text of the help panel, one entry per caption.
+std::span<const char* const> HelpCaptions();
+
+}  // namespace tallory
