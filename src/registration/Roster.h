@@ -25,5 +25,12 @@ int UpdateRosterRemote(Course& course, std::string_view studentId, std::string_v
                        bool keepLarger);
 // Empties all of Roster and its look-up.
 void ClearRoster(Course& course);
+// Rebuilds RosterIndex from rows 0..NumRoster-1; for whoever changes StudentId texts in place.
+void RebuildRosterIndex(Course& course);
+
+// The last line of the messages of the grade-book readers that find no students.
+std::string GradeBookHelpLine();
+// True when the sibling tool that fetches grade books lies in the course folder.
+bool CampusBridgelineInstalled(const Course& course);
 
 }  // namespace tallory
