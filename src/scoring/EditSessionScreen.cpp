@@ -1,0 +1,116 @@
+#include "scoring/EditSessionScreen.h"
+
+#include "common/AtomicFile.h"
+#include "common/Text.h"
+#include "logs/SessionLog.h"
+#include "logs/SessionLogWriter.h"
+#include "logs/SessionStore.h"
+#include "scoring/Grading.h"
+#include "start/Settings.h"
+
+namespace tallory {
+
+EditSessionScreen::EditSessionScreen(Course& course, Host& host, SessionGrid& grid, int session)
+    : course_(course), host_(host), grid_(grid), session_(session) {
+    course_.CurrentSession = session;
+    course_.CurrentLogFile = course_.SessionFile[session];
+    lblFileName_.text = course_.CurrentLogFile;
+    txtSessionName_.text = course_.SessionTitle[session];
+}
+
+void EditSessionScreen::txtSessionNameChange(std::string_view text) {
+    txtSessionName_.text = std::string(text);
+}
+
+bool EditSessionScreen::Refuse(std::string_view message, size_t start, size_t length) {
+    host_.Message(message);
+    txtSessionName_.selectionStart = start;
+    txtSessionName_.selectionLength = length;
+    return false;
+}
+
+bool EditSessionScreen::ValidSessionName() {
+    // The title is a quoted field of the log's first line, so these characters cannot stand in it.
+    static constexpr struct {
+        char character;
+        std::string_view message;
+    } kForbidden[] = {
+        {',', "Session name may not contain a comma"},
+        {'"', "Session name may not contain a double quote"},
+        {'\'', "Session name may not contain a single quote"},
+    };
+    const std::string& text = txtSessionName_.text;
+    for (const auto& forbidden : kForbidden) {
+        size_t at = text.find(forbidden.character);
+        if (at != std::string::npos) return Refuse(forbidden.message, at, 1);
+    }
+    // Desire2Learn takes a grade item per session by its name, so names must differ; the
+    // session's own present title counts too.
+    if (NormalKey(GetParam(course_, "CMS", "General")) == "D2L") {
+        const std::string wanted = NormalKey(text);
+        for (int s = 0; s <= kSessionTableUpper; ++s) {
+            if (TrimView(course_.SessionTitle[s]).empty()) continue;
+            if (NormalKey(SessionLabel(course_, s)) == wanted)
+                return Refuse(
+                    "Session name already exists, D2L does not allow duplicate session "
+                    "name(s). Please specify a unique session name",
+                    0, text.size());
+        }
+    }
+    return true;
+}
+
+void EditSessionScreen::cmdSaveClick() {
+    if (!ValidSessionName()) {
+        saved_ = false;
+        return;
+    }
+    saved_ = true;
+    const int kept = grid_.SessionScrollValue();
+    const std::string path = SessionLogPath(course_, course_.CurrentLogFile);
+    ReadSessionLog(course_, path);
+    // Scoring marks the anonymous questions, which the writer must know to write them as such.
+    RecomputeSession(course_);
+    course_.Questions[0].Name = txtSessionName_.text;
+    WriteSessionLog(course_, host_, path, "", "", 0);
+    SweepSessionScroll(grid_);
+    grid_.SetSessionScrollValue(kept);
+    closed_ = true;
+}
+
+void EditSessionScreen::cmdRemoveClick() {
+    const std::string& file = lblFileName_.text;
+    Answer answer = host_.Message("Are you sure you want to remove lecture " + file,
+                                  "Confirm Remove", Icon::Question, Buttons::YesNo);
+    closed_ = true;
+    if (answer != Answer::Yes) return;
+    const int kept = grid_.SessionScrollValue();
+    saved_ = false;
+    // The copy holds the tables as they stand: the session read last, not necessarily this one.
+    WriteSessionLog(course_, host_, SessionLogPath(course_, "x" + file), "", "", 0);
+    std::string error;
+    if (!ReplaceFile(SessionLogPath(course_, file), "", &error)) {
+        host_.Message("Unable to empty the log file " + file + " (" + error +
+                          "). The session was not removed.",
+                      kProgramTitle, Icon::Exclamation);
+        return;
+    }
+    removed_ = true;
+    LoadSessions(course_, host_, grid_.Screen());
+    SweepSessionScroll(grid_);
+    if (kept >= grid_.SessionScrollMinimum() && kept <= grid_.SessionScrollMaximum())
+        grid_.SetSessionScrollValue(kept);
+}
+
+void EditSessionScreen::cmdCancelClick() {
+    saved_ = false;
+    closed_ = true;
+}
+
+void EditSessionScreen::AfterClose() {
+    if (!saved_ || TrimView(txtSessionName_.text).empty()) return;
+    course_.SessionTitle[session_] = txtSessionName_.text;
+    grid_.Screen().UpdateTable();
+}
+
+}  // namespace tallory
