@@ -28,8 +28,8 @@ class EditSessionScreen {
     // session's title in the grid.
     void AfterClose();
 
-    const Control& lblFileName() const { return lblFileName_; }
-    const Control& txtSessionName() const { return txtSessionName_; }
+    const ControlState& lblFileName() const { return lblFileName_; }
+    const ControlState& txtSessionName() const { return txtSessionName_; }
     bool Saved() const { return saved_; }
     bool Closed() const { return closed_; }
     // cmdRemove went through: the log was emptied and the sessions reloaded.
@@ -43,8 +43,8 @@ class EditSessionScreen {
     Host& host_;
     SessionGrid& grid_;
     int session_;
-    Control lblFileName_;
-    Control txtSessionName_;
+    ControlState lblFileName_;
+    ControlState txtSessionName_;
     bool saved_ = false;
     bool closed_ = false;
     bool removed_ = false;

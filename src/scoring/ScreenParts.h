@@ -11,7 +11,7 @@ namespace tallory {
 
 // What a widget shows and whether it takes input. Screen logic keeps one per control; the Qt
 // dialog paints from them and never keeps state of its own.
-struct Control {
+struct ControlState {
     std::string text;  // text of a box, caption of a label or button, path of a picture
     bool visible = true;
     bool enabled = true;

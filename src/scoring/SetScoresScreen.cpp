@@ -210,16 +210,16 @@ void SetScoresScreen::ShowQuestionState() {
         c.lblQuestionDelete.visible = true;
         ShowQuestionName("Deleted :- '" + NormaliseQuestionName(question.Name) + "'");
         // The session's own boxes stay open; the question's are closed.
-        for (Control* box :
+        for (ControlState* box :
              {&c.txtPerfMaxPoints, &c.txtQuestionName, &c.chkTruncPerf, &c.cmbCorrect})
             box->enabled = false;
-        for (Control& box : c.txtPoints) box.enabled = false;
+        for (ControlState& box : c.txtPoints) box.enabled = false;
         return;
     }
     c.OptNo.checked = true;
     c.OptYes.checked = false;
-    for (Control* box : {&c.txtPointsAwarded, &c.txtMinResponses, &c.txtQuestionName,
-                         &c.chkTruncPerf, &c.cmbCorrect})
+    for (ControlState* box : {&c.txtPointsAwarded, &c.txtMinResponses, &c.txtQuestionName,
+                              &c.chkTruncPerf, &c.cmbCorrect})
         box->enabled = true;
     c.txtPerfMaxPoints.enabled = c.chkTruncPerf.checked;
     ShowQuestionName(ShownQuestionName(question.Name));
@@ -234,7 +234,7 @@ void SetScoresScreen::ShowQuestionState() {
         c.lblQuestionDelete.text = std::string(kQuestionDeleted);
     }
     c.cmbCorrect.enabled = !anonymous;
-    for (Control& box : c.txtPoints) box.enabled = !anonymous;
+    for (ControlState& box : c.txtPoints) box.enabled = !anonymous;
 }
 
 void SetScoresScreen::LoadImages() {
@@ -278,7 +278,7 @@ void SetScoresScreen::cmbCorrectClick(int index) {
 
 bool SetScoresScreen::txtPointsValidate(int box, std::string_view text) {
     if (box < 0 || box > 4) return true;
-    Control& points = controls_.txtPoints[box];
+    ControlState& points = controls_.txtPoints[box];
     if (!points.enabled) return true;
     double value = 0;
     if (!ToDouble(text, value)) {
@@ -296,7 +296,7 @@ bool SetScoresScreen::txtPointsValidate(int box, std::string_view text) {
 }
 
 bool SetScoresScreen::txtPerfMaxPointsValidate(std::string_view text) {
-    Control& box = controls_.txtPerfMaxPoints;
+    ControlState& box = controls_.txtPerfMaxPoints;
     if (!box.enabled) return true;
     if (TrimView(text).empty()) {
         box.text.clear();
@@ -317,8 +317,8 @@ bool SetScoresScreen::txtPerfMaxPointsValidate(std::string_view text) {
 }
 
 bool SetScoresScreen::chkTruncPerfClick(bool checked) {
-    Control& tick = controls_.chkTruncPerf;
-    Control& box = controls_.txtPerfMaxPoints;
+    ControlState& tick = controls_.chkTruncPerf;
+    ControlState& box = controls_.txtPerfMaxPoints;
     if (!tick.enabled) return false;
     tick.checked = checked;
     if (!checked) {
@@ -332,7 +332,7 @@ bool SetScoresScreen::chkTruncPerfClick(bool checked) {
 }
 
 bool SetScoresScreen::txtPointsAwardedValidate(std::string_view text) {
-    Control& box = controls_.txtPointsAwarded;
+    ControlState& box = controls_.txtPointsAwarded;
     if (!box.enabled) return true;
     double value = 0;
     if (!ToDouble(text, value)) {
@@ -345,7 +345,7 @@ bool SetScoresScreen::txtPointsAwardedValidate(std::string_view text) {
 }
 
 bool SetScoresScreen::txtMinResponsesValidate(std::string_view text) {
-    Control& box = controls_.txtMinResponses;
+    ControlState& box = controls_.txtMinResponses;
     if (!box.enabled) return true;
     if (TrimView(text).empty()) return true;
     double value = 0;
@@ -435,45 +435,45 @@ std::string SetScoresScreen::cmdHistogramClick() const {
     return FileExists(chart) ? chart : std::string();
 }
 
-std::vector<Control*> SetScoresScreen::FormControls() {
+std::vector<ControlState*> SetScoresScreen::FormControls() {
     SetScoresControls& c = controls_;
-    std::vector<Control*> all = {&c.lblClass,
-                                 &c.lblSession,
-                                 &c.lblTime,
-                                 &c.lblStudents,
-                                 &c.lblAverage,
-                                 &c.lblTotQuestions,
-                                 &c.lblCurQuestionNo,
-                                 &c.lblNonDeleted,
-                                 &c.lblDeleteNo,
-                                 &c.lblTotalPerfPoints,
-                                 &c.lblTotalPoints,
-                                 &c.txtPointsAwarded,
-                                 &c.txtMinResponses,
-                                 &c.chkTruncPerf,
-                                 &c.txtPerfMaxPoints,
-                                 &c.txtQuestionName,
-                                 &c.cmbCorrect,
-                                 &c.OptYes,
-                                 &c.OptNo,
-                                 &c.lblQuestionDelete,
-                                 &c.lblNext,
-                                 &c.lblPrevious,
-                                 &c.cmdSet,
-                                 &c.cmdViewScreenShot,
-                                 &c.Image1,
-                                 &c.cmdHistogram};
+    std::vector<ControlState*> all = {&c.lblClass,
+                                      &c.lblSession,
+                                      &c.lblTime,
+                                      &c.lblStudents,
+                                      &c.lblAverage,
+                                      &c.lblTotQuestions,
+                                      &c.lblCurQuestionNo,
+                                      &c.lblNonDeleted,
+                                      &c.lblDeleteNo,
+                                      &c.lblTotalPerfPoints,
+                                      &c.lblTotalPoints,
+                                      &c.txtPointsAwarded,
+                                      &c.txtMinResponses,
+                                      &c.chkTruncPerf,
+                                      &c.txtPerfMaxPoints,
+                                      &c.txtQuestionName,
+                                      &c.cmbCorrect,
+                                      &c.OptYes,
+                                      &c.OptNo,
+                                      &c.lblQuestionDelete,
+                                      &c.lblNext,
+                                      &c.lblPrevious,
+                                      &c.cmdSet,
+                                      &c.cmdViewScreenShot,
+                                      &c.Image1,
+                                      &c.cmdHistogram};
     for (int i = 0; i < 5; ++i)
-        for (Control* control : {&c.txtPoints[i], &c.lblNum[i], &c.lblPer[i]})
+        for (ControlState* control : {&c.txtPoints[i], &c.lblNum[i], &c.lblPer[i]})
             all.push_back(control);
     return all;
 }
 
 void SetScoresScreen::cmdHelpClick() {
-    Control& help = controls_.PicHelp;
+    ControlState& help = controls_.PicHelp;
     help.visible = !help.visible;
     // While the help is open only it, cmdHelp and cmdCancel answer.
-    for (Control* control : FormControls()) control->enabled = !help.visible;
+    for (ControlState* control : FormControls()) control->enabled = !help.visible;
     if (!help.visible) UpdateQuestion();
 }
 

@@ -14,16 +14,16 @@ namespace tallory {
 
 // The controls of frmSetSessionScoring, "Tallory - Set Scores".
 struct SetScoresControls {
-    Control lblClass, lblSession, lblTime, lblStudents, lblAverage;
-    Control lblTotQuestions, lblCurQuestionNo, lblNonDeleted, lblDeleteNo;
-    Control lblTotalPerfPoints, lblTotalPoints;
-    Control txtPointsAwarded, txtMinResponses, chkTruncPerf, txtPerfMaxPoints;
-    Control txtQuestionName, cmbCorrect;
-    std::array<Control, 5> txtPoints, lblNum, lblPer;  // choices A to E
-    Control OptYes, OptNo, lblQuestionDelete;
-    Control lblNext, lblPrevious;
-    Control cmdSet, cmdCancel, cmdHelp, PicHelp;
-    Control cmdViewScreenShot, Image1, cmdHistogram;
+    ControlState lblClass, lblSession, lblTime, lblStudents, lblAverage;
+    ControlState lblTotQuestions, lblCurQuestionNo, lblNonDeleted, lblDeleteNo;
+    ControlState lblTotalPerfPoints, lblTotalPoints;
+    ControlState txtPointsAwarded, txtMinResponses, chkTruncPerf, txtPerfMaxPoints;
+    ControlState txtQuestionName, cmbCorrect;
+    std::array<ControlState, 5> txtPoints, lblNum, lblPer;  // choices A to E
+    ControlState OptYes, OptNo, lblQuestionDelete;
+    ControlState lblNext, lblPrevious;
+    ControlState cmdSet, cmdCancel, cmdHelp, PicHelp;
+    ControlState cmdViewScreenShot, Image1, cmdHistogram;
 };
 
 // The rows of cmbCorrect; the row number is the CorrectAnswer it stands for.
@@ -97,7 +97,7 @@ class SetScoresScreen {
     void ShowCapControls();
     void ShowQuestionState();
     std::string ImagePath(char kind) const;
-    std::vector<Control*> FormControls();
+    std::vector<ControlState*> FormControls();
     void ShowRequirementShift(bool deleting, int16_t to);
 
     Course& course_;
