@@ -1,0 +1,319 @@
+#include "logs/SessionLog.h"
+
+#include "common/Numbers.h"
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "registration/RemoteTable.h"
+#include "start/Fields.h"
+
+namespace tallory {
+
+namespace {
+
+// Every line after the first is built of one group of six fields per question, from field 3 on.
+// The first three fields are the line's label and two fillers (a data line: remote, student,
+// session total).
+constexpr int kFirstGroupField = 3;
+constexpr int kGroupWidth = 6;
+
+// Columns of a group on a data line.
+enum VoteColumn {
+    kAnswerColumn,
+    kPointsColumn,
+    kFinalTimeColumn,
+    kAttemptsColumn,
+    kFirstAnswerColumn,
+    kFirstTimeColumn
+};
+
+constexpr std::string_view kHeaderFailure = "Error reading log file in LoadQuestion";
+
+// The reader's diagnostics have no audience: this hook is where they go, and it does nothing.
+void DebugMessage(std::string_view text) {
+    (void)text;
+}
+
+// Number of the question groups a line holds: a group counts when its first field is there.
+int GroupsOf(const Fields& fields) {
+    return fields.Count() < kFirstGroupField
+               ? 0
+               : (fields.Count() - kFirstGroupField) / kGroupWidth + 1;
+}
+
+std::string_view GroupField(const Fields& fields, int question, int column) {
+    return fields[kFirstGroupField + kGroupWidth * (question - 1) + column];
+}
+
+// Conversions the read cannot go on without: a text that is not a number is a type mismatch, a
+// number outside 16 bits an overflow.
+double FloatOf(std::string_view text) {
+    double value;
+    if (!ToDouble(text, value)) throw RunTimeError(kTypeMismatch);
+    return value;
+}
+
+int16_t CounterOf(double value) {
+    int16_t counter;
+    if (!RoundToInt16(value, counter)) throw RunTimeError(kOverflow);
+    return counter;
+}
+
+// Conversions of the per-question values of a data line: a value that does not convert leaves
+// what the row held before, which is how the letter in the First Response column is passed over.
+void KeepIfNumeric(std::string_view text, double& target) {
+    ToDouble(text, target);
+}
+void KeepIfNumeric(std::string_view text, int16_t& target) {
+    ToInt16(text, target);
+}
+
+// A setting of line 1 ("  Performance =  5 "): the number after the first "=", or the whole
+// field when there is no "="; the default when the field is missing or holds no number.
+double SettingOf(const Fields& fields, int index, double defaultValue) {
+    if (!fields.Has(index)) return defaultValue;
+    std::string_view text = fields[index];
+    size_t equals = text.find('=');
+    if (equals != std::string_view::npos) text.remove_prefix(equals + 1);
+    double value;
+    return ToDouble(text, value) ? value : defaultValue;
+}
+
+// The instructor's deletion mark "|Y" (any case) behind a name: removed from the name, and the
+// row flagged.
+void TakeMarkedName(QuestionRec& row, std::string_view field) {
+    std::string name = Trim(field);
+    if (ContainsNoCase(name, "|Y")) {
+        row.Name = ReplaceAllNoCase(name, "|Y", "");
+        row.Deleted = kTrue;
+    } else {
+        row.Name = std::move(name);
+        row.Deleted = kFalse;
+    }
+}
+
+// The polling application writes either the choice's number or its letter. A letter is looked up
+// as a whole in "ABCDE", with case, so "C" is 3, "BC" 2, " C" 0, and an empty field 1.
+int16_t CorrectAnswerOf(std::string_view field) {
+    if (IsNumeric(field)) return CounterOf(FloatOf(field));
+    size_t at = std::string_view("ABCDE").find(field);
+    return at == std::string_view::npos ? 0 : static_cast<int16_t>(at + 1);
+}
+
+// Line 1: the session's settings and its title.
+void ReadSettingsLine(Course& course, const Fields& fields) {
+    course.SessPerformance = SettingOf(fields, 1, 0);
+    course.SessParticipation = SettingOf(fields, 2, 1);
+    course.SessMinReply = CounterOf(SettingOf(fields, 3, 1));
+    course.SessMinCorrect = CounterOf(SettingOf(fields, 4, 1));
+    TakeMarkedName(course.Questions[0], fields[5]);
+}
+
+// Reads the next header line into `fields`; false at the end of the file, which ends the header
+// quietly with what it has.
+bool NextHeaderLine(LineReader& reader, std::string& line, Fields& fields,
+                    std::string_view whereMissing) {
+    if (!reader.ReadLine(line)) {
+        DebugMessage(whereMissing);
+        return false;
+    }
+    SplitFields(line, fields);
+    return true;
+}
+
+// Lines 6 to 10: how many voters chose the choice, and what it earns.
+void ReadChoiceLine(Course& course, const Fields& fields, int choice) {
+    for (int q = 1, groups = GroupsOf(fields); q <= groups; ++q) {
+        QuestionRec& question = course.Questions[q];
+        if (choice == 1) question.ResponseCount[0] = 0;
+        question.ResponseCount[choice] = CounterOf(FloatOf(GroupField(fields, q, 0)));
+        question.ChoicePoints[choice] = FloatOf(GroupField(fields, q, 1));
+        question.ResponseCount[0] = CounterOf(static_cast<double>(question.ResponseCount[0]) +
+                                              question.ResponseCount[choice]);
+        question.ChoicePoints[kNoAnswer] = 0;
+    }
+}
+
+// Lines 1 to 10 after line 1 was read into `line`.
+int ReadHeaderLines(Course& course, LineReader& reader, std::string& line) {
+    Fields fields(kMaxLogFieldIndex);
+    SplitFields(line, fields);
+    ReadSettingsLine(course, fields);
+
+    // A log that ends after its settings leaves the question count of the log read before.
+    if (!NextHeaderLine(reader, line, fields, "Error reading log file on line 2"))
+        return course.NumQuestions;
+    int count = 0;
+    for (int q = 1, groups = GroupsOf(fields); q <= groups; ++q) {
+        ++count;
+        TakeMarkedName(course.Questions[count], GroupField(fields, q, 0));
+    }
+
+    // Lines 3 to 10 each fill as many questions as they have groups themselves.
+    if (!NextHeaderLine(reader, line, fields, "Error reading log file on line 3")) return count;
+    for (int q = 1, groups = GroupsOf(fields); q <= groups; ++q)
+        course.Questions[q].StartTime = GroupField(fields, q, 0);
+    if (!NextHeaderLine(reader, line, fields, "Error reading log file on line 4")) return count;
+    for (int q = 1, groups = GroupsOf(fields); q <= groups; ++q)
+        course.Questions[q].StopTime = GroupField(fields, q, 0);
+    if (!NextHeaderLine(reader, line, fields, "Error reading log file on line 5")) return count;
+    for (int q = 1, groups = GroupsOf(fields); q <= groups; ++q)
+        course.Questions[q].CorrectAnswer = CorrectAnswerOf(GroupField(fields, q, 0));
+    for (int choice = 1; choice <= 5; ++choice) {
+        if (!NextHeaderLine(reader, line, fields, "Error reading log file on line 4-9"))
+            return count;
+        ReadChoiceLine(course, fields, choice);
+    }
+    return count;
+}
+
+// One data line, split into the caller's `fields` so that a whole log reuses one buffer.
+void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& row,
+                    int& groupCount) {
+    SplitFields(line, fields);
+    if (fields.Count() < 0) {  // a blank line takes no row
+        --row;
+        return;
+    }
+    const int groups = GroupsOf(fields);
+    VoteRec& vote = course.Votes[row];
+    vote.RemoteId = StripLeadingZeros(StripLeadingHash(TrimView(fields[0])));
+    vote.StudentId = TrimView(fields[1]);
+    if (vote.StudentId.empty()) vote.StudentId = RemoteToStudent(course, vote.RemoteId);
+    if (vote.StudentId.empty()) vote.StudentId = "#" + vote.RemoteId;
+    if (!fields.Has(2)) {
+        DebugMessage("Skipped " + std::string(line));
+        --row;
+        return;
+    }
+    vote.Score[0] = FloatOf(fields[2]);
+
+    for (int q = 1; q <= groups; ++q) {
+        vote.Answer[q] = AnswerFromLetter(GroupField(fields, q, kAnswerColumn));
+        KeepIfNumeric(GroupField(fields, q, kPointsColumn), vote.Score[q]);
+        KeepIfNumeric(GroupField(fields, q, kFinalTimeColumn), vote.FinalTime[q]);
+        KeepIfNumeric(GroupField(fields, q, kAttemptsColumn), vote.Attempts[q]);
+        KeepIfNumeric(GroupField(fields, q, kFirstAnswerColumn), vote.FirstAnswer[q]);
+        KeepIfNumeric(GroupField(fields, q, kFirstTimeColumn), vote.FirstTime[q]);
+    }
+    groupCount = groups;
+}
+
+// Data lines from line 11 to the end. `groupCount` keeps the value of the last line that got
+// through, so a blank or skipped line still adds a voter once any line was read.
+void ReadVoteLines(Course& course, LineReader& reader) {
+    Fields fields(kMaxLogFieldIndex);
+    std::string line;
+    int row = 1;
+    int groupCount = 0;
+    while (reader.ReadLine(line)) {
+        try {
+            ReadVoteFields(course, line, fields, row, groupCount);
+        } catch (const RunTimeError& error) {
+            std::string where =
+                "File " + reader.Path() + ", line " + std::to_string(reader.LineNumber());
+            if (!error.Context().empty()) where += " (" + error.Context() + ")";
+            throw RunTimeError(error.Number(), where);
+        }
+        if (groupCount > 0) ++course.NumVoters;
+        ++row;
+    }
+}
+
+std::string StripLeading(std::string_view text, char c) {
+    size_t at = 0;
+    while (at + 1 < text.size() && text[at] == c) ++at;
+    return std::string(text.substr(at));
+}
+
+// Characters from the 1-based position `from`, at most `count`; nothing past the end.
+std::string_view Mid(std::string_view text, size_t from, size_t count) {
+    return from > text.size() ? std::string_view() : text.substr(from - 1, count);
+}
+
+}  // namespace
+
+void ReadSessionLog(Course& course, const std::string& fileName) {
+    course.NumVoters = 0;
+    if (fileName.empty()) return;
+    LineReader reader(fileName);
+    if (!reader.IsOpen()) throw RunTimeError(kFileNotFound, "File " + fileName);
+    course.NumQuestions = ReadLogHeader(course, reader);
+    if (course.NumQuestions > 0) ReadVoteLines(course, reader);
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        QuestionRec& question = course.Questions[q];
+        question.StartTime = TrimLeadingSpaces(question.StartTime);
+        question.StopTime = TrimLeadingSpaces(question.StopTime);
+        question.Name = TrimLeadingSpaces(question.Name);
+    }
+}
+
+int ReadLogHeader(Course& course, LineReader& reader) {
+    course.SessPerformance = 0;
+    course.SessParticipation = 0;
+    course.SessMinReply = 0;
+    course.SessMinCorrect = 0;
+    // A header that cannot be read, an empty file included, makes a session without questions,
+    // and its data lines are not read.
+    std::string line;
+    try {
+        if (reader.ReadLine(line)) return ReadHeaderLines(course, reader, line);
+    } catch (const RunTimeError&) {
+    }
+    DebugMessage(kHeaderFailure);
+    return 0;
+}
+
+void ReadVoteLine(Course& course, std::string_view line, int& row, int& groupCount) {
+    Fields fields(kMaxLogFieldIndex);
+    ReadVoteFields(course, line, fields, row, groupCount);
+}
+
+int16_t AnswerFromLetter(std::string_view field) {
+    // Several letters: the last of A..E in that order wins, and an X (an anonymous response)
+    // beats them all.
+    int choice = 0;
+    bool anonymous = false;
+    for (char c : field) {
+        char lower = static_cast<char>(c | 0x20);  // folds exactly the letters' upper case
+        if (lower >= 'a' && lower <= 'e' && lower - 'a' + 1 > choice) choice = lower - 'a' + 1;
+        if (lower == 'x') anonymous = true;
+    }
+    if (anonymous) return kAnonymousAnswer;
+    return choice > 0 ? static_cast<int16_t>(choice) : kNoAnswer;
+}
+
+std::string RemoteToStudent(const Course& course, std::string_view remoteId) {
+    int row = FindRemoteRow(course, remoteId);
+    return row > 0 ? course.RemoteTable[row].StudentId : std::string();
+}
+
+std::string StripLeadingHash(std::string_view text) {
+    return StripLeading(text, '#');
+}
+
+std::string StripLeadingZeros(std::string_view text) {
+    return StripLeading(text, '0');
+}
+
+std::string TrimLeadingSpaces(std::string_view text) {
+    size_t at = 0;
+    while (at < text.size() && text[at] == ' ') ++at;
+    // A text whose first non-blank is its last character comes back empty: a question named
+    // with one character has no name, and so does not count as a live question.
+    if (at + 1 >= text.size()) return std::string();
+    return std::string(text.substr(at));
+}
+
+std::string SessionDate(std::string_view fileName) {
+    std::string date;
+    date.append(Mid(fileName, 4, 2)).append("/").append(Mid(fileName, 6, 2)).append("/20");
+    date.append(Mid(fileName, 2, 2));
+    return date;
+}
+
+std::string SessionTime(std::string_view fileName) {
+    std::string time(Mid(fileName, 8, 2));
+    return time.append(":").append(Mid(fileName, 10, 2));
+}
+
+}  // namespace tallory

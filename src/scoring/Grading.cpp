@@ -1,0 +1,162 @@
+#include "scoring/Grading.h"
+
+#include <cmath>
+#include <vector>
+
+#include "common/Numbers.h"
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "start/Settings.h"
+
+namespace tallory {
+
+namespace {
+
+// What the available points of a session become while no live question has any, so that the
+// percentages shown later never divide by zero.
+constexpr double kNoPointsYet = 1E-10;
+
+// Counters are 16-bit: passing that range is an overflow that ends the run, never a wrap.
+void Raise(int16_t& counter, int amount, const char* what) {
+    if (!RoundToInt16(static_cast<double>(counter) + amount, counter))
+        throw RunTimeError(kOverflow, std::string("Counter ") + what);
+}
+
+// Which of the rows 1..NumQuestions are scored; a question that is not gets its Deleted flag.
+std::vector<char> MarkLiveQuestions(Course& course) {
+    std::vector<char> live(course.NumQuestions + 1, 0);
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        QuestionRec& question = course.Questions[q];
+        live[q] = IsLiveQuestion(question);
+        if (!live[q]) question.Deleted = kTrue;
+    }
+    return live;
+}
+
+// Each live question's best choice, and their sum: the session's available performance points,
+// held at the session's cap.
+void SumAvailablePoints(Course& course, const std::vector<char>& live) {
+    QuestionRec& session = course.Questions[0];
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        if (!live[q]) continue;
+        QuestionRec& question = course.Questions[q];
+        question.AveragePoints = 0;
+        question.MaxPoints = 0;
+        for (int i = 1; i <= 5; ++i)
+            if (question.ChoicePoints[i] > question.MaxPoints)
+                question.MaxPoints = question.ChoicePoints[i];
+        question.ResponseCount[kNoAnswer] = 0;
+        session.MaxPoints += question.MaxPoints;
+        if (session.MaxPoints == 0) session.MaxPoints = kNoPointsYet;
+    }
+    if (course.SessPerformance >= 0 && session.MaxPoints > course.SessPerformance)
+        session.MaxPoints = course.SessPerformance;
+}
+
+// One voter's session points: the final answers on live questions, held at the cap after every
+// question, then the participation points, which the cap does not hold.
+void ScoreVoter(Course& course, VoteRec& vote, const std::vector<char>& live) {
+    const bool capped = course.SessPerformance >= 0;
+    int16_t responses = 0;
+    int16_t earned = 0;
+    vote.Score[0] = 0;
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        if (!live[q]) continue;
+        QuestionRec& question = course.Questions[q];
+        int16_t answer = vote.Answer[q];
+        if (answer == kAnonymousAnswer) {
+            // Nobody may see an anonymous answer: it counts as a response and earns nothing.
+            Raise(responses, 1, "responses");
+            question.Anonymous = kTrue;
+            continue;
+        }
+        double points = ChoicePointsOf(question, answer);
+        question.AveragePoints += points / course.NumVoters;
+        vote.Score[q] = points;
+        vote.Score[0] += points;
+        if (capped && vote.Score[0] > course.SessPerformance)
+            vote.Score[0] = course.SessPerformance;
+        if (points > 0) Raise(earned, 1, "earned");
+        if (answer < kNoAnswer) Raise(responses, 1, "responses");
+        question.Anonymous = kFalse;
+    }
+    if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
+        vote.Score[0] += course.SessParticipation;
+}
+
+// ResponseCount[0] of a question with per-voter answers becomes the sum of its choices; an
+// anonymous question keeps the sum its log gave.
+void TotalResponseCounts(Course& course, const std::vector<char>& live) {
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        QuestionRec& question = course.Questions[q];
+        if (question.Anonymous != kFalse) continue;
+        question.ResponseCount[0] = 0;
+        if (!live[q]) continue;
+        for (int i = 1; i <= kNoAnswer; ++i)
+            Raise(question.ResponseCount[0], question.ResponseCount[i], "ResponseCount");
+    }
+}
+
+}  // namespace
+
+bool IsLiveQuestion(const QuestionRec& question) {
+    return question.Deleted == kFalse && !ContainsNoCase(TrimView(question.Name), "|Y");
+}
+
+int CountLiveQuestions(const Course& course) {
+    int count = 0;
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        const QuestionRec& question = course.Questions[q];
+        if (!TrimView(question.Name).empty() && question.Deleted == kFalse) ++count;
+    }
+    return count;
+}
+
+int16_t RequiredResponses(const Course& course) {
+    const int live = CountLiveQuestions(course);
+    if (live <= 0) return 0;
+    std::string setting = GetParam(course, "ParticipationRequirement", "1");
+    int16_t rule;
+    if (!RoundToInt16(LeadingNumber(setting), rule))
+        throw RunTimeError(kOverflow, "Setting ParticipationRequirement = " + setting);
+    switch (rule) {
+        case 0:
+            return static_cast<int16_t>(live - 1);  // all but one
+        case 2:
+            return static_cast<int16_t>(live / 2);  // half
+        case 3:
+            return static_cast<int16_t>(live);  // all
+        case 4:
+            return 1;  // any one
+        default:
+            return static_cast<int16_t>(Int(0.75 * live));  // three quarters
+    }
+}
+
+void SetRequiredResponses(Course& course) {
+    course.SessMinReply = RequiredResponses(course);
+}
+
+double ChoicePointsOf(const QuestionRec& question, int answer) {
+    CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
+    return question.ChoicePoints[answer];
+}
+
+void RecomputeSession(Course& course) {
+    course.Questions[0].MaxPoints = 0;
+    // The requirement in force always follows from the setting, whatever line 1 of the log says.
+    SetRequiredResponses(course);
+    const std::vector<char> live = MarkLiveQuestions(course);
+    SumAvailablePoints(course, live);
+
+    double classSum = 0;
+    for (int r = 1; r <= course.NumVoters; ++r) {
+        VoteRec& vote = course.Votes[r];
+        ScoreVoter(course, vote, live);
+        classSum += vote.Score[0];
+    }
+    course.Questions[0].AveragePoints = course.NumVoters > 0 ? classSum / course.NumVoters : 0;
+    TotalResponseCounts(course, live);
+}
+
+}  // namespace tallory
