@@ -113,8 +113,8 @@ bool RepairRosterName(const Course& course, Host& host, std::string_view from,
 std::string ProgramFolderOf(std::string_view invokedAs, const std::string& currentFolder) {
     const size_t slash = invokedAs.rfind('/');
     if (slash == std::string_view::npos) return currentFolder;
-    std::string folder(invokedAs.substr(0, slash));
-    if (folder.empty() || folder.front() != '/') folder = currentFolder + "/" + folder;
+    std::string folder(invokedAs.substr(0, slash + 1));
+    if (folder.front() != '/') folder = currentFolder + "/" + folder;
     return CleanPath(folder);
 }
 

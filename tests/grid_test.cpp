@@ -1,0 +1,369 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "LogText.h"
+#include "TestSupport.h"
+#include "common/Paths.h"
+#include "common/RecordingHost.h"
+#include "grid/ScoreGrid.h"
+
+namespace tallory {
+namespace {
+
+using test::LogSpec;
+using test::LogText;
+using test::LogVoter;
+using test::TempCourse;
+
+std::string LogName(int day) {
+    char name[40];
+    std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
+    return name;
+}
+
+std::string DateOf(int day) {
+    char date[20];
+    std::snprintf(date, sizeof date, "09/%02d/2026", day);
+    return date;
+}
+
+// Students S1..Sn, each with clicker #A<i>, all answering A (the correct choice).
+std::vector<LogVoter> Voters(int students) {
+    std::vector<LogVoter> voters;
+    for (int i = 1; i <= students; ++i)
+        voters.push_back({"#A" + std::to_string(i), "S" + std::to_string(i), {"A"}});
+    return voters;
+}
+
+// A course folder with one log per day of September, and the main window's logic over it.
+struct OpenGrid {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    ScoreGrid grid{course};
+
+    void WriteSessions(int sessions, const std::vector<LogVoter>& voters) const {
+        LogSpec spec;
+        spec.voters = voters;
+        for (int day = 1; day <= sessions; ++day) folder.Write(LogName(day), LogText(spec));
+    }
+
+    void Open(bool largeFonts = false) {
+        course.AppPath = folder.Path();
+        course.ProgramFolder = folder.Path();
+        grid.Start(host, largeFonts);
+    }
+
+    const GridView& view() const { return grid.View(); }
+    std::string Heading(int column) const { return view().session[column * kLabelsPerColumn]; }
+    std::string Cell(int row, int column) const {
+        return view().session[column * kLabelsPerColumn + row];
+    }
+};
+
+TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
+    struct Case {
+        int sessions;
+        int pageNo;
+        bool next, previous, bar;
+        int barMaximum;
+        bool lastColumnShown;
+    } cases[] = {
+        {3, 0, false, false, false, 0, false},
+        {4, 0, false, false, false, 0, true},
+        {5, 1, false, true, true, 1, true},
+        {9, 5, false, true, true, 5, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sessions);
+        OpenGrid open;
+        open.WriteSessions(c.sessions, Voters(2));
+        open.Open();
+        const GridView& view = open.view();
+        EXPECT_EQ(open.grid.PageNo(), c.pageNo);
+        EXPECT_EQ(view.nextVisible, c.next);
+        EXPECT_EQ(view.previousVisible, c.previous);
+        EXPECT_EQ(view.sessionScroll.visible, c.bar);
+        if (c.bar) {
+            EXPECT_EQ(view.sessionScroll.maximum, c.barMaximum);
+            EXPECT_EQ(view.sessionScroll.value, c.pageNo);
+        }
+        EXPECT_EQ(open.Heading(0), DateOf(c.pageNo + 1));
+        EXPECT_EQ(view.editVisible[3], c.lastColumnShown);
+        EXPECT_EQ(view.exportVisible[3], c.lastColumnShown);
+        if (!c.lastColumnShown) {
+            EXPECT_EQ(open.Heading(3), " ");
+            EXPECT_EQ(open.Cell(1, 3), " ");
+        }
+    }
+}
+
+TEST(ScoreGrid, PagesOneSessionAtATime) {
+    OpenGrid open;
+    open.WriteSessions(6, Voters(1));
+    open.Open();
+    ScoreGrid& grid = open.grid;
+    ASSERT_EQ(grid.PageNo(), 2);
+
+    grid.NextClick();  // already on the last session
+    EXPECT_EQ(grid.PageNo(), 2);
+    grid.PreviousClick();
+    EXPECT_EQ(grid.PageNo(), 1);
+    EXPECT_EQ(open.view().sessionScroll.value, 1);
+    EXPECT_EQ(open.Heading(0), DateOf(2));
+    EXPECT_TRUE(open.view().nextVisible);
+    EXPECT_TRUE(open.view().previousVisible);
+
+    grid.SessionScrollChanged(0);
+    EXPECT_EQ(open.Heading(0), DateOf(1));
+    EXPECT_FALSE(open.view().previousVisible);
+    grid.PreviousClick();
+    EXPECT_EQ(grid.PageNo(), 0);
+
+    grid.NextClick();
+    EXPECT_EQ(open.Heading(3), DateOf(5));
+}
+
+TEST(ScoreGrid, StudentScrollBarAndWheel) {
+    struct Case {
+        int students;
+        bool visible;
+        int maximum;
+    } cases[] = {{5, false, 0}, {6, true, 0}, {7, true, 1}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.students);
+        OpenGrid open;
+        open.WriteSessions(1, Voters(c.students));
+        open.Open();
+        EXPECT_EQ(open.view().studentScroll.visible, c.visible);
+        if (c.visible) {
+            EXPECT_EQ(open.view().studentScroll.maximum, c.maximum);
+        }
+    }
+
+    OpenGrid open;
+    open.WriteSessions(1, Voters(7));
+    open.Open();
+    ScoreGrid& grid = open.grid;
+    EXPECT_EQ(open.view().name[6], " S6");
+    grid.MouseWheel(-120);  // towards the user: down the list
+    EXPECT_EQ(open.view().studentScroll.value, 1);
+    EXPECT_EQ(open.view().name[1], " S2");
+    EXPECT_EQ(open.view().name[6], " S7");
+    grid.MouseWheel(-120);  // the last student is already shown
+    EXPECT_EQ(open.view().studentScroll.value, 1);
+    grid.MouseWheel(120);
+    EXPECT_EQ(open.view().name[1], " S1");
+    grid.StudentScrollChanged(1);
+    EXPECT_EQ(grid.StudentClick(6), 7);
+}
+
+TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
+    OpenGrid open;
+    open.WriteSessions(2, {});
+    open.Open();
+    const GridView& view = open.view();
+    EXPECT_EQ(open.Heading(0), DateOf(1));
+    EXPECT_EQ(open.Heading(1), DateOf(2));
+    EXPECT_EQ(open.Cell(1, 0), " ");
+    EXPECT_EQ(open.Cell(1, 1), " ");
+    EXPECT_EQ(view.total[1], " ");
+    EXPECT_EQ(view.average[1], "Average: 0");
+    EXPECT_EQ(view.name[2], "");
+    EXPECT_EQ(view.total[2], "");
+    EXPECT_EQ(open.grid.StudentClick(2), 0);
+}
+
+TEST(ScoreGrid, NamesAndColoursInBothOrders) {
+    OpenGrid open;
+    // A bare ID on the roster is its own last name.
+    open.folder.Write("Roster.txt", "ABCDEFGHIJKLMNOPQRST\r\nZeta, Ann, S9\r\nAbel, Ben, S5\r\n");
+    open.WriteSessions(
+        1, {{"#A1", "ABCDEFGHIJKLMNOPQRST", {"A"}}, {"#A5", "S5", {"B"}}, {"#FF", "", {"A"}}});
+    open.Open();
+    struct Row {
+        std::string name;
+        NameColour colour;
+    };
+    auto rows = [&] {
+        std::vector<Row> shown;
+        for (int r = 1; r <= 4; ++r)
+            shown.push_back({open.view().name[r], open.view().nameColour[r]});
+        return shown;
+    };
+    using enum NameColour;
+    auto byId = rows();
+    EXPECT_EQ(byId[0].name, " ABCDEFGHIJKLMN");
+    EXPECT_EQ(byId[1].name, " S5");
+    EXPECT_EQ(byId[2].name, " S9");
+    EXPECT_EQ(byId[2].colour, Red);  // on the roster, never voted
+    EXPECT_EQ(byId[3].name, " #FF");
+    EXPECT_EQ(byId[3].colour, Red);  // a clicker nobody registered
+    EXPECT_EQ(byId[0].colour, Blue);
+
+    open.grid.DisplayNameChanged(DisplayOrder::LastName, open.host);
+    auto byName = rows();
+    EXPECT_EQ(byName[0].name, " ABCDEFGHIJKLMN");
+    EXPECT_EQ(byName[1].name, " Abel");
+    EXPECT_EQ(byName[1].colour, Blue);
+    EXPECT_EQ(byName[2].name, " Zeta");
+    EXPECT_EQ(byName[3].name, "#FF");  // no last name: the ID without a leading blank
+    EXPECT_EQ(byName[3].colour, Red);
+}
+
+TEST(ScoreGrid, CellsTotalsAndAverages) {
+    OpenGrid open;
+    open.WriteSessions(2, Voters(2));
+    LogSpec third;
+    third.voters = {{"#A1", "S1", {"A"}}};  // S2 is absent
+    open.folder.Write(LogName(3), LogText(third));
+    open.Open();
+    const GridView& view = open.view();
+    EXPECT_EQ(open.Cell(1, 0), "2");
+    EXPECT_EQ(open.Cell(1, 2), "2");
+    EXPECT_EQ(open.Cell(2, 2), "Ab");
+    EXPECT_EQ(view.total[1], "6");
+    EXPECT_EQ(view.total[2], "4");
+
+    // A total of 7 over three sessions, whichever were attended.
+    open.course.Students[1].Score[0] = 7;
+    open.course.Students[2].Score[0] = 7.035;
+    open.grid.UpdateTable();
+    EXPECT_EQ(view.total[1], "7");
+    EXPECT_EQ(view.average[1], "Average: 2.33");
+    EXPECT_EQ(view.average[2], "Average: 2.34");  // 2.345: the half goes to the even digit
+}
+
+TEST(ScoreGrid, ExportMarksStayWithTheirSession) {
+    OpenGrid open;
+    open.WriteSessions(5, Voters(1));
+    open.Open();
+    ScoreGrid& grid = open.grid;
+    ASSERT_EQ(grid.PageNo(), 1);
+    grid.ExportChanged(0, true);  // session 2
+    EXPECT_EQ(open.course.ExportSel[2], 1);
+    grid.PreviousClick();
+    EXPECT_FALSE(open.view().exportChecked[0]);
+    EXPECT_TRUE(open.view().exportChecked[1]);
+    grid.NextClick();
+    EXPECT_TRUE(open.view().exportChecked[0]);
+    grid.ExportChanged(0, false);
+    EXPECT_EQ(open.course.ExportSel[2], 0);
+}
+
+TEST(ScoreGrid, HeadingsAndSetScoresChooseTheirSession) {
+    OpenGrid open;
+    open.WriteSessions(5, Voters(1));
+    open.Open();
+    ScoreGrid& grid = open.grid;
+    EXPECT_EQ(grid.HeadingClick(8), 0);  // a cell, not a heading
+    EXPECT_EQ(grid.HeadingClick(7), 3);
+    EXPECT_EQ(open.course.CurrentSession, 3);
+    EXPECT_EQ(open.course.CurrentLogFile, "L2609031000.csv");
+    EXPECT_EQ(grid.EditClick(3), 5);
+    EXPECT_EQ(open.course.CurrentLogFile, "L2609051000.csv");
+
+    OpenGrid few;
+    few.WriteSessions(2, Voters(1));
+    few.Open();
+    EXPECT_EQ(few.grid.HeadingClick(14), 0);  // the blank third column
+}
+
+TEST(ScoreGrid, HoverOverHeadingsAndAbsences) {
+    OpenGrid open;
+    open.WriteSessions(2, Voters(2));
+    LogSpec third;
+    third.voters = {{"#A1", "S1", {"A"}}};
+    open.folder.Write(LogName(3), LogText(third));
+    open.Open();
+    struct Case {
+        int index;
+        bool underline;
+        const char* tip;
+    } cases[] = {
+        {0, true, ""},         // a heading
+        {1, false, ""},        // points
+        {16, true, "Absent"},  // S2 in the third session
+        {21, false, ""},       // the blank fourth heading
+        {22, false, ""},       // a blank cell
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.index);
+        Hover hover = open.grid.HoverOf(c.index);
+        EXPECT_EQ(hover.underline, c.underline);
+        EXPECT_EQ(hover.handCursor, c.underline);
+        EXPECT_EQ(hover.tip, c.tip);
+    }
+}
+
+TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
+    OpenGrid open;
+    open.WriteSessions(2, Voters(1));
+    open.Open();
+    ScoreGrid& grid = open.grid;
+    const GridView& view = open.view();
+    grid.ToggleHelp();
+    EXPECT_TRUE(view.helpOpen);
+    for (Control usable : {Control::CmdHelp, Control::PicHelp, Control::LblHelpCaption,
+                           Control::CmdExit, Control::CmdExitApp, Control::LblExit,
+                           Control::CmdEdit, Control::LblSession, Control::ChkExport})
+        EXPECT_TRUE(view.Enabled(usable)) << static_cast<int>(usable);
+    for (Control locked : {Control::LblNext, Control::CmbDisplayName, Control::VscrlStudent,
+                           Control::LblStudentName, Control::LblSubject})
+        EXPECT_FALSE(view.Enabled(locked)) << static_cast<int>(locked);
+    grid.ToggleHelp();
+    for (int i = 0; i < kControlCount; ++i) EXPECT_TRUE(view.enabled[i]) << i;
+}
+
+TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
+    OpenGrid open;
+    open.folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
+    open.Open();
+    const GridView& view = open.view();
+    EXPECT_EQ(open.course.NumSessions, 0);
+    EXPECT_EQ(view.caption, "Tallory-" + LastComponent(open.folder.Path()));
+    EXPECT_EQ(view.name[1], " 12345");
+    EXPECT_EQ(view.average[1], "Average: 0");
+    EXPECT_FALSE(view.sessionScroll.visible);
+    for (int i = 0; i < kControlCount; ++i) {
+        const Control control = static_cast<Control>(i);
+        const bool exitOrCaption = control == Control::CmdExit || control == Control::CmdExitApp ||
+                                   control == Control::LblCMS || control == Control::LblSubject;
+        const bool notACommand = control == Control::CmbDisplayName ||
+                                 control == Control::HscrlSession ||
+                                 control == Control::VscrlStudent || control == Control::PicHelp;
+        EXPECT_EQ(view.Enabled(control), exitOrCaption || notACommand) << i;
+    }
+}
+
+TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
+    struct Case {
+        bool optionsFile;
+        bool largeFonts;
+        bool foldersMade;
+    } cases[] = {{false, false, true}, {true, false, false}, {true, true, true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.optionsFile << c.largeFonts);
+        OpenGrid open;
+        open.folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+        if (c.optionsFile) open.folder.Write("Classes/Options.csv", "\"SelectedClass\",\"x\"\r\n");
+        open.Open(c.largeFonts);
+        // Images is made in every case, by the move of stray images.
+        EXPECT_EQ(open.folder.Exists("Reports"), c.foldersMade);
+        EXPECT_EQ(open.view().caption, "Tallory-Optics");
+        EXPECT_EQ(open.view().subject, "Optics");
+        EXPECT_EQ(open.view().cms, open.grid.Format().caption);
+    }
+}
+
+TEST(ScoreGrid, CourseWithoutSettingsGetsNoSettingsFile) {
+    OpenGrid open;
+    open.WriteSessions(1, Voters(1));
+    open.Open();
+    EXPECT_FALSE(open.folder.Exists("SessionData/Config.csv"));
+    EXPECT_FALSE(open.folder.Exists("SessionData/config.csv"));
+}
+
+}  // namespace
+}  // namespace tallory

@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "TestSupport.h"
+#include "common/Paths.h"
+#include "common/RecordingHost.h"
+#include "start/ProgramStart.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
+    struct Case {
+        const char* invokedAs;
+        const char* current;
+        const char* folder;
+    } cases[] = {
+        {"tallory", "/home/ann/Physics", "/home/ann/Physics"},  // found through PATH
+        {"./tallory", "/home/ann/Physics", "/home/ann/Physics"},
+        {"/courses/Optics/tallory", "/tmp", "/courses/Optics"},
+        {"Optics//./tallory", "/courses", "/courses/Optics"},
+        {"../Optics/tallory", "/courses/Physics", "/courses/Physics/../Optics"},
+        {"/tallory", "/tmp", "/"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(ProgramFolderOf(c.invokedAs, c.current), c.folder) << c.invokedAs;
+}
+
+TEST(ProgramStart, DebugIsTheWholeCommandLine) {
+    struct Case {
+        std::vector<std::string> arguments;
+        bool debug;
+    } cases[] = {
+        {{"DEBUG"}, true},         {{" debug "}, true},   {{"Debug"}, true}, {{}, false},
+        {{"DEBUG", "now"}, false}, {{"DEBUGGER"}, false}, {{""}, false},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(IsDebugCommand(c.arguments), c.debug) << testing::PrintToString(c.arguments);
+}
+
+TEST(ProgramStart, OnlyAnExact1024By768LargeFontScreenGetsTheLargeLayout) {
+    EXPECT_EQ(ChooseLayout(1024, 768, 120), MainLayout::Large120Dpi);
+    EXPECT_EQ(ChooseLayout(1024, 768, 96), MainLayout::Subject);
+    EXPECT_EQ(ChooseLayout(1280, 1024, 120), MainLayout::Subject);
+    EXPECT_EQ(ChooseLayout(1024, 767, 144), MainLayout::Subject);
+}
+
+TEST(ProgramStart, FixRosterFileNames) {
+    struct Case {
+        std::vector<const char*> before;
+        std::vector<const char*> after;
+        const char* title;  // of the one message, or nullptr
+    } cases[] = {
+        {{"Roster.txt.txt"}, {"Roster.txt"}, nullptr},
+        {{"class.txt.txt"}, {"class.txt"}, nullptr},
+        {{"ROSTER.TXT.TXT", "class.txt.txt"}, {"Roster.txt", "class.txt"}, nullptr},
+        // Both roster files stay; class.txt.txt is not looked at in that run.
+        {{"Roster.txt", "Roster.txt.txt", "class.txt.txt"},
+         {"Roster.txt", "Roster.txt.txt", "class.txt.txt"},
+         "Warning!"},
+        {{"class.txt", "class.txt.txt"}, {"class.txt", "class.txt.txt"}, "Warning!"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.before));
+        TempCourse folder;
+        for (const char* name : c.before) folder.Write(name, name);
+        Course course;
+        course.AppPath = folder.Path();
+        RecordingHost host;
+        FixRosterFileNames(course, host);
+        std::vector<std::string> after = ListFiles(folder.Path());
+        std::sort(after.begin(), after.end());
+        std::vector<std::string> expected(c.after.begin(), c.after.end());
+        std::sort(expected.begin(), expected.end());
+        EXPECT_EQ(after, expected);
+        if (!c.title) {
+            EXPECT_TRUE(host.messages.empty());
+            continue;
+        }
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_EQ(host.messages[0].title, c.title);
+        EXPECT_EQ(host.messages[0].icon, Icon::Stop);
+        EXPECT_NE(host.messages[0].text.find("(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n"),
+                  std::string::npos);
+    }
+}
+
+TEST(ProgramStart, RosterThatCannotBeRenamedIsReportedAsInUse) {
+    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not hold for root";
+    TempCourse folder;
+    folder.Write("Roster.txt.txt", "Doe, Jane, 1\r\n");
+    ::chmod(folder.Path().c_str(), 0555);
+    Course course;
+    course.AppPath = folder.Path();
+    RecordingHost host;
+    FixRosterFileNames(course, host);
+    ::chmod(folder.Path().c_str(), 0755);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].title, "Warning!");
+    EXPECT_EQ(host.messages[0].text.rfind("Your class roster appears to be incorrectly named", 0),
+              0u);
+    EXPECT_TRUE(folder.Exists("Roster.txt.txt"));
+}
+
+TEST(ProgramStart, OtherRenameFailuresNameTheirErrorAndStopTheRepair) {
+    TempCourse folder;
+    folder.Write("Roster.txt.txt", "Doe, Jane, 1\r\n");
+    folder.Write("Roster.txt/keep", "");  // a folder where the roster should go
+    folder.Write("class.txt.txt", "");
+    Course course;
+    course.AppPath = folder.Path();
+    RecordingHost host;
+    FixRosterFileNames(course, host);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].title.rfind("Error while renaming file : ", 0), 0u);
+    EXPECT_FALSE(host.messages[0].text.empty());
+    EXPECT_TRUE(folder.Exists("Roster.txt.txt"));
+    EXPECT_TRUE(folder.Exists("class.txt.txt"));
+}
+
+TEST(CourseList, ListsCoursesAndMarksWebVoting) {
+    TempCourse program;
+    program.Write("Classes/Physics/Roster.txt", "");
+    program.Write("Classes/Chemistry/SessionData/Config.csv",
+                  "\"ENABLEWEBVOTING\" ,\"true\" ,\"\"\r\n");
+    program.Write("Classes/Options.csv", "\"SelectedClass\",\"chemistry (*)\"\r\n");
+    CourseList list(program.Path());
+    list.Load();
+    std::vector<std::string> rows = list.Rows();
+    std::sort(rows.begin(), rows.end());
+    EXPECT_EQ(rows, (std::vector<std::string>{"Chemistry (*)", "Physics"}));
+    EXPECT_TRUE(list.StartEnabled());
+
+    list.Activate();
+    ASSERT_GE(list.Selected(), 0);
+    EXPECT_EQ(list.Rows()[list.Selected()], "Chemistry (*)");
+
+    std::string course = list.SetAndStart();
+    EXPECT_EQ(course, program.Path() + "/Classes/Chemistry");
+    EXPECT_EQ(program.Read("Classes/Options.csv"), "\"SelectedClass\",\"Chemistry (*)\"\r\n");
+    for (const char* made : {"SessionData", "Reports", "Images"})
+        EXPECT_TRUE(program.Exists(std::string("Classes/Chemistry/") + made)) << made;
+}
+
+TEST(CourseList, SavedRowWithoutTheCurrentMarkIsNotSelected) {
+    TempCourse program;
+    program.Write("Classes/Chemistry/SessionData/Config.csv", "ENABLEWEBVOTING,TRUE\r\n");
+    program.Write("Classes/Options.csv", "\"SelectedClass\",\"Chemistry\"\r\n");
+    CourseList list(program.Path());
+    list.Load();
+    list.Activate();
+    EXPECT_EQ(list.Selected(), -1);
+    // Nothing is checked: without a selection the course is the Classes folder itself.
+    EXPECT_EQ(list.SetAndStart(), program.Path() + "/Classes/");
+}
+
+TEST(CourseList, EmptyClassesFolderCannotStart) {
+    TempCourse program;
+    program.Write("Classes/Options.csv", "");
+    CourseList list(program.Path());
+    list.Load();
+    EXPECT_TRUE(list.Rows().empty());
+    EXPECT_FALSE(list.StartEnabled());
+}
+
+TEST(InstanceLock, OneHolderPerCourseUntilItsProcessEnds) {
+    TempCourse physics;
+    TempCourse optics;
+    {
+        InstanceLock first;
+        ASSERT_TRUE(first.Acquire(physics.Path()));
+        InstanceLock second;
+        EXPECT_FALSE(second.Acquire(physics.Path()));
+        EXPECT_FALSE(second.Acquire(physics.Path() + "/."));
+        EXPECT_TRUE(second.Acquire(optics.Path()));
+    }
+
+    // A process that dies holding the lock leaves nothing behind that blocks the next start.
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        InstanceLock held;
+        const char answer = held.Acquire(physics.Path()) ? 'y' : 'n';
+        (void)!::write(ready[1], &answer, 1);
+        ::pause();
+        ::_exit(0);
+    }
+    char answer = 0;
+    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
+    EXPECT_EQ(answer, 'y');
+    InstanceLock waiting;
+    EXPECT_FALSE(waiting.Acquire(physics.Path()));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    EXPECT_TRUE(waiting.Acquire(physics.Path()));
+    ::close(ready[0]);
+    ::close(ready[1]);
+    EXPECT_EQ(ListFiles(physics.Path()).size(), 0u);
+}
+
+}  // namespace
+}  // namespace tallory
