@@ -1,0 +1,453 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <functional>
+
+#include "LogText.h"
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "grid/CourseLoad.h"
+#include "logs/SessionLog.h"
+#include "scoring/SessionDateText.h"
+#include "scoring/SetScoresScreen.h"
+
+namespace tallory {
+namespace {
+
+using test::LogSpec;
+using test::LogText;
+using test::LogVoter;
+using test::TempCourse;
+
+constexpr const char* kLog = "L0809151030.csv";
+
+std::string ConfigText(const std::vector<std::pair<std::string, std::string>>& settings) {
+    std::string text;
+    for (const auto& [key, value] : settings)
+        text += "\"" + key + "\" ,\"" + value + "\" ,\"\"\r\n";
+    return text;
+}
+
+// A course with one session log, loaded as the main window loads it, and its Set Scores screen.
+struct ScoringCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    HeadlessSessionGrid grid{course};
+
+    explicit ScoringCourse(const LogSpec& log, const std::string& config = "") {
+        folder.Write("Roster.txt", "Alpha, Ann, S1\r\n");
+        folder.Write("SessionData/RemoteID.csv", "#A1,\"S1\"\r\n");
+        if (!config.empty()) folder.Write("SessionData/Config.csv", config);
+        folder.Write(std::string("SessionData/") + kLog, LogText(log));
+        course.AppPath = folder.Path();
+        LoadCourse(course, host, grid.Screen(), CourseLoadOptions{false, false});
+    }
+
+    SetScoresScreen Open(SetScoresOptions options = {}) {
+        ReadSessionForScoring(course, 1);
+        SetScoresScreen screen(course, host, grid, std::move(options));
+        screen.Load();
+        return screen;
+    }
+
+    std::string LogBytes() const { return folder.Read(std::string("SessionData/") + kLog); }
+    const StudentRec& Student(std::string_view id) const {
+        return course.Students[course.StudentIndex.at(std::string(id))];
+    }
+};
+
+// `count` voters on remotes #B1, #B2, ... answering the letters of `answers` (one per question).
+std::vector<LogVoter> Voters(int count,
+                             const std::function<std::vector<std::string>(int)>& answers) {
+    std::vector<LogVoter> voters;
+    for (int i = 1; i <= count; ++i) voters.push_back({"#B" + std::to_string(i), "", answers(i)});
+    return voters;
+}
+
+LogSpec Questions(int count) {
+    LogSpec log;
+    log.names.clear();
+    log.points.clear();
+    for (int q = 1; q <= count; ++q) {
+        log.names.push_back("Q" + std::to_string(q));
+        log.points.push_back({1, 0, 0, 0, 0});
+    }
+    return log;
+}
+
+std::vector<std::string> TextsOf(const std::array<ControlState, 5>& boxes) {
+    std::vector<std::string> texts;
+    for (const ControlState& box : boxes) texts.push_back(box.text);
+    return texts;
+}
+
+TEST(SessionCaptions, DateAndTimeOfTheFileName) {
+    struct {
+        const char* date;
+        const char* shown;
+    } dates[] = {{"09/15/2008", "Sep/15/2008"},
+                 {"02/29/2008", "Feb/29/2008"},
+                 {"02/29/2009", "02/29/2009"},  // not a date: shown as it stands
+                 {"13/01/2008", "13/01/2008"},
+                 {"ab/cd/20ef", "ab/cd/20ef"}};
+    for (const auto& row : dates) EXPECT_EQ(SessionDateCaption(row.date), row.shown) << row.date;
+    struct {
+        const char* time;
+        const char* shown;
+    } times[] = {{"10:30", "10:30 AM"},
+                 {"13:05", "01:05 PM"},
+                 {"00:15", "12:15 AM"},
+                 {"12:00", "12:00 PM"},
+                 {"25:00", "25:00"}};
+    for (const auto& row : times) EXPECT_EQ(SessionTimeCaption(row.time), row.shown) << row.time;
+}
+
+TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
+    struct {
+        double value;
+        const char* shown;
+    } rows[] = {{0.25, ".25"}, {2.5, "2.5"}, {0, "0"}, {1, "1"}, {-0.5, ".5"}, {0.5, ".5"}};
+    for (const auto& row : rows) EXPECT_EQ(PointText(row.value), row.shown) << row.value;
+}
+
+TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
+    LogSpec log;
+    log.points = {{2, 0, 0, 0, 0}};
+    log.voters = Voters(40, [](int i) { return std::vector<std::string>{i <= 19 ? "A" : "B"}; });
+    ScoringCourse fixture(log, ConfigText({{"CourseName", "Mechanics"}}));
+    SetScoresScreen screen = fixture.Open();
+    // Counts are the polling application's: the reader takes them from the log as they stand.
+    fixture.course.Questions[1].ResponseCount[1] = 19;
+    fixture.course.Questions[1].ResponseCount[2] = 21;
+    screen.UpdateQuestion();
+    const SetScoresControls& c = screen.Controls();
+    EXPECT_EQ(c.lblClass.text, "Mechanics");
+    EXPECT_EQ(c.lblSession.text, "Sep/15/2008");
+    EXPECT_EQ(c.lblTime.text, "10:30 AM");
+    EXPECT_EQ(c.lblStudents.text, "40");
+    EXPECT_EQ(TextsOf(c.lblNum), (std::vector<std::string>{"19", "21", "0", "0", "0"}));
+    EXPECT_EQ(TextsOf(c.lblPer), (std::vector<std::string>{"48", "52", "0", "0", "0"}));
+    // The 19 on A earn 2 and, having earned points, the participation point: 57 / 40 = 1.425.
+    EXPECT_EQ(c.lblAverage.text, "1.42");
+    EXPECT_EQ(c.lblTotalPerfPoints.text, "2.00");
+    EXPECT_EQ(c.lblTotalPoints.text, "3.00");
+    EXPECT_FALSE(c.lblNext.enabled);
+    EXPECT_FALSE(c.lblPrevious.enabled);
+}
+
+TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
+    LogSpec log;
+    log.points = {{7.5, 0, 0, 0, 0}};
+    ScoringCourse fixture(log);
+    EXPECT_EQ(fixture.Open().Controls().lblTotalPerfPoints.text, "7.50");
+    SetScoresOptions large;
+    large.largeFonts = true;
+    EXPECT_EQ(fixture.Open(large).Controls().lblTotalPerfPoints.text, "7");
+}
+
+TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
+    ScoringCourse fixture(Questions(1), ConfigText({{"PerformanceCorrectChoice", "3"},
+                                                    {"PerformanceAnyChoice", "1"}}));
+    SetScoresScreen screen = fixture.Open();
+    screen.cmbCorrectClick(3);
+    const QuestionRec& question = fixture.course.Questions[1];
+    EXPECT_EQ(question.CorrectAnswer, 3);
+    EXPECT_EQ(TextsOf(screen.Controls().txtPoints),
+              (std::vector<std::string>{"1", "1", "4", "1", "1"}));
+    screen.cmbCorrectClick(0);
+    EXPECT_EQ(question.CorrectAnswer, 0);
+    EXPECT_EQ(TextsOf(screen.Controls().txtPoints),
+              (std::vector<std::string>{"1", "1", "1", "1", "1"}));
+}
+
+TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
+    LogSpec log = Questions(2);
+    // The last voter decides that the question was polled anonymously.
+    log.voters = Voters(4, [](int i) { return std::vector<std::string>{"A", i == 1 ? "" : "X"}; });
+    ScoringCourse fixture(log);
+    SetScoresScreen screen = fixture.Open();
+    screen.lblNextClick();
+    const SetScoresControls& c = screen.Controls();
+    ASSERT_EQ(screen.CurQuestion(), 2);
+    EXPECT_TRUE(c.lblQuestionDelete.visible);
+    EXPECT_EQ(c.lblQuestionDelete.text, "Anonymous Polling Question");
+    EXPECT_FALSE(c.cmbCorrect.enabled);
+    EXPECT_EQ(c.cmbCorrect.index, 0);
+    for (const ControlState& box : c.txtPoints) EXPECT_FALSE(box.enabled);
+    EXPECT_TRUE(c.lblNum[0].visible);
+    EXPECT_TRUE(c.lblPer[0].visible);
+    EXPECT_TRUE(screen.txtPointsValidate(0, "5"));
+    EXPECT_EQ(fixture.course.Questions[2].ChoicePoints[1], 1);
+    screen.lblPreviousClick();
+    EXPECT_FALSE(c.lblQuestionDelete.visible);
+    EXPECT_TRUE(c.txtPoints[0].enabled);
+}
+
+TEST(SetScores, RefusedInputShowsItsMessageAndKeepsTheOldValue) {
+    struct Case {
+        const char* name;
+        std::function<bool(SetScoresScreen&)> enter;
+        std::function<std::string(const SetScoresControls&)> shown;
+        const char* title;
+        const char* text;
+        const char* keptValue;
+    } cases[] = {
+        {"points", [](SetScoresScreen& s) { return s.txtPointsValidate(0, "abc"); },
+         [](const SetScoresControls& c) { return c.txtPoints[0].text; }, "Tallory",
+         "Must enter a numberic value for points ", "1"},
+        {"cap", [](SetScoresScreen& s) { return s.txtPerfMaxPointsValidate("ten"); },
+         [](const SetScoresControls& c) { return c.txtPerfMaxPoints.text; }, "Max Points",
+         "Not a valid number", "10"},
+        {"min responses", [](SetScoresScreen& s) { return s.txtMinResponsesValidate("x"); },
+         [](const SetScoresControls& c) { return c.txtMinResponses.text; }, "Min Responses",
+         "Not a valid number", "2"},
+        {"too many responses", [](SetScoresScreen& s) { return s.txtMinResponsesValidate("4"); },
+         [](const SetScoresControls& c) { return c.txtMinResponses.text; }, "Tallory",
+         "Minimum number of required responses (to qualify for points) cannot be greater than the "
+         "total number of question(s) available for this session",
+         "2"},
+    };
+    for (const Case& row : cases) {
+        ScoringCourse fixture(Questions(3));
+        SetScoresScreen screen = fixture.Open();
+        double before = fixture.course.Questions[1].ChoicePoints[1];
+        EXPECT_FALSE(row.enter(screen)) << row.name;
+        ASSERT_EQ(fixture.host.messages.size(), 1u) << row.name;
+        EXPECT_EQ(fixture.host.messages[0].title, row.title) << row.name;
+        EXPECT_EQ(fixture.host.messages[0].text, row.text) << row.name;
+        EXPECT_EQ(row.shown(screen.Controls()), row.keptValue) << row.name;
+        EXPECT_EQ(fixture.course.Questions[1].ChoicePoints[1], before) << row.name;
+        EXPECT_EQ(fixture.course.SessPerformance, 10) << row.name;
+        EXPECT_EQ(fixture.course.SessMinReply, 2) << row.name;
+    }
+}
+
+TEST(SetScores, SessionBoxesTakeNumbersQuietly) {
+    ScoringCourse fixture(Questions(3));
+    SetScoresScreen screen = fixture.Open();
+    EXPECT_TRUE(screen.txtMinResponsesValidate("3"));  // all questions, not above them
+    EXPECT_EQ(fixture.course.SessMinReply, 3);
+    EXPECT_TRUE(screen.txtMinResponsesValidate(" "));
+    EXPECT_EQ(fixture.course.SessMinReply, 3);
+    EXPECT_TRUE(screen.txtPointsAwardedValidate("0.25"));
+    EXPECT_FALSE(screen.txtPointsAwardedValidate("lots"));
+    EXPECT_EQ(screen.Controls().txtPointsAwarded.text, ".25");
+    EXPECT_TRUE(fixture.host.messages.empty());
+    screen.lblNextClick();
+    EXPECT_EQ(screen.Controls().lblTotalPoints.text, "3.25");
+    // The requirement follows the setting again at the next scoring.
+    EXPECT_EQ(screen.Controls().txtMinResponses.text, "2");
+}
+
+TEST(SetScores, UntickedCapIsStoredAsMinusOne) {
+    ScoringCourse fixture(Questions(2));
+    SetScoresScreen screen = fixture.Open();
+    EXPECT_TRUE(screen.Controls().chkTruncPerf.checked);
+    EXPECT_FALSE(screen.chkTruncPerfClick(false));
+    EXPECT_FALSE(screen.Controls().txtPerfMaxPoints.enabled);
+    EXPECT_EQ(screen.Controls().txtPerfMaxPoints.text, "");
+    EXPECT_TRUE(screen.chkTruncPerfClick(true));       // the box takes the focus
+    EXPECT_TRUE(screen.txtPerfMaxPointsValidate(""));  // left blank: unticked again
+    EXPECT_FALSE(screen.Controls().chkTruncPerf.checked);
+    screen.cmdSetClick();
+    EXPECT_EQ(fixture.LogBytes().rfind("Scoring,  Performance = -1 , Participation", 0), 0u)
+        << fixture.LogBytes();
+}
+
+// Six questions with the requirement at three quarters: 4 of 6, and 3 of the 5 that stay.
+TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
+    ScoringCourse fixture(Questions(6), ConfigText({{"ParticipationRequirement", "1"}}));
+    SetScoresScreen screen = fixture.Open();
+    ASSERT_EQ(fixture.course.SessMinReply, 4);
+    screen.OptYesClick();
+    ASSERT_EQ(fixture.host.messages.size(), 1u);
+    EXPECT_EQ(fixture.host.messages[0].title, "Deleting a Question");
+    EXPECT_EQ(fixture.host.messages[0].text,
+              "Because you are deleting this question and the number of overall questions in your "
+              "session has changed, \r\nTallory will automatically adjust the session's "
+              "participation points requirements (as determined in Settings/Preferences).\r\nThe "
+              "number of required responses needed to earn participation points will now shift "
+              "from 4 to 3.\r\n\r\nYou can override this change by manually entering the new "
+              "requirement in the \"Minimum Number of Required Responses (to qualify for points)\" "
+              "box on the \"Set Scores\" screen.");
+    const SetScoresControls& c = screen.Controls();
+    EXPECT_TRUE(c.OptYes.checked);
+    EXPECT_EQ(c.txtQuestionName.text, "Deleted :- 'Q1'");
+    EXPECT_EQ(c.lblQuestionDelete.text, "Question Deleted");
+    EXPECT_EQ(c.lblDeleteNo.text, "1");
+    EXPECT_EQ(c.lblNonDeleted.text, "5");
+    // The question's own controls close; the session's stay open.
+    for (const ControlState* box :
+         {&c.txtQuestionName, &c.cmbCorrect, &c.chkTruncPerf, &c.txtPerfMaxPoints, &c.txtPoints[0]})
+        EXPECT_FALSE(box->enabled);
+    EXPECT_TRUE(c.txtPointsAwarded.enabled);
+    EXPECT_TRUE(c.txtMinResponses.enabled);
+
+    screen.OptNoClick();
+    ASSERT_EQ(fixture.host.messages.size(), 2u);
+    EXPECT_EQ(fixture.host.messages[1].title, "Restoring a Question");
+    EXPECT_EQ(fixture.host.messages[1].text.rfind("Because you are un-deleting this question and "
+                                                  "the number of overall questions in your "
+                                                  "session will increase, \r\nTallory",
+                                                  0),
+              0u);
+    EXPECT_NE(fixture.host.messages[1].text.find("from 3 to 4."), std::string::npos);
+    EXPECT_EQ(c.txtQuestionName.text, "Q1");
+    EXPECT_TRUE(c.txtPoints[0].enabled);
+}
+
+TEST(SetScores, LastLiveQuestionAsksFirst) {
+    for (Answer answer : {Answer::No, Answer::Yes}) {
+        ScoringCourse fixture(Questions(2));
+        SetScoresScreen screen = fixture.Open();
+        screen.OptYesClick();  // the first of two: no question asked
+        ASSERT_EQ(fixture.host.messages.back().buttons, Buttons::Ok);
+        screen.lblNextClick();
+        fixture.host.answers = {answer};
+        screen.OptYesClick();
+        const auto& asked = fixture.host.messages.back();
+        EXPECT_EQ(asked.title, "Confirm deletion: Last question available in this session.");
+        EXPECT_EQ(asked.text,
+                  "This is the last remaining question in this session. Are you sure "
+                  "you don\xE2\x80\x99t want to simply delete the session?");
+        EXPECT_EQ(asked.buttons, Buttons::YesNo);
+        bool deleted = answer == Answer::Yes;
+        EXPECT_EQ(fixture.course.Questions[2].Deleted != 0, deleted);
+        EXPECT_EQ(screen.Controls().OptNo.checked, !deleted);
+        if (deleted) {
+            EXPECT_EQ(fixture.course.SessMinReply, 0);
+            EXPECT_EQ(fixture.course.SessParticipation, 0);
+        }
+    }
+}
+
+TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
+    LogSpec log = Questions(2);
+    log.points = {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}};
+    log.voters = {{"#A1", "", {"C", "A"}}, {"#B7", "", {"B", "A"}}};
+    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    ASSERT_EQ(fixture.Student("S1").Score[1], 0);  // no points, so no participation either
+    SetScoresScreen screen = fixture.Open();
+    screen.cmbCorrectClick(3);
+    screen.txtQuestionNameChange("Friction");
+    screen.lblNextClick();
+    EXPECT_TRUE(screen.txtPointsValidate(0, "0.5"));
+    screen.lblPreviousClick();
+    EXPECT_EQ(screen.Controls().txtQuestionName.text, "Friction");
+    int redraws = fixture.grid.screen.redraws;
+    screen.cmdSetClick();
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_TRUE(screen.WriteSucceeded());
+    EXPECT_GT(fixture.grid.screen.redraws, redraws);
+
+    std::string bytes = fixture.LogBytes();
+    EXPECT_NE(bytes.find("\"FRICTION\" ,"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("Correct Answer, , ,3,"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("Response C,    ,   , 1 , 2 ,"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"), std::string::npos)
+        << bytes;
+    // S1 answered C and A: 2 + 0.5 + 1; the stray clicker B and A: 0.5 + 1.
+    EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 3.5);
+    EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[0], 3.5);
+    EXPECT_DOUBLE_EQ(fixture.Student("#B7").Score[1], 1.5);
+    EXPECT_EQ(fixture.Student("S1").Present[1], kTrue);
+}
+
+TEST(SetScores, CancelLeavesLogAndGrid) {
+    ScoringCourse fixture(Questions(2), ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    std::string before = fixture.LogBytes();
+    SetScoresScreen screen = fixture.Open();
+    screen.cmbCorrectClick(2);
+    screen.cmdCancelClick();
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_FALSE(screen.SetPressed());
+    EXPECT_EQ(fixture.LogBytes(), before);
+    EXPECT_EQ(fixture.grid.screen.redraws, 1);  // the load's own
+}
+
+// Files of the course cannot grow: every write fails the way a full disk fails it.
+class FileSizeLimit {
+  public:
+    FileSizeLimit() {
+        ::getrlimit(RLIMIT_FSIZE, &old_);
+        previous_ = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = old_;
+        limit.rlim_cur = 16;
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, previous_);
+    }
+
+  private:
+    rlimit old_{};
+    void (*previous_)(int) = nullptr;
+};
+
+TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
+    LogSpec log = Questions(1);
+    log.voters = {{"#A1", "", {"B"}}};
+    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    std::string before = fixture.LogBytes();
+    SetScoresScreen screen = fixture.Open();
+    screen.cmbCorrectClick(2);
+    {
+        FileSizeLimit full;
+        screen.cmdSetClick();
+    }
+    EXPECT_FALSE(screen.WriteSucceeded());
+    ASSERT_EQ(fixture.host.messages.size(), 1u);
+    EXPECT_EQ(fixture.host.messages[0].text, "Unable to store changes to file " +
+                                                 fixture.folder.File("SessionData/") + kLog +
+                                                 " Changes not saved!");
+    EXPECT_EQ(fixture.LogBytes(), before);
+    EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 0);  // B earns nothing in the old log
+    EXPECT_TRUE(screen.Closed());
+}
+
+TEST(SetScores, PicturesOfTheQuestion) {
+    ScoringCourse fixture(Questions(2));
+    fixture.folder.Write("Images/L0809151030_Q1.jpg", "picture");
+    fixture.folder.Write("Images/L0809151030_c1.JPG", "chart");
+    SetScoresScreen screen = fixture.Open();
+    const SetScoresControls& c = screen.Controls();
+    EXPECT_TRUE(c.cmdViewScreenShot.enabled);
+    EXPECT_TRUE(c.cmdHistogram.enabled);
+    EXPECT_EQ(screen.cmdHistogramClick(), fixture.folder.File("Images/L0809151030_c1.JPG"));
+    EXPECT_FALSE(c.Image1.visible);
+    screen.cmdViewScreenShotClick();
+    EXPECT_TRUE(c.Image1.visible);
+    EXPECT_EQ(c.cmdViewScreenShot.text, "HIDE SCREENSHOT");
+    EXPECT_FALSE(c.txtPointsAwarded.visible);
+    screen.lblNextClick();  // question 2 has neither picture
+    EXPECT_FALSE(c.Image1.visible);
+    EXPECT_FALSE(c.cmdViewScreenShot.enabled);
+    EXPECT_EQ(c.cmdViewScreenShot.text, "VIEW SCREENSHOT / IMAGE");
+    EXPECT_TRUE(c.txtPointsAwarded.visible);
+    EXPECT_FALSE(c.cmdHistogram.enabled);
+    EXPECT_EQ(screen.cmdHistogramClick(), "");
+}
+
+TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
+    ScoringCourse fixture(Questions(2), ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    SetScoresScreen screen = fixture.Open();
+    screen.cmdHelpClick();
+    const SetScoresControls& c = screen.Controls();
+    EXPECT_TRUE(c.PicHelp.visible);
+    EXPECT_FALSE(c.cmdSet.enabled);
+    EXPECT_FALSE(c.cmbCorrect.enabled);
+    EXPECT_TRUE(c.cmdCancel.enabled);
+    EXPECT_TRUE(c.cmdHelp.enabled);
+    screen.cmbCorrectClick(1);
+    EXPECT_EQ(fixture.course.Questions[1].CorrectAnswer, 0);
+    screen.cmdHelpClick();
+    EXPECT_FALSE(c.PicHelp.visible);
+    EXPECT_TRUE(c.cmdSet.enabled);
+    EXPECT_TRUE(c.cmbCorrect.enabled);
+}
+
+}  // namespace
+}  // namespace tallory
