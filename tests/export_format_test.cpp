@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "export/ExportFormat.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
+    struct Case {
+        const char* cms;
+        const char* caption;
+        const char* tag;
+        const char* roster;
+        const char* upload;
+    } cases[] = {
+        {"General", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+        {"web ct v", "Vista {Ver 3, 4, 8}", "WEB CT V", "class.txt", "UploadFile.csv"},
+        {"WEB CT", "Web Ct Campus Edition", "WEB CT", "class.txt", "UploadFile.csv"},
+        {" d2l ", "Desire2Learn", "D2L", "gradesexport.csv", "UploadFile.csv"},
+        {"Angel", "Angel {Ver 6, 7.1, 7.2, 7.3}", "ANGEL", "gradebook.csv", "UploadFile.csv"},
+        {"BB", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB", "gb_export.csv", "UploadFile.csv"},
+        {"bb73", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB73", "gb_export.csv", "UploadFile.csv"},
+        {"BB80", "Blackboard {Ver 8}", "BB80", "gb_export.csv", "UploadFile.csv"},
+        {"blackboard", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", "UploadFile.csv"},
+        {"Moodle", "Moodle {Ver 1.6, 1.8, 1.9}", "MOODLE", "MoodleRoster.txt", "MoodleUpload.xls"},
+        {"sakai", "Sakai {Ver 2.4, 2.5}", "SAKAI", "sakaigradebook.csv", "UploadFile.csv"},
+        {"Web CT CE 4.1", "Campus Edition {Ver 4, 6, 6.1, 6.1.2}", "WebCT CE 4.1", "class.txt",
+         "UploadFile.csv"},
+        {"WEB CT CE 6.1", "Campus Edition {Ver 4, 6, 6.1, 6.1.2}", "WebCT CE 4.1", "class.txt",
+         "UploadFile.csv"},
+        {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+        {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+    };
+    for (const Case& c : cases) {
+        ExportFormat format = FindExportFormat(c.cms);
+        EXPECT_EQ(format.caption, c.caption) << c.cms;
+        EXPECT_EQ(format.tag, c.tag) << c.cms;
+        EXPECT_EQ(format.rosterFile, c.roster) << c.cms;
+        EXPECT_EQ(format.uploadFile, c.upload) << c.cms;
+    }
+}
+
+TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
+    EXPECT_EQ(FindExportFormat("ANGEL").text,
+              "Angel {Ver 6, 7.1, 7.2, 7.3} requires you to export your grade book from Angel {Ver "
+              "6, 7.1, 7.2, 7.3} and save it as  \"gradebook.csv\" within your Polvane "
+              "application folder. \r\n"
+              "Tallory will export polling grades formatted for Angel {Ver 6, 7.1, 7.2, 7.3}.\r\n"
+              "This file will be saved in the Polvane application folder as \"UploadFile.csv\" "
+              "and can then be easily uploaded into  Angel {Ver 6, 7.1, 7.2, 7.3}");
+
+    struct Case {
+        const char* cms;
+        const char* contains;
+        const char* endsWith;
+    } cases[] = {
+        {"WEB CT", "as \"UpLoadFile.csv\"", "uploaded into  Web Ct Campus Edition"},
+        {"WEB CT CE 6.1", "as \"UpLoadFile.csv\"", "into  Campus Edition {Ver 4, 6, 6.1, 6.1.2}"},
+        {"BB80", "into  Blackboard {Ver 8}\r\n\r\nImportant: Please make sure",
+         "export data, or HTML reports. "},
+        {"SAKAI", "as \"UploadFile.csv\"", "export data, or HTML reports. "},
+        {"MOODLE",
+         "folder.  You have three download options when you export your student roster "
+         "fromMoodle {Ver 1.6, 1.8, 1.9}:\"Download in ODS format\"",
+         "saved in the Polvane application folder as \"MoodleUpload.xls\" and can then be easily "
+         "uploaded into  Moodle {Ver 1.6, 1.8, 1.9}"},
+        {"elsewhere", "If you are using a course management system to report / record grades, ",
+         "consistent with your course management system."},
+    };
+    for (const Case& c : cases) {
+        std::string text = FindExportFormat(c.cms).text;
+        EXPECT_NE(text.find(c.contains), std::string::npos) << c.cms << "\n" << text;
+        std::string_view end(c.endsWith);
+        ASSERT_GE(text.size(), end.size()) << c.cms;
+        EXPECT_EQ(text.substr(text.size() - end.size()), end) << c.cms;
+    }
+    EXPECT_EQ(FindExportFormat("GENERAL").text, "");
+}
+
+struct Opened {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    Opened() {
+        course.AppPath = folder.Path();
+        folder.Write("Roster.txt", "Doe,Jane,R1\r\n");
+        folder.Write("class.txt", "Last Name,First Name,User ID\r\nRoe,Rick,C1\r\n");
+    }
+};
+
+TEST(ExportFormat, OpeningACourseReadsTheRosterOfItsFormat) {
+    struct Case {
+        const char* cms;
+        const char* student;
+    } cases[] = {
+        {"General", "R1"}, {"blackboard", "R1"}, {"MOODLE", "R1"},        {"unknown", "R1"},
+        {"WEB CT", "C1"},  {"web ct v", "C1"},   {"WEB CT CE 6.1", "C1"},
+    };
+    for (const Case& c : cases) {
+        Opened opened;
+        ExportFormat format = SetExportFormat(opened.course, opened.host, c.cms);
+        EXPECT_EQ(format.tag, FindExportFormat(c.cms).tag) << c.cms;
+        ASSERT_EQ(opened.course.NumRoster, 1) << c.cms;
+        EXPECT_EQ(opened.course.Roster[0].StudentId, c.student) << c.cms;
+        EXPECT_EQ(opened.course.NumRosterIDs, 1) << c.cms;
+        EXPECT_TRUE(opened.host.messages.empty()) << c.cms;
+    }
+}
+
+TEST(ExportFormat, QuotesAreStrippedFromEveryRosterRowAndTheIdsStillFound) {
+    Course course;
+    AddRosterEntry(course, "\"S1\"", "\"Jane\"", "O\"Neil");
+    AddRosterEntry(course, "S2", "Rick", "Roe");
+    StripRosterQuotes(course);
+    int row = FindRosterRow(course, "S1");
+    ASSERT_EQ(row, 0);
+    EXPECT_EQ(course.Roster[0].StudentId, "S1");
+    EXPECT_EQ(course.Roster[0].FirstName, "Jane");
+    EXPECT_EQ(course.Roster[0].LastName, "ONeil");
+    EXPECT_EQ(FindRosterRow(course, "\"S1\""), -1);
+    EXPECT_EQ(FindRosterRow(course, "s2"), 1);
+}
+
+}  // namespace
+}  // namespace tallory

@@ -1,0 +1,421 @@
+#include <gtest/gtest.h>
+
+#include "TestSupport.h"
+#include "common/Paths.h"
+#include "common/RecordingHost.h"
+#include "registration/RemoteTable.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+struct Folder {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+
+    Folder() { course.AppPath = folder.Path(); }
+
+    void ReadRosterText(std::string_view text) {
+        folder.Write("Roster.txt", text);
+        ReadRoster(course, folder.File("Roster.txt"));
+    }
+    void ReadClassText(std::string_view text) {
+        folder.Write("class.txt", text);
+        ReadWebCTRoster(course, host);
+    }
+    void ReadRemotesText(std::string_view text) {
+        folder.Write("SessionData/RemoteID.csv", text);
+        ReadRemoteIds(course, host, folder.File("SessionData/RemoteID.csv"));
+    }
+    std::vector<std::string> RosterIds() const {
+        std::vector<std::string> ids;
+        for (int i = 1; i <= course.NumRosterIDs; ++i) ids.push_back(course.RosterIDs[i]);
+        return ids;
+    }
+    // "student=remote" per row of the remote table.
+    std::vector<std::string> Remotes() const {
+        std::vector<std::string> rows;
+        for (int i = 1; i <= course.NumRemotes; ++i)
+            rows.push_back(course.RemoteTable[i].StudentId + "=" + course.RemoteTable[i].RemoteId);
+        return rows;
+    }
+};
+
+using Ids = std::vector<std::string>;
+
+// ---- Roster.txt
+
+TEST(Roster, ReadsLastFirstAndIdFromEachLine) {
+    struct Case {
+        const char* line;
+        const char* id;
+        const char* first;
+        const char* last;
+    } cases[] = {
+        {"Doe, Jane, 12345", "12345", "Jane", "Doe"},
+        {"12345", "12345", "", "12345"},
+        {"\"Doe, Jr.\",Jane,22222", "22222", "Jane", "Doe, Jr."},
+        {"Roe,John,X", "Roe", "John", "Roe"},  // a one-character third field is no ID
+        {"Poe,Edgar,\"33333\",extra,fields,here,and,more", "33333", "Edgar", "Poe"},
+    };
+    for (const Case& c : cases) {
+        Folder f;
+        f.ReadRosterText(std::string(c.line) + "\r\n");
+        ASSERT_EQ(f.course.NumRoster, 1) << c.line;
+        const RosterRec& entry = f.course.Roster[0];
+        EXPECT_EQ(entry.StudentId, c.id) << c.line;
+        EXPECT_EQ(entry.FirstName, c.first) << c.line;
+        EXPECT_EQ(entry.LastName, c.last) << c.line;
+        EXPECT_EQ(f.RosterIds(), Ids{c.id}) << c.line;
+    }
+}
+
+TEST(Roster, SortsIdsBinaryAndLeavesOutOneCharacterIdsAndComments) {
+    Folder f;
+    f.ReadRosterText(
+        "!Last,First,ID\r\n"
+        "b,Bea,b22\r\n"
+        "\r\n"
+        "A,Al,A11\r\n"
+        "X\r\n"  // a one-character ID: a roster student, but not one of the IDs
+        "a,Ann,a10\r\n"
+        "B,Ben,B20\r\n"
+        "Twice,First,A11\r\n");  // a repeated ID overwrites the name and is listed again
+    EXPECT_EQ(f.RosterIds(), (Ids{"A11", "A11", "B20", "a10", "b22"}));
+    EXPECT_EQ(f.course.NumRoster, 5);
+    EXPECT_EQ(FindRosterRow(f.course, "!Last"), -1);
+    EXPECT_EQ(GetRosterEntry(f.course, "x").LastName, "X");
+    EXPECT_EQ(GetRosterEntry(f.course, "a11").LastName, "Twice");
+}
+
+TEST(Roster, ASecondReadKeepsTheRowsAndStartsTheIdsOver) {
+    Folder f;
+    f.ReadRosterText("Doe,Jane,S1\r\nRoe,Rick,S2\r\n");
+    UpdateRosterRemote(f.course, "S1", "AB12", false);
+    f.ReadRosterText("Doe,Janet,S1\r\nNew,Nina,S3\r\n");
+    EXPECT_EQ(f.course.NumRoster, 3);
+    EXPECT_EQ(f.RosterIds(), (Ids{"S1", "S3"}));
+    RosterRec jane = GetRosterEntry(f.course, "s1");
+    EXPECT_EQ(jane.FirstName, "Janet");
+    EXPECT_EQ(jane.RemoteId, "AB12");  // the registration survives the new names
+    EXPECT_EQ(GetRosterEntry(f.course, "S2").LastName, "Roe");
+
+    ReadRoster(f.course, f.folder.File("Missing.txt"));
+    EXPECT_EQ(f.course.NumRosterIDs, 0);
+    EXPECT_EQ(f.course.NumRoster, 3);
+    ReadRoster(f.course, "");
+    EXPECT_EQ(f.course.NumRoster, 3);
+}
+
+TEST(Roster, MoreThanFourThousandStudentsEndTheReadQuietly) {
+    Folder f;
+    std::string text;
+    for (int i = 4100; i > 0; --i) text += "Last,First,S" + std::to_string(10000 + i) + "\r\n";
+    f.ReadRosterText(text);
+    EXPECT_EQ(f.course.NumRoster, kMaxRoster);
+    ASSERT_EQ(f.course.NumRosterIDs, kMaxRoster);
+    EXPECT_EQ(f.course.RosterIDs[1], "S10101");
+    EXPECT_EQ(f.course.RosterIDs[kMaxRoster], "S14100");
+    EXPECT_EQ(FindRosterRow(f.course, "S10101"), kMaxRoster - 1);
+    EXPECT_EQ(FindRosterRow(f.course, "S10100"), -1);
+}
+
+TEST(Roster, LookUpIgnoresCaseAndBlanksAndAddsOnlyWhenAsked) {
+    Folder f;
+    f.ReadRosterText("Doe,Jane,S1\r\n");
+    EXPECT_EQ(FindRosterRow(f.course, " s1 ", false), 0);
+    EXPECT_EQ(FindRosterRow(f.course, "S2", false), -1);
+    EXPECT_EQ(GetRosterEntry(f.course, "S2").StudentId, "");
+    EXPECT_EQ(f.course.NumRoster, 1);
+    EXPECT_EQ(FindRosterRow(f.course, "S2", true), 1);
+    EXPECT_EQ(f.course.NumRoster, 2);
+    EXPECT_EQ(f.course.Roster[1].StudentId, "S2");
+    EXPECT_EQ(FindRosterRow(f.course, "s2"), 1);
+
+    ClearRoster(f.course);
+    EXPECT_EQ(f.course.NumRoster, 0);
+    EXPECT_EQ(FindRosterRow(f.course, "S1"), -1);
+    EXPECT_EQ(f.course.Roster[0].LastName, "");
+}
+
+TEST(Roster, UpdateRosterRemoteKeepsTheLargerRemoteWhenAsked) {
+    struct Case {
+        const char* held;
+        const char* offered;
+        bool keepLarger;
+        const char* result;
+    } cases[] = {
+        {"", "A1", true, "A1"},    {"B2", "A1", true, "B2"}, {"A1", "B2", true, "B2"},
+        {"B2", "A1", false, "A1"}, {"b2", "B2", true, "b2"},
+    };
+    for (const Case& c : cases) {
+        Folder f;
+        f.ReadRosterText("Doe,Jane,S1\r\n");
+        f.course.Roster[0].RemoteId = c.held;
+        EXPECT_EQ(UpdateRosterRemote(f.course, "S1", c.offered, c.keepLarger), 0);
+        EXPECT_EQ(f.course.Roster[0].RemoteId, c.result) << c.held << " " << c.offered;
+    }
+    // A student found only in the logs enters the roster with empty names.
+    Folder f;
+    EXPECT_EQ(UpdateRosterRemote(f.course, "S9", "C3", true), 0);
+    EXPECT_EQ(GetRosterEntry(f.course, "S9").RemoteId, "C3");
+    EXPECT_EQ(GetRosterEntry(f.course, "S9").LastName, "");
+}
+
+// ---- class.txt
+
+TEST(WebCTRoster, TakesColumnsFromTheHeaderAndOrdersByLastName) {
+    Folder f;
+    f.ReadClassText(
+        " user id ,\"First Name\",Last Name,Grade\r\n"
+        "u300,Cy,Zeta,10\r\n"
+        "u100,\"Ann, Marie\",Alpha,9\r\n"
+        "x,One,Letter,1\r\n"  // a user ID of one character is no student
+        "u200,Bob,Alpha,8\r\n");
+    EXPECT_TRUE(f.host.messages.empty());
+    // Equal last names: the later row of the file goes first.
+    EXPECT_EQ(f.RosterIds(), (Ids{"u200", "u100", "u300"}));
+    ASSERT_EQ(f.course.NumRoster, 3);
+    RosterRec ann = GetRosterEntry(f.course, "U100");
+    EXPECT_EQ(ann.FirstName, "Ann, Marie");
+    EXPECT_EQ(ann.LastName, "Alpha");
+    EXPECT_EQ(FindRosterRow(f.course, "x"), -1);
+}
+
+TEST(WebCTRoster, ReadsFilesWithBareLineFeeds) {
+    Folder f;
+    f.ReadClassText("Last Name,First Name,User ID\nDoe,Jane,jd1\n\nRoe,Rick,rr2\n");
+    EXPECT_EQ(f.RosterIds(), (Ids{"jd1", "rr2"}));
+    EXPECT_EQ(GetRosterEntry(f.course, "rr2").FirstName, "Rick");
+}
+
+TEST(WebCTRoster, MissingColumnsAreReportedAndTakeFixedOnes) {
+    Folder f;
+    f.ReadClassText("Name,Given,Login\r\nDoe,Jane,jd1\r\n");
+    ASSERT_EQ(f.host.messages.size(), 3u);
+    EXPECT_EQ(f.host.messages[0].text, "Unable to find UserID field using LastName");
+    EXPECT_EQ(f.host.messages[1].text,
+              "Unable to find Last Name field in class.txt using LastName");
+    EXPECT_EQ(f.host.messages[2].text,
+              "Unable to find First Name field in class.txt using LastName");
+    EXPECT_EQ(f.host.messages[2].title, "Tallory");
+    EXPECT_EQ(f.host.messages[2].icon, Icon::None);
+    // Last name and user ID share column 2; the first name is column 0.
+    RosterRec entry = GetRosterEntry(f.course, "jd1");
+    EXPECT_EQ(entry.LastName, "jd1");
+    EXPECT_EQ(entry.FirstName, "Doe");
+}
+
+TEST(WebCTRoster, NoStudentsAtAllIsReported) {
+    const std::string help =
+        "\r\nPlease see manual for more information or go to https://www.tallory.example/support "
+        "for help.";
+    {
+        Folder f;
+        ReadWebCTRoster(f.course, f.host);
+        ASSERT_EQ(f.host.messages.size(), 1u);
+        EXPECT_EQ(f.host.messages[0].title, "WebCT Roster not found");
+        EXPECT_EQ(f.host.messages[0].icon, Icon::Information);
+        EXPECT_EQ(f.host.messages[0].text,
+                  "Exporting in WebCT format requires the grade book to be  downloaded and placed "
+                  "in the main directory with name class.txt." +
+                      help);
+    }
+    {
+        Folder f;
+        f.folder.Write("campus bridgeline.EXE", "");
+        f.ReadClassText("");
+        ASSERT_EQ(f.host.messages.size(), 1u);
+        EXPECT_EQ(f.host.messages[0].text,
+                  "Uploading your Polvane scores into WebCT requires that your course gradebook "
+                  "has already been imported from WebCT into your Polvane course folder. Please "
+                  "run 'Campus Bridgeline' to import your gradebook prior to exporting scores "
+                  "from Tallory." +
+                      help);
+    }
+    {
+        // A header alone is an entry of its own: no students, and nothing to report.
+        Folder f;
+        f.ReadClassText("Last Name,First Name,User ID\r\n");
+        EXPECT_TRUE(f.host.messages.empty());
+        EXPECT_EQ(f.course.NumRosterIDs, 0);
+        EXPECT_EQ(f.course.NumRoster, 0);
+    }
+}
+
+// ---- RemoteID.csv
+
+TEST(RemoteIds, ReadsRegistrationsAndDropsConflictingLines) {
+    struct Case {
+        const char* file;
+        Ids rows;
+        int conflicts;
+    } cases[] = {
+        {"#00123ABC,\"S1\"\r\n123abc,S1\r\n", {"S1=123ABC", "S1=123ABC"}, 0},
+        {"123ABC,\"S1\"\r\n123ABC,\"s1\"\r\n", {"S1=123ABC"}, 1},  // the test has case
+        {"123ABC,\"S1\"\r\n#0123abc,\"S2\"\r\n77,S3\r\n", {"S1=123ABC", "S3=77"}, 1},
+        {"A,S1\r\n", {"S1="}, 0},  // one character does not survive the left trim
+        {"123ABC\r\n,\r\nAB12,S1,extra\r\n", {"S1=AB12"}, 0},
+        {"#000, S1 \r\n 0x1,S2\r\n", {"S1=0", "S2=X1"}, 0},
+        {"\"AB\"\"12\",\"S\"\"1\"\r\n", {"S1=AB12"}, 0},
+    };
+    for (const Case& c : cases) {
+        Folder f;
+        f.ReadRemotesText(c.file);
+        EXPECT_EQ(f.Remotes(), c.rows) << c.file;
+        EXPECT_EQ(static_cast<int>(f.host.messages.size()), c.conflicts) << c.file;
+    }
+}
+
+TEST(RemoteIds, ConflictNamesBothStudentsAndTheFirstOneKeepsTheRemote) {
+    Folder f;
+    f.ReadRemotesText("#123ABC,\"S1\"\r\n00123abc,\"S2\"\r\n#55,\"S2\"\r\n");
+    EXPECT_EQ(f.Remotes(), (Ids{"S1=123ABC", "S2=55"}));
+    EXPECT_EQ(StudentOfRemote(f.course, "123abc"), "S1");
+    // The raw table keeps the remote upper-cased but otherwise as the file had it.
+    EXPECT_EQ(f.course.RemoteRaw[1].RemoteId, "#123ABC");
+    EXPECT_EQ(f.course.RemoteRaw[2].RemoteId, "#55");
+    ASSERT_EQ(f.host.messages.size(), 1u);
+    const RecordingHost::Shown& shown = f.host.messages[0];
+    EXPECT_EQ(shown.title, "Remote Assigned to more than one Student");
+    EXPECT_EQ(shown.icon, Icon::Exclamation);
+    EXPECT_EQ(shown.text,
+              "Error: The following Polvane remote ID (clicker ID 123ABC) and all accompanying "
+              "votes/points have already been assigned to S1.\r\n"
+              "We cannot assign this same clicker ID to S2.\r\n\r\n"
+              "Often, this can occur when a student is accidentally registered to the wrong "
+              "clicker. \r\n"
+              "Another possible cause for this error could be 2 students sharing the same "
+              "Polvane. \r\n"
+              "Students can share Polvane remotes as long as they are taking different "
+              "classes/sections. \r\n"
+              "They cannot share an Polvane for the same class/section.\r\n\r\n"
+              "To resolve this problem,\r\n"
+              "1. Find these two students(s) on the main screen of Tallory.\r\n"
+              "2. Click on the underlined students' names to view all clickers registered to "
+              "each student.\r\n"
+              "3. Confirm the correct ID with the students and add or remove the incorrect "
+              "clicker.\r\n\r\n"
+              "If you have questions or are unsure about how to proceed, contact "
+              "support@tallory.example for additional assistance.");
+    EXPECT_EQ(f.host.progressTexts, (Ids{"Reading Remote Id(s) .... Patience requested",
+                                         "Remote Id(s) file read sucessfully"}));
+}
+
+TEST(RemoteIds, MissingFileGivesAnEmptyTable) {
+    Folder f;
+    f.ReadRemotesText("AB12,S1\r\n");
+    ReadRemoteIds(f.course, f.host, f.folder.File("SessionData/None.csv"));
+    EXPECT_EQ(f.course.NumRemotes, 0);
+    EXPECT_EQ(StudentOfRemote(f.course, "AB12"), "");
+}
+
+TEST(RemoteIds, SameRemoteComparesNormalForms) {
+    struct Case {
+        const char* a;
+        const char* b;
+        bool same;
+        const char* normal;  // of a
+    } cases[] = {
+        {"#00ABCD12", "abcd12", true, "ABCD12"},
+        {" 000 ", "0", true, "0"},
+        {"##", "#", true, "#"},
+        {"#0", "0", true, "0"},
+        {"A0", "A", false, "A0"},
+        {"10", "1", false, "10"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(SameRemote(c.a, c.b), c.same) << c.a << " " << c.b;
+        EXPECT_EQ(NormalRemote(c.a), c.normal) << c.a;
+    }
+}
+
+TEST(RemoteIds, RemotesOfStudentListsEachRemoteOnce) {
+    Folder f;
+    f.ReadRemotesText("AB12,S1\r\nCD34,S2\r\nCD34,S2\r\nAB12,S1\r\nB12,S1\r\nEF56, S1\r\n");
+    EXPECT_EQ(RemotesOfStudent(f.course, "s1"), "AB12,EF56,");  // B12 is part of the list already
+    EXPECT_EQ(RemotesOfStudent(f.course, "S9"), "");
+}
+
+TEST(RemoteIds, LookUpFollowsAddedAndRemovedRows) {
+    Folder f;
+    f.ReadRemotesText("#AB12,\"S1\"\r\n#CD34,\"S2\"\r\n#AB12,\"S1\"\r\n#EF56,\"S3\"\r\n");
+    EXPECT_EQ(FindRemoteRow(f.course, "ef56"), 4);
+
+    RemoveRemote(f.course, f.host, "AB12");  // the first of its two rows only
+    EXPECT_EQ(f.Remotes(), (Ids{"S2=CD34", "S1=AB12", "S3=EF56"}));
+    EXPECT_EQ(f.course.RemoteTable[4].RemoteId, "??");
+    EXPECT_EQ(f.course.RemoteTable[4].StudentId, "??");
+    EXPECT_EQ(FindRemoteRow(f.course, "AB12"), 2);
+    EXPECT_EQ(FindRemoteRow(f.course, "EF56"), 3);
+    EXPECT_EQ(f.folder.Read("SessionData/RemoteID.csv"),
+              "#CD34,\"S2\"\r\n#AB12,\"S1\"\r\n#EF56,\"S3\"\r\n");
+
+    AddRemote(f.course, "##0a9", " S4 ");
+    EXPECT_EQ(f.course.NumNewRemotes, 1);
+    EXPECT_EQ(f.course.RemoteTable[4].RemoteId, "0a9");
+    EXPECT_EQ(StudentOfRemote(f.course, "A9"), "S4");
+    AddRemote(f.course, "CD34", "S5");  // the first registration still answers
+    EXPECT_EQ(StudentOfRemote(f.course, "cd34"), "S2");
+
+    RemoveRemote(f.course, f.host, "cd34");  // exact text only: nothing removed, file written
+    EXPECT_EQ(f.course.NumRemotes, 5);
+    EXPECT_EQ(f.folder.Read("SessionData/RemoteID.csv"),
+              "#CD34,\"S2\"\r\n#AB12,\"S1\"\r\n#EF56,\"S3\"\r\n#0a9,\"S4\"\r\n#CD34,\"S5\"\r\n");
+    RemoveRemote(f.course, f.host, "CD34");
+    EXPECT_EQ(StudentOfRemote(f.course, "CD34"), "S5");
+    EXPECT_TRUE(f.host.messages.empty());
+}
+
+TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
+    Folder f;
+    // The name leaves no room for the temporary file beside it.
+    std::string name = "SessionData/" + std::string(250, 'r');
+    f.folder.Write(name, "#AB12,\"S1\"\r\n");
+    AddRemote(f.course, "CD34", "S2");
+    WriteRemoteIds(f.course, f.host, f.folder.File(name));
+    EXPECT_EQ(f.folder.Read(name), "#AB12,\"S1\"\r\n");
+    ASSERT_EQ(f.host.messages.size(), 1u);
+    EXPECT_EQ(f.host.messages[0].text, "Unable to write remote id file " + f.folder.File(name) +
+                                           " new registrations not stored.");
+    EXPECT_EQ(f.host.messages[0].icon, Icon::None);
+}
+
+TEST(RemoteIds, TrimsOfTheReader) {
+    struct Case {
+        const char* text;
+        const char* left;
+        const char* right;
+    } cases[] = {
+        {"", "", ""},       {"A", "", "A"},           {"  A", "", "  A"},
+        {"AB", "AB", "AB"}, {"  AB ", "AB ", "  AB"}, {"   ", "", ""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(TrimLeftBlanks(c.text), c.left) << "[" << c.text << "]";
+        EXPECT_EQ(TrimRightBlanks(c.text), c.right) << "[" << c.text << "]";
+    }
+}
+
+TEST(RemoteIds, ClickerCheckStartsAfreshOncePerRun) {
+    Folder f;
+    f.folder.Write("SessionData/clickercheck.TXT", "from an earlier run\r\n");
+    LogClickerCheck(f.course, "first");
+    LogClickerCheck(f.course, "second");
+    EXPECT_EQ(f.folder.Read("SessionData/clickercheck.TXT"), "first\r\nsecond\r\n");
+    f.course.ClickerCheckStarted = false;
+    LogClickerCheck(f.course, "third");
+    EXPECT_EQ(f.folder.Read("SessionData/clickercheck.TXT"), "third\r\n");
+}
+
+TEST(RemoteIds, TypedRemoteKeysAreHexDigitsBackspaceAndEnter) {
+    for (int key : std::initializer_list<int>{'0', '9', 'A', 'F', 'a', 'f', 8, 13})
+        EXPECT_TRUE(IsRemoteIdKey(key)) << key;
+    for (int key : std::initializer_list<int>{'/', ':', '@', 'G', '`', 'g', ' ', '#', 0, 127, 200})
+        EXPECT_FALSE(IsRemoteIdKey(key)) << key;
+}
+
+}  // namespace
+}  // namespace tallory
