@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include "LogText.h"
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "grid/CourseLoad.h"
+#include "logs/SessionStore.h"
+#include "scoring/EditSessionScreen.h"
+
+namespace tallory {
+namespace {
+
+using test::LogSpec;
+using test::LogText;
+using test::TempCourse;
+
+// Six sessions on six days; the first is "Intro", the last "Forces", the others untitled.
+struct SessionsCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    HeadlessSessionGrid grid{course};
+
+    explicit SessionsCourse(const std::string& cms = "General") {
+        folder.Write("SessionData/Config.csv", "\"CMS\" ,\"" + cms + "\" ,\"\"\r\n");
+        for (int day = 1; day <= 6; ++day) {
+            LogSpec log;
+            log.title = day == 1 ? "Intro" : day == 6 ? "Forces" : "";
+            log.voters = {{"#A" + std::to_string(day), "", {"A"}}};
+            folder.Write(LogName(day, "SessionData/"), LogText(log));
+        }
+        Load();
+    }
+
+    void Load() {
+        course.AppPath = folder.Path();
+        LoadCourse(course, host, grid.Screen(), CourseLoadOptions{false, false});
+    }
+
+    static std::string LogName(int day, const std::string& folder = "") {
+        return folder + "L09091" + std::to_string(day) + "1030.csv";
+    }
+    std::string Log(int day) const { return folder.Read(LogName(day, "SessionData/")); }
+};
+
+TEST(EditSession, OpensOnTheSessionWithoutReadingIt) {
+    SessionsCourse fixture;
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+    EXPECT_EQ(screen.lblFileName().text, "L0909111030.csv");
+    EXPECT_EQ(screen.txtSessionName().text, "Intro");
+    EXPECT_EQ(fixture.course.CurrentSession, 1);
+    EXPECT_EQ(fixture.course.CurrentLogFile, "L0909111030.csv");
+    // The tables still hold the session the load read last.
+    EXPECT_EQ(fixture.course.Questions[0].Name, "Forces");
+}
+
+TEST(EditSession, RefusesCharactersTheLogCannotHold) {
+    struct {
+        const char* title;
+        const char* message;
+        size_t selected;
+    } rows[] = {
+        {"Week 3, part 2", "Session name may not contain a comma", 6},
+        {"The \"hard\" one, really", "Session name may not contain a comma", 14},
+        {"The \"hard\" one", "Session name may not contain a double quote", 4},
+        {"Newton's laws", "Session name may not contain a single quote", 6},
+    };
+    for (const auto& row : rows) {
+        SessionsCourse fixture;
+        std::string before = fixture.Log(2);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+        screen.txtSessionNameChange(row.title);
+        screen.txtSessionNameEnter();
+        ASSERT_EQ(fixture.host.messages.size(), 1u) << row.title;
+        EXPECT_EQ(fixture.host.messages[0].text, row.message);
+        EXPECT_EQ(fixture.host.messages[0].title, "Tallory");
+        EXPECT_EQ(screen.txtSessionName().selectionStart, row.selected) << row.title;
+        EXPECT_EQ(screen.txtSessionName().selectionLength, 1u);
+        EXPECT_FALSE(screen.Saved());
+        EXPECT_FALSE(screen.Closed());
+        EXPECT_EQ(fixture.Log(2), before);
+    }
+}
+
+TEST(EditSession, Desire2LearnWantsUniqueTitlesIncludingTheOwn) {
+    struct {
+        const char* cms;
+        int session;
+        const char* title;
+        bool valid;
+    } rows[] = {
+        {"D2L", 2, " forces ", false},   // session 6's title
+        {"d2l ", 1, "Intro", false},     // unchanged: refused too
+        {"D2L", 2, "09/13/2009", true},  // the date of untitled session 3 is no title
+        {"General", 2, "Forces", true},
+    };
+    for (const auto& row : rows) {
+        SessionsCourse fixture(row.cms);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, row.session);
+        screen.txtSessionNameChange(row.title);
+        EXPECT_EQ(screen.ValidSessionName(), row.valid) << row.cms << " " << row.title;
+        if (row.valid) continue;
+        ASSERT_EQ(fixture.host.messages.size(), 1u);
+        EXPECT_EQ(fixture.host.messages[0].text,
+                  "Session name already exists, D2L does not allow duplicate session name(s). "
+                  "Please specify a unique session name");
+        EXPECT_EQ(screen.txtSessionName().selectionStart, 0u);
+        EXPECT_EQ(screen.txtSessionName().selectionLength, std::string(row.title).size());
+    }
+}
+
+TEST(EditSession, SaveWritesTheTitleAndRedrawsTheGrid) {
+    SessionsCourse fixture;
+    ASSERT_EQ(fixture.grid.SessionScrollValue(), 2);  // the grid opens on the last four
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+    screen.txtSessionNameChange("Momentum");
+    screen.cmdSaveClick();
+    EXPECT_TRUE(screen.Saved());
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_EQ(fixture.Log(2).rfind("Scoring,", 0), 0u);
+    EXPECT_NE(fixture.Log(2).find(",\"Momentum\"\r\n"), std::string::npos) << fixture.Log(2);
+    EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 2, 2}));
+    screen.AfterClose();
+    EXPECT_EQ(fixture.course.SessionTitle[2], "Momentum");
+    EXPECT_EQ(SessionLabel(fixture.course, 2), "Momentum");
+}
+
+TEST(EditSession, ClearedTitleFallsBackToTheDate) {
+    SessionsCourse fixture;
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+    screen.txtSessionNameChange("");
+    screen.cmdSaveClick();
+    screen.AfterClose();
+    EXPECT_NE(fixture.Log(1).find(", Min Correct =  0 ,\"\"\r\n"), std::string::npos)
+        << fixture.Log(1);
+    EXPECT_EQ(fixture.course.SessionTitle[1], "Intro");  // a blank title is not posted
+    fixture.Load();
+    EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
+}
+
+TEST(EditSession, RemoveAsksFirst) {
+    SessionsCourse fixture;
+    std::string before = fixture.Log(1);
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+    fixture.host.answers = {Answer::No};
+    screen.cmdRemoveClick();
+    ASSERT_EQ(fixture.host.messages.size(), 1u);
+    const auto& asked = fixture.host.messages[0];
+    EXPECT_EQ(asked.title, "Confirm Remove");
+    EXPECT_EQ(asked.text, "Are you sure you want to remove lecture L0909111030.csv");
+    EXPECT_EQ(asked.icon, Icon::Question);
+    EXPECT_EQ(asked.buttons, Buttons::YesNo);
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_FALSE(screen.Removed());
+    EXPECT_EQ(fixture.Log(1), before);
+    EXPECT_FALSE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+}
+
+TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
+    SessionsCourse fixture;
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+    fixture.host.answers = {Answer::Yes};
+    screen.cmdRemoveClick();
+    EXPECT_TRUE(screen.Removed());
+    EXPECT_FALSE(screen.Saved());
+    EXPECT_EQ(fixture.Log(1), "");
+    ASSERT_TRUE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+    // The copy holds the tables as the load left them: the last session of the course.
+    EXPECT_NE(fixture.folder.Read("SessionData/xL0909111030.csv").find("\"Forces\""),
+              std::string::npos);
+    EXPECT_EQ(fixture.course.NumSessions, 5);
+    EXPECT_EQ(fixture.course.SessionFile[1], "L0909121030.csv");
+    // The kept position 2 is past the new end (1): the grid stays on the last sessions.
+    EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 1}));
+}
+
+}  // namespace
+}  // namespace tallory
