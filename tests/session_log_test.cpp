@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include "SessionLogFixture.h"
+#include "TestSupport.h"
+#include "logs/SessionLog.h"
+#include "registration/RemoteTable.h"
+
+namespace tallory {
+namespace {
+
+using test::PollingHeader;
+using test::TempCourse;
+using test::VoteLine;
+
+struct LogReading {
+    TempCourse folder;
+    Course course;
+
+    void Read(const std::string& text) {
+        folder.Write("SessionData/L2609151030.csv", text);
+        ReadSessionLog(course, folder.File("SessionData/L2609151030.csv"));
+    }
+};
+
+TEST(SessionLog, NamesAndTextHelpers) {
+    EXPECT_EQ(SessionDate("L0809151030.csv"), "09/15/2008");
+    EXPECT_EQ(SessionTime("L0809151030.csv"), "10:30");
+    EXPECT_EQ(SessionDate("L08"), "//2008");
+    struct Case {
+        const char* text;
+        const char* hashless;
+        const char* zeroless;
+        const char* leadingTrimmed;
+    } cases[] = {
+        {"#0012", "0012", "#0012", "#0012"},
+        {"###", "#", "###", "###"},
+        {"000", "000", "0", "000"},
+        {"", "", "", ""},
+        {"  Q", "  Q", "  Q", ""},
+        {" Q1", " Q1", " Q1", "Q1"},
+        {"Q", "Q", "Q", ""},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(StripLeadingHash(c.text), c.hashless) << c.text;
+        EXPECT_EQ(StripLeadingZeros(c.text), c.zeroless) << c.text;
+        EXPECT_EQ(TrimLeadingSpaces(c.text), c.leadingTrimmed) << c.text;
+    }
+}
+
+TEST(SessionLog, AnswerLettersTakeTheLastChoiceAndXBeatsAll) {
+    struct Case {
+        const char* field;
+        int code;
+    } cases[] = {{"A", 1}, {"b", 2}, {"ab", 2}, {"EA", 5}, {" C ", 3}, {"Ax", 7},
+                 {"x", 7}, {"-", 6}, {"", 6},   {"F", 6},  {"\xc1", 6}};
+    for (const auto& c : cases) EXPECT_EQ(AnswerFromLetter(c.field), c.code) << c.field;
+}
+
+TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
+    struct Case {
+        const char* line1;
+        double performance, participation;
+        int minReply, minCorrect;
+        const char* title;
+        int deleted;
+    } cases[] = {
+        {"Scoring", 0, 1, 1, 1, "", kFalse},
+        {"Scoring,  Performance = -1 , Participation =  .5 , Min Reply =  2.5 , Min Correct =  0 "
+         ",\"Review\"",
+         -1, 0.5, 2, 0, "Review", kFalse},
+        {"Scoring, Performance = lots, 3,Min Reply=,x, \"Review |y\" ", 0, 3, 1, 1, "Review ",
+         kTrue},
+    };
+    for (const auto& c : cases) {
+        LogReading log;
+        log.Read(std::string(c.line1) + "\r\n");
+        EXPECT_EQ(log.course.SessPerformance, c.performance) << c.line1;
+        EXPECT_EQ(log.course.SessParticipation, c.participation) << c.line1;
+        EXPECT_EQ(log.course.SessMinReply, c.minReply) << c.line1;
+        EXPECT_EQ(log.course.SessMinCorrect, c.minCorrect) << c.line1;
+        EXPECT_EQ(log.course.Questions[0].Name, c.title) << c.line1;
+        EXPECT_EQ(log.course.Questions[0].Deleted, c.deleted) << c.line1;
+    }
+}
+
+TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
+    LogReading log;
+    std::string text = PollingHeader({"Q1|Y", " Why? ", "Q3|y", "Q4", "Q5", "Q6", "Q"});
+    size_t line5 = text.find("Correct Answer");
+    text.replace(line5, text.find("\r\nResponse A") - line5,
+                 "Correct Answer, , ,,, , , , , ,, , , , ,C,, , , , ,BC,, , , , ,c,, , , , ,4,,");
+    log.Read(text);
+    const Course& course = log.course;
+    ASSERT_EQ(course.NumQuestions, 7);
+    struct Case {
+        const char* name;
+        int deleted, correct;
+    } expected[] = {{"Q1", kTrue, 1},  {"Why?", kFalse, 0}, {"Q3", kTrue, 3}, {"Q4", kFalse, 2},
+                    {"Q5", kFalse, 0}, {"Q6", kFalse, 4},   {"", kFalse, 0}};
+    for (int q = 1; q <= 7; ++q) {
+        EXPECT_EQ(course.Questions[q].Name, expected[q - 1].name) << q;
+        EXPECT_EQ(course.Questions[q].Deleted, expected[q - 1].deleted) << q;
+        EXPECT_EQ(course.Questions[q].CorrectAnswer, expected[q - 1].correct) << q;
+    }
+    EXPECT_EQ(course.Questions[1].StartTime, "10:00:00");
+    EXPECT_EQ(course.Questions[1].ChoicePoints[1], 1);
+    EXPECT_EQ(course.Questions[1].ChoicePoints[2], 0.5);
+}
+
+TEST(SessionLog, RemotesAndStudentsOfDataLines) {
+    LogReading log;
+    AddRemote(log.course, "12AB34", "S1");
+    log.Read(PollingHeader({"Q1"}) + VoteLine("#0012AB34", "", {"A"}) +
+             VoteLine("12ab34", "S9", {"B"}) + VoteLine("#000", "", {""}));
+    const Course& course = log.course;
+    ASSERT_EQ(course.NumVoters, 3);
+    EXPECT_EQ(course.Votes[1].RemoteId, "12AB34");
+    EXPECT_EQ(course.Votes[1].StudentId, "S1");
+    EXPECT_EQ(course.Votes[2].RemoteId, "12ab34");
+    EXPECT_EQ(course.Votes[2].StudentId, "S9");
+    EXPECT_EQ(course.Votes[3].RemoteId, "0");
+    EXPECT_EQ(course.Votes[3].StudentId, "#0");
+    EXPECT_EQ(course.Votes[1].Answer[1], 1);
+    EXPECT_EQ(course.Votes[1].FinalTime[1], 5);
+    EXPECT_EQ(course.Votes[1].Attempts[1], 1);
+}
+
+TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
+    LogReading log;
+    log.Read(PollingHeader({"Q1", "Q2"}) + VoteLine("#A1", "", {"B", "B"}));
+    ASSERT_EQ(log.course.Votes[1].Answer[2], 2);
+    // The second log's line stops after question 1, and its values there do not convert.
+    log.Read(PollingHeader({"Q1", "Q2"}) + "#A1, , 0 ,C , x , y , z ,D , w ,\r\n");
+    const VoteRec& vote = log.course.Votes[1];
+    EXPECT_EQ(vote.Answer[1], 3);
+    EXPECT_EQ(vote.FinalTime[1], 5);
+    EXPECT_EQ(vote.Attempts[1], 1);
+    EXPECT_EQ(vote.Answer[2], 2);
+    EXPECT_EQ(vote.FinalTime[2], 5);
+}
+
+TEST(SessionLog, BlankAndShortLinesTakeNoRowButMayCountAVoter) {
+    const std::string header = PollingHeader({"Q1"});
+    const std::string a = VoteLine("#A1", "", {"A"}), b = VoteLine("#B2", "", {"B"});
+    struct Case {
+        std::string data;
+        int voters;
+        const char* secondRemote;
+    } cases[] = {
+        {"\r\n" + a + b, 2, "B2"},            // nothing read yet: the blank line counts nothing
+        {a + "\r\n" + b, 3, "B2"},            // counted, although row 2 holds B2
+        {a + b + "\r\n", 3, "B2"},            // an empty voter at the end
+        {a + "#C3,\"S3\"\r\n" + b, 3, "B2"},  // two fields: skipped, counted
+        {a + "#C3, , 4\r\n" + b, 2, "C3"},    // no group: takes a row, not counted
+    };
+    for (const auto& c : cases) {
+        LogReading log;
+        log.Read(header + c.data);
+        EXPECT_EQ(log.course.NumVoters, c.voters) << c.data;
+        EXPECT_EQ(log.course.Votes[2].RemoteId, c.secondRemote) << c.data;
+    }
+}
+
+TEST(SessionLog, HeaderEndsAndFailures) {
+    const std::string full = PollingHeader({"Q1", "Q2"}) + VoteLine("#A1", "", {"A", "A"});
+    auto upToLine = [&](int lines) {
+        size_t at = 0;
+        for (int i = 0; i < lines; ++i) at = full.find("\r\n", at) + 2;
+        return full.substr(0, at);
+    };
+    std::string badCount = full;
+    badCount.replace(badCount.find("Response C,    ,   , 0 "), 23, "Response C,    ,   , many ");
+    struct Case {
+        std::string text;
+        int questions, voters;
+    } cases[] = {
+        {"", 0, 0},            // empty file
+        {upToLine(1), 5, 0},   // ends after line 1: the count of the log read before stays
+        {upToLine(2), 2, 0},   // ends after line 2
+        {upToLine(7), 2, 0},   // ends inside the response lines
+        {badCount, 0, 0},      // a count that does not convert
+        {upToLine(10), 2, 0},  // no voters
+        {full, 2, 1},
+    };
+    for (const auto& c : cases) {
+        LogReading log;
+        log.course.NumQuestions = 5;
+        log.Read(c.text);
+        EXPECT_EQ(log.course.NumQuestions, c.questions) << c.text;
+        EXPECT_EQ(log.course.NumVoters, c.voters) << c.text;
+    }
+}
+
+TEST(SessionLog, DataLinesFoldPastField999) {
+    std::vector<std::string> answers(170, "A");
+    answers[166] = "B";  // field 999
+    answers[167] = "D";  // beyond it: joined onto field 999 with ":"
+    LogReading log;
+    log.Read(PollingHeader({"Q1"}) + VoteLine("#A1", "", answers));
+    const VoteRec& vote = log.course.Votes[1];
+    EXPECT_EQ(vote.Answer[166], 1);
+    EXPECT_EQ(vote.Answer[167], 4);
+    EXPECT_EQ(vote.Answer[168], 0);
+}
+
+TEST(SessionLog, BadSessionTotalEndsTheRunNamingFileAndLine) {
+    LogReading log;
+    try {
+        log.Read(PollingHeader({"Q1"}) + VoteLine("#A1", "", {"A"}) + "#B2, , lots ,A\r\n");
+        FAIL() << "no error";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), kTypeMismatch);
+        EXPECT_EQ(error.Message(), "Run-time error '13': Type mismatch\nFile " +
+                                       log.folder.File("SessionData/L2609151030.csv") +
+                                       ", line 12");
+    }
+}
+
+TEST(SessionLog, MoreThan4000RowsIsOutOfRange) {
+    std::string text = PollingHeader({"Q1"});
+    for (int i = 0; i <= kMaxVoters; ++i) text += VoteLine("#A" + std::to_string(i), "", {"A"});
+    LogReading log;
+    try {
+        log.Read(text);
+        FAIL() << "no error";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), kSubscriptOutOfRange);
+        EXPECT_NE(error.Message().find("line 4011"), std::string::npos) << error.Message();
+    }
+}
+
+}  // namespace
+}  // namespace tallory
