@@ -6,6 +6,7 @@
 
 #include "cli/Cli.h"
 #include "cli/CourseCommands.h"
+#include "cli/ScoringCommands.h"
 #include "common/RunTimeError.h"
 
 namespace {
@@ -23,6 +24,9 @@ const Command kCommands[] = {
     {"session", tallory::cli::SessionCommand},
     {"log", tallory::cli::LogCommand},
     {"rewrite", tallory::cli::RewriteCommand},
+    {"set-scores", tallory::cli::SetScoresCommand},
+    {"rename", tallory::cli::RenameCommand},
+    {"remove", tallory::cli::RemoveCommand},
 };
 
 const char* kUsage =

@@ -72,7 +72,7 @@ void EditSessionScreen::cmdSaveClick() {
     // Scoring marks the anonymous questions, which the writer must know to write them as such.
     RecomputeSession(course_);
     course_.Questions[0].Name = txtSessionName_.text;
-    WriteSessionLog(course_, host_, path, "", "", 0);
+    written_ = WriteSessionLog(course_, host_, path, "", "", 0);
     SweepSessionScroll(grid_);
     grid_.SetSessionScrollValue(kept);
     closed_ = true;

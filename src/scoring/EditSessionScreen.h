@@ -31,6 +31,8 @@ class EditSessionScreen {
     const ControlState& lblFileName() const { return lblFileName_; }
     const ControlState& txtSessionName() const { return txtSessionName_; }
     bool Saved() const { return saved_; }
+    // cmdSave got the new title into the log on disk.
+    bool WriteSucceeded() const { return written_; }
     bool Closed() const { return closed_; }
     // cmdRemove went through: the log was emptied and the sessions reloaded.
     bool Removed() const { return removed_; }
@@ -48,6 +50,7 @@ class EditSessionScreen {
     bool saved_ = false;
     bool closed_ = false;
     bool removed_ = false;
+    bool written_ = false;
 };
 
 }  // namespace tallory
