@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "common/Paths.h"
+#include "common/Support.h"
 #include "common/Text.h"
 #include "logs/SessionLog.h"
 #include "registration/RemoteTable.h"
@@ -236,8 +237,8 @@ std::string MultiRemoteWarning(const Course& course) {
            "1.Find the below listed student(s) on the main screen of Tallory.\r\n"
            "2.Click on the student's name to view all clickers registered to that student.\r\n"
            "3.Confirm the correct ID with the student, and remove the incorrect clicker ID."
-           "\r\n\r\nIf you have questions or are unsure about how to proceed, contact "
-           "support@tallory.example for additional assistance."
+           "\r\n\r\n" +
+           std::string(kContactSentence) +
            "\r\n\r\nSrNo   StudentID          Registered Clicker(s)             Affected "
            "Session(s)\r\n" +
            MultiRemoteReport(course);

@@ -1,5 +1,7 @@
 #include "registration/RemoteTable.h"
 
+#include "common/Support.h"
+
 #include <cstdio>
 
 #include "common/AtomicFile.h"
@@ -58,8 +60,8 @@ std::string ConflictText(std::string_view remote, std::string_view holder,
         "\r\n2. Click on the underlined students' names to view all clickers registered to each "
         "student."
         "\r\n3. Confirm the correct ID with the students and add or remove the incorrect clicker."
-        "\r\n\r\nIf you have questions or are unsure about how to proceed, contact "
-        "support@tallory.example for additional assistance.";
+        "\r\n\r\n" +
+        std::string(kContactSentence);
     return text;
 }
 
