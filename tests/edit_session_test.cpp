@@ -174,5 +174,32 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
     EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 1}));
 }
 
+TEST(EditSessionCli, RenameAndRemove) {
+    SessionsCourse fixture;
+    const std::string& course = fixture.folder.Path();
+    auto refused = test::RunCli({"--course", course, "rename", "2", "Vectors, part 1"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.err.find("[Tallory] Session name may not contain a comma\n"),
+              std::string::npos);
+    auto renamed = test::RunCli({"--course", course, "rename", "2", "Vectors"});
+    ASSERT_EQ(renamed.status, 0) << renamed.err;
+    EXPECT_NE(fixture.Log(2).find(",\"Vectors\"\r\n"), std::string::npos);
+
+    std::string before = fixture.Log(2);
+    auto declined = test::RunCli({"--course", course, "remove", "2"});
+    EXPECT_EQ(declined.status, 1);
+    EXPECT_NE(declined.err.find("[Confirm Remove] Are you sure you want to remove lecture "
+                                "L0909121030.csv\n"),
+              std::string::npos);
+    EXPECT_EQ(fixture.Log(2), before);
+    auto removed = test::RunCli({"--course", course, "remove", "2", "--yes"});
+    ASSERT_EQ(removed.status, 0) << removed.err;
+    EXPECT_EQ(fixture.Log(2), "");
+    EXPECT_TRUE(fixture.folder.Exists("SessionData/xL0909121030.csv"));
+    // The emptied log is no longer a session, so it cannot be removed twice.
+    auto grid = test::RunCli({"--course", course, "grid"});
+    EXPECT_EQ(grid.out.find("Vectors"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tallory

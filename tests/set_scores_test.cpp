@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <nlohmann/json.hpp>
 
 #include <csignal>
 #include <functional>
@@ -447,6 +448,71 @@ TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
     EXPECT_FALSE(c.PicHelp.visible);
     EXPECT_TRUE(c.cmdSet.enabled);
     EXPECT_TRUE(c.cmbCorrect.enabled);
+}
+
+TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
+    LogSpec log = Questions(2);
+    log.points = {{0, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
+    log.voters = {{"#A1", "", {"B", "X"}}, {"#B7", "", {"C", "X"}}};
+    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    auto result = test::RunCli({"--course", fixture.folder.Path(), "set-scores", "1", "--json",
+                                "--participation", "0.5", "--question", "1", "--correct", "b",
+                                "--points", "0,2,1,0,0", "--title", "Inertia"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    auto session = nlohmann::json::parse(result.out);
+    EXPECT_TRUE(session["written"].get<bool>());
+    EXPECT_EQ(session["participation"], 0.5);
+    EXPECT_EQ(session["questions"][0]["name"], "INERTIA");
+    EXPECT_EQ(session["questions"][0]["correct"], 2);
+    EXPECT_EQ(session["questions"][0]["points"], nlohmann::json::parse("[0, 2, 1, 0, 0]"));
+    auto grid = nlohmann::json::parse(
+        test::RunCli({"--course", fixture.folder.Path(), "grid", "--json"}).out);
+    std::map<std::string, double> totals;
+    for (const auto& student : grid["students"]) totals[student["id"]] = student["total"];
+    EXPECT_EQ(totals["S1"], 2.5);
+    EXPECT_EQ(totals["#B7"], 1.5);
+}
+
+TEST(SetScoresCli, RefusedEditsSaveNothing) {
+    struct {
+        std::vector<std::string> edits;
+        const char* said;
+    } rows[] = {
+        {{"--points", "1,x,0,0,0"}, "[Tallory] Must enter a numberic value for points \n"},
+        {{"--question", "2", "--points", "1,0,0,0,0"}, "polled anonymously"},
+        {{"--question", "1", "--delete", "--title", "Gone"}, "it is deleted"},
+        {{"--min-responses", "3"}, "[Tallory] Minimum number of required responses"},
+        {{"--cap", "lots"}, "[Max Points] Not a valid number"},
+    };
+    for (const auto& row : rows) {
+        LogSpec log = Questions(2);
+        log.voters = {{"#A1", "", {"B", "X"}}};
+        ScoringCourse fixture(log);
+        std::string before = fixture.LogBytes();
+        std::vector<std::string> arguments = {"--course", fixture.folder.Path(), "set-scores", "1"};
+        arguments.insert(arguments.end(), row.edits.begin(), row.edits.end());
+        auto result = test::RunCli(arguments);
+        EXPECT_EQ(result.status, 1) << row.said;
+        EXPECT_NE(result.err.find(row.said), std::string::npos) << result.err;
+        EXPECT_NE(result.err.find("nothing was saved"), std::string::npos) << result.err;
+        EXPECT_EQ(fixture.LogBytes(), before) << row.said;
+    }
+}
+
+TEST(SetScoresCli, LastQuestionStaysUnlessConfirmed) {
+    for (bool confirm : {false, true}) {
+        ScoringCourse fixture(Questions(1));
+        std::vector<std::string> arguments = {
+            "--course", fixture.folder.Path(), "set-scores", "1", "--delete", "--json"};
+        if (confirm) arguments.push_back("--yes");
+        auto result = test::RunCli(arguments);
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_NE(result.err.find("[Confirm deletion: Last question available in this session.]"),
+                  std::string::npos);
+        auto session = nlohmann::json::parse(result.out);
+        EXPECT_EQ(session["questions"][0]["deleted"].get<bool>(), confirm);
+        EXPECT_EQ(fixture.LogBytes().find("\"Q1|Y\"") != std::string::npos, confirm);
+    }
 }
 
 }  // namespace
