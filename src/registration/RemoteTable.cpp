@@ -1,13 +1,12 @@
 #include "registration/RemoteTable.h"
 
-#include "common/Support.h"
-
 #include <cstdio>
 
 #include "common/AtomicFile.h"
 #include "common/LineReader.h"
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
+#include "common/Support.h"
 #include "common/Text.h"
 #include "start/Fields.h"
 
