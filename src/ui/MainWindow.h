@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <functional>
+#include <vector>
+
+#include "grid/ScoreGrid.h"
+
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QPushButton;
+class QScrollBar;
+class QVBoxLayout;
+
+namespace tallory {
+
+class CommandLabel;
+class QtHost;
+
+// The main window, frmSubject, or with `largeFonts` its large-font layout FrmS_120DPI. It builds
+// the controls, hands every event to ScoreGrid and repaints from the grid's state.
+class MainWindow : public QWidget {
+    Q_OBJECT
+  public:
+    MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* parent = nullptr);
+
+    // Shows the window at a size that suits the screen.
+    void ShowOnScreen();
+
+    // The load handler, from the folder creation on: reads the course and fills the grid. The
+    // single-instance test is the caller's, before the window is built.
+    void Load();
+
+    ScoreGrid& Grid() { return grid_; }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    // A widget whose font follows the window's height.
+    struct ScaledFont {
+        QWidget* widget;
+        double pointSize;
+    };
+
+    void BuildHeader(QVBoxLayout* root);
+    void BuildGrid(QVBoxLayout* root);
+    void BuildFooter(QVBoxLayout* root);
+    void BuildHelp();
+    CommandLabel* MakeLink(const QString& text, const char* name);
+    void Scale(QWidget* widget, double pointSize, bool bold = false);
+    void ApplyScale();
+    void PlaceHelp();
+    void Repaint();
+    void RepaintSessions(const GridView& view);
+    void RepaintEnabled(const GridView& view);
+    void Guarded(const std::function<void()>& command);
+
+    void OnHeading(int index);
+    void OnEdit(int column);
+    void Exit();
+
+    Course& course_;
+    QtHost& host_;
+    ScoreGrid grid_;
+    const bool largeFonts_;
+    const double designHeight_;
+
+    QLabel* lblSubject_ = nullptr;
+    QLabel* lblCMS_ = nullptr;
+    CommandLabel* lblExit_ = nullptr;
+    QComboBox* cmbDisplayName_ = nullptr;
+    CommandLabel* lblPrevious_ = nullptr;
+    CommandLabel* lblNext_ = nullptr;
+    QFrame* gridFrame_ = nullptr;
+    std::array<CommandLabel*, kSessionLabels> lblSession_{};
+    std::array<QLabel*, kGridRows + 1> lblStudentName_{};
+    std::array<QLabel*, kGridRows + 1> lblTotal_{};
+    std::array<QLabel*, kGridRows + 1> lblAverage_{};
+    std::array<QPushButton*, kGridColumns> cmdEdit_{};
+    std::array<QCheckBox*, kGridColumns> chkExport_{};
+    QScrollBar* hscrlSession_ = nullptr;
+    QScrollBar* vscrlStudent_ = nullptr;
+    QPushButton* cmdHelp_ = nullptr;
+    QPushButton* cmdExit_ = nullptr;
+    QFrame* picHelp_ = nullptr;
+    std::vector<QLabel*> lblHelpCaption_;
+    std::vector<ScaledFont> fonts_;
+};
+
+}  // namespace tallory

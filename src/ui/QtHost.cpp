@@ -1,0 +1,140 @@
+#include "ui/QtHost.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <cstdio>
+#include <cstdlib>
+
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "ui/ProgressDialog.h"
+
+namespace tallory {
+
+namespace {
+
+QMessageBox::Icon ToQt(Icon icon) {
+    switch (icon) {
+        case Icon::Information:
+            return QMessageBox::Information;
+        case Icon::Exclamation:
+            return QMessageBox::Warning;
+        case Icon::Question:
+            return QMessageBox::Question;
+        case Icon::Stop:
+            return QMessageBox::Critical;
+        case Icon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ToQt(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::OkCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case Buttons::YesNo:
+            return QMessageBox::Yes | QMessageBox::No;
+        case Buttons::YesNoCancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        case Buttons::Ok:
+            break;
+    }
+    return QMessageBox::Ok;
+}
+
+Answer FromQt(int button) {
+    switch (button) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        case QMessageBox::Cancel:
+            return Answer::Cancel;
+        default:
+            return Answer::Ok;
+    }
+}
+
+}  // namespace
+
+QString DisplayString(std::string_view bytes) {
+    QString text = QString::fromStdString(DisplayText(bytes));
+    text.replace("\r\n", "\n");
+    text.replace('\r', '\n');
+    return text;
+}
+
+QtHost::QtHost() = default;
+QtHost::~QtHost() {
+    SetWaitCursor(false);
+}
+
+Answer QtHost::Message(std::string_view text, std::string_view title, Icon icon, Buttons buttons) {
+    // A message box must be answered even while the wait cursor is up.
+    const bool waiting = waitCursor_;
+    SetWaitCursor(false);
+    QMessageBox box(ToQt(icon), DisplayString(title), DisplayString(text), ToQt(buttons),
+                    QApplication::activeWindow());
+    // Cancel or No answers the window's close button, as it would a question on paper.
+    if (buttons == Buttons::YesNo) box.setEscapeButton(QMessageBox::No);
+    const int pressed = box.exec();
+    SetWaitCursor(waiting);
+    return FromQt(pressed);
+}
+
+void QtHost::ShowProgress() {
+    if (!progress_) progress_ = std::make_unique<ProgressDialog>(QApplication::activeWindow());
+    progress_->show();
+    progress_->raise();
+    YieldEvents();
+}
+
+void QtHost::HideProgress() {
+    if (!progress_) return;
+    progress_->hide();
+    progress_.reset();
+}
+
+void QtHost::SetProgressText(std::string_view text) {
+    YieldEvents();
+    if (progress_) progress_->SetText(DisplayString(text));
+    YieldEvents();
+}
+
+void QtHost::SetProgressValue(double fraction) {
+    if (progress_) progress_->SetValue(fraction);
+}
+
+void QtHost::YieldEvents() {
+    QCoreApplication::processEvents();
+}
+
+void QtHost::SetWaitCursor(bool on) {
+    if (on == waitCursor_) return;
+    waitCursor_ = on;
+    if (on)
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QGuiApplication::restoreOverrideCursor();
+}
+
+void RunGuarded(Host& host, const std::function<void()>& command) {
+    std::string message;
+    try {
+        command();
+        return;
+    } catch (const RunTimeError& error) {
+        message = error.Message();
+    } catch (const std::exception& error) {
+        message = error.what();
+    }
+    host.HideProgress();
+    host.SetWaitCursor(false);
+    host.Message(message, kProgramTitle, Icon::Stop);
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+}  // namespace tallory

@@ -1,0 +1,82 @@
+#include <unistd.h>
+
+#include <QApplication>
+#include <QScreen>
+#include <cerrno>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/Paths.h"
+#include "start/ProgramStart.h"
+#include "ui/CourseListDialog.h"
+#include "ui/MainWindow.h"
+#include "ui/QtHost.h"
+
+namespace {
+
+std::string CurrentFolder() {
+    std::vector<char> buffer(4096);
+    while (!::getcwd(buffer.data(), buffer.size())) {
+        if (errno != ERANGE) return ".";
+        buffer.resize(buffer.size() * 2);
+    }
+    return buffer.data();
+}
+
+tallory::MainLayout ScreenLayout() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen) return tallory::MainLayout::Subject;
+    const QSize pixels = screen->size() * screen->devicePixelRatio();
+    return tallory::ChooseLayout(pixels.width(), pixels.height(), screen->logicalDotsPerInch());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace tallory;
+    // The program's folder is taken as invoked, before anything can change the current folder.
+    const std::string programFolder = ProgramFolderOf(argc > 0 ? argv[0] : "", CurrentFolder());
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("Tallory");
+
+    auto course = std::make_unique<Course>();
+    course->ProgramFolder = programFolder;
+    course->AppPath = programFolder;
+    QtHost host;
+    std::unique_ptr<InstanceLock> lock;
+    std::unique_ptr<MainWindow> window;
+    bool opened = false;
+
+    RunGuarded(host, [&] {
+        std::vector<std::string> arguments;
+        for (const QString& argument : QCoreApplication::arguments().mid(1))
+            arguments.push_back(argument.toStdString());
+        if (IsDebugCommand(arguments)) {
+            CreateFolderPath(CoursePath(programFolder, "\\Classes"));
+            CourseListDialog courses(programFolder);
+            if (courses.exec() != QDialog::Accepted) return;
+            course->AppPath = courses.CourseFolder();
+        }
+        // The two places that name a file without the course folder find it in the current one.
+        if (::chdir(course->AppPath.c_str()) != 0) {
+            // A course folder that cannot be entered shows up as an empty course.
+        }
+        FixRosterFileNames(*course, host);
+
+        const bool largeFonts = ScreenLayout() == MainLayout::Large120Dpi;
+        // Only the ordinary layout keeps a second start off the course.
+        if (!largeFonts) {
+            lock = std::make_unique<InstanceLock>();
+            if (!lock->Acquire(course->AppPath)) {
+                host.Message("Tallory already running", kProgramTitle, Icon::Information);
+                return;
+            }
+        }
+        window = std::make_unique<MainWindow>(*course, host, largeFonts);
+        window->ShowOnScreen();
+        window->Load();
+        opened = true;
+    });
+    return opened ? app.exec() : 0;
+}

@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+
+#include "../LogText.h"
+#include "../TestSupport.h"
+#include "ui/MainWindow.h"
+#include "ui/QtHost.h"
+
+namespace tallory {
+namespace {
+
+using test::LogSpec;
+using test::LogText;
+using test::TempCourse;
+
+// One application for the whole run, gone before the statics of Qt are.
+class QtEnvironment : public testing::Environment {
+  public:
+    void SetUp() override { app_ = std::make_unique<QApplication>(argc_, argv_); }
+    void TearDown() override { app_.reset(); }
+
+  private:
+    int argc_ = 1;
+    char name_[17] = "main_window_test";
+    char* argv_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> app_;
+};
+
+[[maybe_unused]] testing::Environment* const kQt =
+    testing::AddGlobalTestEnvironment(new QtEnvironment);
+
+// Five sessions of seven students on a roster whose last names run against their IDs.
+void WriteCourse(const TempCourse& folder) {
+    folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+    std::string roster;
+    LogSpec spec;
+    for (int i = 1; i <= 7; ++i) {
+        const std::string id = "S" + std::to_string(i);
+        roster += std::string(1, static_cast<char>('H' - i)) + "name, First, " + id + "\r\n";
+        spec.voters.push_back({"#A" + std::to_string(i), id, {i == 3 ? "B" : "A"}});
+    }
+    folder.Write("Roster.txt", roster);
+    for (int day = 1; day <= 5; ++day) {
+        char name[40];
+        std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
+        if (day == 5) spec.voters.pop_back();  // S7 misses the last session
+        folder.Write(name, LogText(spec));
+    }
+}
+
+template <class T = QLabel>
+T* Find(QWidget& window, const QString& name) {
+    T* widget = window.findChild<T*>(name);
+    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
+    return widget;
+}
+
+QString Text(QWidget& window, const QString& name) {
+    return Find(window, name)->text();
+}
+
+void Click(QWidget* widget) {
+    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
+    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+}
+
+TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
+    TempCourse folder;
+    WriteCourse(folder);
+    Course course;
+    course.AppPath = folder.Path();
+    course.ProgramFolder = folder.Path();
+    QtHost host;
+    MainWindow window(course, host, false);
+    window.show();
+    window.Load();
+
+    EXPECT_EQ(window.windowTitle(), "Tallory-Optics");
+    EXPECT_EQ(Text(window, "lblSubject"), "Optics");
+    // The latest four sessions, students by ID.
+    EXPECT_EQ(Text(window, "lblSession0"), "09/02/2026");
+    EXPECT_EQ(Text(window, "lblSession21"), "09/05/2026");
+    EXPECT_EQ(Text(window, "lblStudentName1"), " S1");
+    EXPECT_EQ(Text(window, "lblSession1"), "2");
+    EXPECT_EQ(Text(window, "lblSession3"), "0");  // S3 chose a wrong answer
+    EXPECT_EQ(Text(window, "lblTotal1"), "10");
+    EXPECT_EQ(Text(window, "lblAverage1"), "Average: 2");
+    EXPECT_FALSE(Find(window, "lblNext")->isVisible());
+    EXPECT_TRUE(Find(window, "lblPrevious")->isVisible());
+
+    // One page back: the first session comes into view.
+    Click(Find(window, "lblPrevious"));
+    EXPECT_EQ(Text(window, "lblSession0"), "09/01/2026");
+    EXPECT_EQ(Find<QScrollBar>(window, "hscrlSession")->value(), 0);
+    EXPECT_TRUE(Find(window, "lblNext")->isVisible());
+
+    // An export mark follows its session while the grid moves.
+    Find<QCheckBox>(window, "chkExport1")->click();  // 09/02
+    EXPECT_EQ(course.ExportSel[2], 1);
+    Find<QScrollBar>(window, "hscrlSession")->setValue(1);
+    EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
+    EXPECT_FALSE(Find<QCheckBox>(window, "chkExport1")->isChecked());
+    QWheelEvent wheel(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
+                      QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&window, &wheel);
+    EXPECT_EQ(Text(window, "lblStudentName6"), " S7");
+    EXPECT_EQ(Text(window, "lblSession27"), "Ab");
+    EXPECT_EQ(Find(window, "lblSession27")->toolTip(), "Absent");
+    EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
+
+    // By last name the order turns round.
+    QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+    QApplication::sendEvent(Find<QComboBox>(window, "cmbDisplayName"), &up);
+    EXPECT_EQ(Find<QComboBox>(window, "cmbDisplayName")->currentText(), "Last Name");
+    EXPECT_EQ(Text(window, "lblStudentName1"), " Bname");
+    EXPECT_EQ(Text(window, "lblStudentName6"), " Gname");
+}
+
+TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
+    TempCourse folder;
+    folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
+    Course course;
+    course.AppPath = folder.Path();
+    course.ProgramFolder = folder.Path();
+    QtHost host;
+    MainWindow window(course, host, true);
+    window.show();
+    window.Load();
+    EXPECT_EQ(window.objectName(), "FrmS_120DPI");
+    EXPECT_EQ(Text(window, "lblStudentName1"), " 12345");
+    EXPECT_FALSE(Find<QWidget>(window, "cmdHelp")->isEnabled());
+    EXPECT_FALSE(Find(window, "lblExit")->isEnabled());
+    EXPECT_FALSE(Find(window, "lblSession0")->isEnabled());
+    EXPECT_TRUE(Find<QWidget>(window, "cmdExit")->isEnabled());
+    EXPECT_FALSE(Find<QWidget>(window, "cmdEdit0")->isVisible());
+}
+
+}  // namespace
+}  // namespace tallory
