@@ -1,45 +1,46 @@
 #include "ui/SessionDialogs.h"
 
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QString>
-#include <QVBoxLayout>
-
-#include "common/Course.h"
+#include "grid/ScoreGrid.h"
+#include "scoring/EditSessionScreen.h"
+#include "scoring/SetScoresScreen.h"
+#include "ui/EditSessionDialog.h"
+#include "ui/SetScoresDialog.h"
 
 namespace tallory {
 
 namespace {
 
-void ShowSessionTitle(QWidget* parent, const Course& course, int session, const char* caption) {
-    QDialog dialog(parent);
-    dialog.setWindowTitle(QString::fromLatin1(caption));
-    auto* layout = new QVBoxLayout(&dialog);
-    const std::string& title = session >= 0 && session <= kSessionTableUpper
-                                   ? course.SessionTitle[session]
-                                   : std::string();
-    layout->addWidget(new QLabel(QString::fromStdString(title), &dialog));
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    layout->addWidget(buttons);
-    dialog.exec();
-}
+// The main window's grid as the session screens see it.
+class GridLink : public SessionGrid {
+  public:
+    explicit GridLink(ScoreGrid& grid) : grid_(grid) {}
+
+    MainScreen& Screen() override { return grid_; }
+    int SessionScrollValue() const override { return grid_.View().sessionScroll.value; }
+    int SessionScrollMinimum() const override { return grid_.View().sessionScroll.minimum; }
+    int SessionScrollMaximum() const override { return grid_.View().sessionScroll.maximum; }
+    void SetSessionScrollValue(int value) override { grid_.SetSessionScroll(value); }
+
+  private:
+    ScoreGrid& grid_;
+};
 
 }  // namespace
 
 void OpenSetScores(QWidget* parent, Course& course, Host& host, ScoreGrid& grid, int session,
                    bool largeFonts) {
-    (void)host;
-    (void)grid;
-    (void)largeFonts;
-    ShowSessionTitle(parent, course, session, "Tallory - Set Scores");
+    ReadSessionForScoring(course, session);
+    GridLink link(grid);
+    SetScoresDialog dialog(course, host, link, largeFonts, parent);
+    dialog.exec();
 }
 
 void OpenEditSession(QWidget* parent, Course& course, Host& host, ScoreGrid& grid, int session) {
-    (void)host;
-    (void)grid;
-    ShowSessionTitle(parent, course, session, "Edit Session");
+    GridLink link(grid);
+    EditSessionScreen screen(course, host, link, session);
+    EditSessionDialog dialog(screen, parent);
+    dialog.exec();
+    screen.AfterClose();
 }
 
 }  // namespace tallory

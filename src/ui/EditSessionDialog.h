@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDialog>
+
+#include "scoring/EditSessionScreen.h"
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace tallory {
+
+// frmEditSession: renames or removes the session of a heading of the main window.
+class EditSessionDialog : public QDialog {
+    Q_OBJECT
+  public:
+    EditSessionDialog(EditSessionScreen& screen, QWidget* parent = nullptr);
+
+  public slots:
+    // The window's close box and Escape act as cmdCancel.
+    void reject() override;
+
+  private:
+    void Run(void (EditSessionScreen::*handler)());
+
+    EditSessionScreen& screen_;
+    QLabel* lblFileName_ = nullptr;
+    QLineEdit* txtSessionName_ = nullptr;
+    QPushButton* cmdSave_ = nullptr;
+    QPushButton* cmdRemove_ = nullptr;
+    QPushButton* cmdCancel_ = nullptr;
+};
+
+}  // namespace tallory

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+#include <stdexcept>
+
+#include "../LogText.h"
+#include "../TestSupport.h"
+#include "ui/MainWindow.h"
+#include "ui/QtHost.h"
+
+namespace tallory {
+namespace {
+
+using test::LogSpec;
+using test::LogText;
+using test::TempCourse;
+
+QApplication& App() {
+    static int argc = 1;
+    static char name[] = "set_scores_dialog_test";
+    static char* argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
+    return app;
+}
+
+// One session: S1 answers A, worth a point, S2 answers B, worth nothing.
+void WriteCourse(const TempCourse& folder) {
+    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    LogSpec log;
+    log.title = "Lenses";
+    log.voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}};
+    folder.Write("SessionData/L2609081000.csv", LogText(log));
+}
+
+template <class T>
+T* Find(QWidget& window, const QString& name) {
+    T* widget = window.findChild<T*>(name);
+    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
+    return widget;
+}
+
+// Works the modal window named `name` once it is up; the test fails if it never comes.
+void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
+    QTimer::singleShot(0, [name, work] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
+                work(*dialog);
+                return;
+            }
+        }
+        ADD_FAILURE() << name.toStdString() << " did not open";
+        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+    });
+}
+
+struct Fixture {
+    TempCourse folder;
+    Course course;
+    QtHost host;
+    std::unique_ptr<MainWindow> window;
+
+    Fixture() {
+        App();
+        WriteCourse(folder);
+        course.AppPath = folder.Path();
+        course.ProgramFolder = folder.Path();
+        window = std::make_unique<MainWindow>(course, host, false);
+        window->show();
+        window->Load();
+    }
+    // Row r of the first session's column.
+    QString Cell(int row) {
+        return Find<QLabel>(*window, QString("lblSession%1").arg(row))->text();
+    }
+};
+
+TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
+    Fixture fixture;
+    ASSERT_EQ(fixture.Cell(1).trimmed(), "2");  // a point and the participation point
+    ASSERT_EQ(fixture.Cell(2).trimmed(), "0");
+    WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Tallory - Set Scores");
+        auto* points = Find<QLineEdit>(dialog, "txtPoints1");
+        EXPECT_EQ(points->text(), "0");
+        points->setText("3");
+        emit points->editingFinished();
+        EXPECT_EQ(Find<QLabel>(dialog, "lblTotalPerfPoints")->text(), "3.00");
+        Find<QPushButton>(dialog, "cmdSet")->click();
+    });
+    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
+    EXPECT_EQ(fixture.Cell(2).trimmed(), "4");
+    EXPECT_NE(
+        fixture.folder.Read("SessionData/L2609081000.csv").find("Response B,    ,   , 1 , 3 ,"),
+        std::string::npos);
+}
+
+TEST(SetScoresDialog, CancelKeepsGridAndLog) {
+    Fixture fixture;
+    const std::string before = fixture.folder.Read("SessionData/L2609081000.csv");
+    WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
+        auto* points = Find<QLineEdit>(dialog, "txtPoints1");
+        points->setText("3");
+        emit points->editingFinished();
+        Find<QPushButton>(dialog, "cmdCancel")->click();
+    });
+    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
+    EXPECT_EQ(fixture.Cell(2).trimmed(), "0");
+    EXPECT_EQ(fixture.folder.Read("SessionData/L2609081000.csv"), before);
+}
+
+TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
+    Fixture fixture;
+    ASSERT_EQ(fixture.Cell(0).trimmed(), "Lenses");
+    WhenOpen("frmEditSession", [](QDialog& dialog) {
+        auto* title = Find<QLineEdit>(dialog, "txtSessionName");
+        EXPECT_EQ(title->text(), "Lenses");
+        title->setText("Mirrors");
+        emit title->textEdited("Mirrors");
+        emit title->returnPressed();
+    });
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(2, 2), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(Find<QLabel>(*fixture.window, "lblSession0"), &press);
+    EXPECT_EQ(fixture.Cell(0).trimmed(), "Mirrors");
+    EXPECT_NE(fixture.folder.Read("SessionData/L2609081000.csv").find(",\"Mirrors\"\r\n"),
+              std::string::npos);
+}
+
+}  // namespace
+}  // namespace tallory
