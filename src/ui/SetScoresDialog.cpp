@@ -135,7 +135,7 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
     root->addWidget(BuildButtons());
     BuildHelp();
 
-    QSize size = largeFonts_ ? QSize(1180, 800) : QSize(960, 660);
+    QSize size = largeFonts_ ? QSize(1180, 800) : QSize(940, 600);
     if (QScreen* screen = QGuiApplication::primaryScreen())
         size = size.boundedTo(screen->availableGeometry().size());
     resize(size);
