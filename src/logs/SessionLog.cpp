@@ -33,6 +33,13 @@ void DebugMessage(std::string_view text) {
     (void)text;
 }
 
+// Leading characters `c` removed, but never the last character of the text.
+std::string_view StripLeading(std::string_view text, char c) {
+    size_t at = 0;
+    while (at + 1 < text.size() && text[at] == c) ++at;
+    return text.substr(at);
+}
+
 // Number of the question groups a line holds: a group counts when its first field is there.
 int GroupsOf(const Fields& fields) {
     return fields.Count() < kFirstGroupField
@@ -176,7 +183,7 @@ void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& 
     }
     const int groups = GroupsOf(fields);
     VoteRec& vote = course.Votes[row];
-    vote.RemoteId = StripLeadingZeros(StripLeadingHash(TrimView(fields[0])));
+    vote.RemoteId = StripLeading(StripLeading(TrimView(fields[0]), '#'), '0');
     vote.StudentId = TrimView(fields[1]);
     if (vote.StudentId.empty()) vote.StudentId = RemoteToStudent(course, vote.RemoteId);
     if (vote.StudentId.empty()) vote.StudentId = "#" + vote.RemoteId;
@@ -217,12 +224,6 @@ void ReadVoteLines(Course& course, LineReader& reader) {
         if (groupCount > 0) ++course.NumVoters;
         ++row;
     }
-}
-
-std::string StripLeading(std::string_view text, char c) {
-    size_t at = 0;
-    while (at + 1 < text.size() && text[at] == c) ++at;
-    return std::string(text.substr(at));
 }
 
 // Characters from the 1-based position `from`, at most `count`; nothing past the end.
@@ -288,11 +289,11 @@ std::string RemoteToStudent(const Course& course, std::string_view remoteId) {
 }
 
 std::string StripLeadingHash(std::string_view text) {
-    return StripLeading(text, '#');
+    return std::string(StripLeading(text, '#'));
 }
 
 std::string StripLeadingZeros(std::string_view text) {
-    return StripLeading(text, '0');
+    return std::string(StripLeading(text, '0'));
 }
 
 std::string TrimLeadingSpaces(std::string_view text) {

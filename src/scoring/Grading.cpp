@@ -1,6 +1,6 @@
 #include "scoring/Grading.h"
 
-#include <cmath>
+#include <cstdint>
 #include <vector>
 
 #include "common/Numbers.h"
@@ -18,8 +18,10 @@ constexpr double kNoPointsYet = 1E-10;
 
 // Counters are 16-bit: passing that range is an overflow that ends the run, never a wrap.
 void Raise(int16_t& counter, int amount, const char* what) {
-    if (!RoundToInt16(static_cast<double>(counter) + amount, counter))
+    int raised = counter + amount;
+    if (raised < INT16_MIN || raised > INT16_MAX)
         throw RunTimeError(kOverflow, std::string("Counter ") + what);
+    counter = static_cast<int16_t>(raised);
 }
 
 // Which of the rows 1..NumQuestions are scored; a question that is not gets its Deleted flag.
@@ -138,7 +140,7 @@ void SetRequiredResponses(Course& course) {
 }
 
 double ChoicePointsOf(const QuestionRec& question, int answer) {
-    CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
+    if (answer < 0 || answer > kNoAnswer) CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
     return question.ChoicePoints[answer];
 }
 
