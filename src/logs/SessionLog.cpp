@@ -29,9 +29,7 @@ enum VoteColumn {
 constexpr std::string_view kHeaderFailure = "Error reading log file in LoadQuestion";
 
 // The reader's diagnostics have no audience: this hook is where they go, and it does nothing.
-void DebugMessage(std::string_view text) {
-    (void)text;
-}
+void DebugMessage([[maybe_unused]] std::string_view text) {}
 
 // Leading characters `c` removed, but never the last character of the text.
 std::string_view StripLeading(std::string_view text, char c) {
