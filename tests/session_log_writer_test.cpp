@@ -139,16 +139,5 @@ TEST(SessionLogWriter, AnonymousAnswerWipesTheFileTotalSoFar) {
     EXPECT_NE(log.Rewrite().find("\r\n#A1, , .5 ,"), std::string::npos);
 }
 
-TEST(SessionLogWriter, QuestionNamesInRewrittenForm) {
-    struct Case {
-        const char* name;
-        const char* normal;
-    } cases[] = {{" Don't ", "DONT"},
-                 {"Deleted :- 'Q3'", "Q3"},
-                 {"deleted :- 'it's'|y", "ITS"},
-                 {"Q1 |Y", "Q1 "}};
-    for (const auto& c : cases) EXPECT_EQ(NormaliseQuestionName(c.name), c.normal) << c.name;
-}
-
 }  // namespace
 }  // namespace tallory
