@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
 #include "../LogText.h"
@@ -22,13 +23,21 @@ using test::LogSpec;
 using test::LogText;
 using test::TempCourse;
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "set_scores_dialog_test";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
-}
+// One application for the whole run, gone before the statics of Qt are.
+class QtEnvironment : public testing::Environment {
+  public:
+    void SetUp() override { app_ = std::make_unique<QApplication>(argc_, argv_); }
+    void TearDown() override { app_.reset(); }
+
+  private:
+    int argc_ = 1;
+    char name_[23] = "set_scores_dialog_test";
+    char* argv_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> app_;
+};
+
+[[maybe_unused]] testing::Environment* const kQt =
+    testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
@@ -68,7 +77,6 @@ struct Fixture {
     std::unique_ptr<MainWindow> window;
 
     Fixture() {
-        App();
         WriteCourse(folder);
         course.AppPath = folder.Path();
         course.ProgramFolder = folder.Path();
