@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
@@ -97,6 +98,18 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
     WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Tallory - Set Scores");
         auto* points = Find<QLineEdit>(dialog, "txtPoints1");
+        EXPECT_EQ(points->text(), "0");
+        // Text that is no number is refused with its message, and the old value comes back.
+        QString shown;
+        QTimer::singleShot(0, [&shown] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                shown = box->text();
+                box->accept();
+            }
+        });
+        points->setText("three");
+        emit points->editingFinished();
+        EXPECT_EQ(shown, "Must enter a numberic value for points ");
         EXPECT_EQ(points->text(), "0");
         points->setText("3");
         emit points->editingFinished();
