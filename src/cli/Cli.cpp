@@ -146,6 +146,10 @@ std::string Padding(size_t width, size_t used) {
     return std::string(used < width ? width - used : 1, ' ');
 }
 
+void ExpectArguments(const Context& context, size_t count, const char* usage) {
+    if (context.args.size() != count) throw UsageError{std::string("usage: tallory-cli ") + usage};
+}
+
 void Print(const Context& context, nlohmann::json document, const std::string& text) {
     if (context.json) {
         document["messages"] = context.host.MessagesJson();

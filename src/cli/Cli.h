@@ -59,6 +59,9 @@ struct UsageError {
     std::string message;
 };
 
+// Throws a usage error unless the command got exactly `count` words.
+void ExpectArguments(const Context& context, size_t count, const char* usage);
+
 // Writes the JSON document (with "messages") or the text on stdout.
 void Print(const Context& context, nlohmann::json document, const std::string& text);
 

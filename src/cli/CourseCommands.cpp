@@ -16,10 +16,6 @@ namespace tallory::cli {
 
 namespace {
 
-void ExpectArguments(const Context& context, size_t count, const char* usage) {
-    if (context.args.size() != count) throw UsageError{std::string("usage: tallory-cli ") + usage};
-}
-
 // The grid's "Average:" figure: the total over all sessions, attended or not.
 double GridAverage(const Course& course, const StudentRec& student) {
     return course.NumSessions < 1 ? 0 : Round(student.Score[0] / course.NumSessions, 2);

@@ -145,10 +145,6 @@ class ScreenScript {
     const Course& course_;
 };
 
-void ExpectArguments(const Context& context, size_t count, const char* usage) {
-    if (context.args.size() != count) throw UsageError{std::string("usage: tallory-cli ") + usage};
-}
-
 // Ends a command that did not do what was asked: the reason on stderr, and in JSON as well.
 int Failed(const Context& context, nlohmann::json document, const std::string& reason) {
     std::cerr << "tallory-cli: " << reason << "\n";

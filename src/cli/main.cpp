@@ -35,7 +35,12 @@ const char* kUsage =
     "  grid [--by-name]      the score grid of the course\n"
     "  session N             session N read and scored as Set Scores shows it\n"
     "  log FILE              one log file read and scored\n"
-    "  rewrite N             write session N's log back as saving Set Scores unchanged does\n";
+    "  rewrite N             write session N's log back as saving Set Scores unchanged does\n"
+    "  set-scores N [--participation P] [--cap X | --no-cap] [--min-responses R]\n"
+    "             [--question Q (--correct A..E|--) (--points a,b,c,d,e) (--delete|--restore)\n"
+    "              (--title T)]...   edit session N's scoring as Set Scores does, and save\n"
+    "  rename N TITLE        give session N a new title\n"
+    "  remove N --yes        remove session N (its log is emptied, a copy xL... kept)\n";
 
 }  // namespace
 
