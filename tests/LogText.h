@@ -12,7 +12,7 @@ struct LogVoter {
     std::vector<std::string> answers;  // one letter (or "") per question
 };
 
-struct LogSpec {
+struct LogPlan {
     std::string title;
     double performance = 10;
     std::vector<std::string> names = {"Q1"};
@@ -20,7 +20,7 @@ struct LogSpec {
     std::vector<LogVoter> voters;
 };
 
-inline std::string LogText(const LogSpec& spec) {
+inline std::string LogText(const LogPlan& plan) {
     auto number = [](double value) {
         char buffer[40];
         std::snprintf(buffer, sizeof buffer, "%.15g", value < 0 ? -value : value);
@@ -28,23 +28,23 @@ inline std::string LogText(const LogSpec& spec) {
         if (digits.rfind("0.", 0) == 0) digits.erase(0, 1);
         return (value < 0 ? "-" : " ") + digits + " ";
     };
-    std::string text = "Scoring,  Performance = " + number(spec.performance) +
+    std::string text = "Scoring,  Performance = " + number(plan.performance) +
                        ", Participation = " + number(1) + ", Min Reply = " + number(1) +
-                       ", Min Correct = " + number(1) + ",\"" + spec.title + "\"\r\nQuestion, ,";
-    for (const auto& name : spec.names)
+                       ", Min Correct = " + number(1) + ",\"" + plan.title + "\"\r\nQuestion, ,";
+    for (const auto& name : plan.names)
         text += " ,\"" + name +
                 "\" ,Score   ,  Final Answer Time, Number of Attempts, First Response,  Time ";
     for (const char* heading : {"\r\nStart Time, , ", "\r\nStop Time, ,", "\r\nCorrect Answer, ,"})
-        for (size_t q = 0; q < spec.names.size(); ++q) {
+        for (size_t q = 0; q < plan.names.size(); ++q) {
             if (q == 0) text += heading;
             text += " ,10:00:00,, , , ,";
         }
     for (int i = 0; i < 5; ++i) {
         text += "\r\nResponse " + std::string(1, static_cast<char>('A' + i)) + ",    ,   ,";
-        for (size_t q = 0; q < spec.names.size(); ++q)
-            text += number(0) + "," + number(spec.points[q][i]) + ",, , , ,";
+        for (size_t q = 0; q < plan.names.size(); ++q)
+            text += number(0) + "," + number(plan.points[q][i]) + ",, , , ,";
     }
-    for (const auto& voter : spec.voters) {
+    for (const auto& voter : plan.voters) {
         text += "\r\n" + voter.remote + "," +
                 (voter.student.empty() ? " " : "\"" + voter.student + "\"") + ", 0 ,";
         for (const auto& answer : voter.answers)

@@ -112,9 +112,9 @@ TEST(Cli, RewriteTwiceGivesTheSameBytes) {
 
 TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
     TempCourse course;
-    test::LogSpec spec;
-    spec.voters = {{"#A1", "", {"A"}}};
-    std::string text = test::LogText(spec) + "#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,\r\n";
+    test::LogPlan plan;
+    plan.voters = {{"#A1", "", {"A"}}};
+    std::string text = test::LogText(plan) + "#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,\r\n";
     course.Write("SessionData/L2609081000.csv", text);
     auto before = Snapshot(course.Path());
     for (auto arguments : std::vector<std::vector<std::string>>{
@@ -145,9 +145,9 @@ TEST(Cli, UsageErrorsExitWithTwo) {
 
 TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
     TempCourse course;
-    test::LogSpec spec;
-    spec.voters = {{"#00A1", "", {"A"}}, {"B2", "S9", {"B"}}};
-    course.Write("SessionData/L2609081000.csv", test::LogText(spec));
+    test::LogPlan plan;
+    plan.voters = {{"#00A1", "", {"A"}}, {"B2", "S9", {"B"}}};
+    course.Write("SessionData/L2609081000.csv", test::LogText(plan));
     auto result = RunCli({"--course", course.Path(), "grid", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     json grid = json::parse(result.out);

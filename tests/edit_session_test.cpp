@@ -10,7 +10,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::TempCourse;
 
@@ -24,7 +24,7 @@ struct SessionsCourse {
     explicit SessionsCourse(const std::string& cms = "General") {
         folder.Write("SessionData/Config.csv", "\"CMS\" ,\"" + cms + "\" ,\"\"\r\n");
         for (int day = 1; day <= 6; ++day) {
-            LogSpec log;
+            LogPlan log;
             log.title = day == 1 ? "Intro" : day == 6 ? "Forces" : "";
             log.voters = {{"#A" + std::to_string(day), "", {"A"}}};
             folder.Write(LogName(day, "SessionData/"), LogText(log));

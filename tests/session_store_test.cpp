@@ -9,7 +9,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::LogVoter;
 using test::TempCourse;
@@ -19,13 +19,13 @@ void WriteSmallCourse(const TempCourse& course) {
     course.Write("Roster.txt",
                  "!Last,First,ID\r\nZeta, Ann, S3\r\nAlpha, Bob, S2\r\nMid, Cy, S1\r\n");
     course.Write("SessionData/RemoteID.csv", "#A1,\"S1\"\r\n#A2,\"S2\"\r\n#A22,\"S2\"\r\n");
-    LogSpec first;
+    LogPlan first;
     first.voters = {{"#A1", "", {"A"}}, {"A2", "", {"B"}}, {"#FF", "", {"A"}}};
     course.Write("SessionData/L2609081000.csv", LogText(first));
-    LogSpec second;  // S2 votes with both clickers: the first line counts
+    LogPlan second;  // S2 votes with both clickers: the first line counts
     second.voters = {{"#A22", "", {"A"}}, {"#A2", "", {"B"}}, {"#A1", "", {""}}};
     course.Write("SessionData/L2609081400.csv", LogText(second));
-    LogSpec third;
+    LogPlan third;
     third.title = "Review";
     third.voters = {{"#A1", "", {"A"}}};
     course.Write("SessionData/L2609081600.csv", LogText(third));
@@ -122,11 +122,11 @@ TEST(SessionStore, SortsByLastNameWithUnregisteredRemotesLast) {
 
 TEST(SessionStore, TakesOnlyFifteenCharacterLogNames) {
     TempCourse folder;
-    LogSpec spec;
-    spec.voters = {{"#A1", "", {"A"}}};
+    LogPlan plan;
+    plan.voters = {{"#A1", "", {"A"}}};
     for (const char* name : {"L2609081000.csv", "L260908100.csv", "L2609081000a.csv",
                              "l2609091000.CSV", "xL2609101000.csv", "Other.csv"})
-        folder.Write(std::string("SessionData/") + name, LogText(spec));
+        folder.Write(std::string("SessionData/") + name, LogText(plan));
     folder.Write("SessionData/L2609111000.csv", "");  // an emptied log holds no session
     Loaded loaded;
     Load(loaded, folder);
@@ -137,9 +137,9 @@ TEST(SessionStore, TakesOnlyFifteenCharacterLogNames) {
 
 TEST(SessionStore, LoadsTheFirstNinetyNineOfMoreLogs) {
     TempCourse folder;
-    LogSpec spec;
-    spec.voters = {{"#A1", "", {"A"}}};
-    std::string text = LogText(spec);
+    LogPlan plan;
+    plan.voters = {{"#A1", "", {"A"}}};
+    std::string text = LogText(plan);
     for (int i = 0; i < 100; ++i) {
         char name[40];
         std::snprintf(name, sizeof name, "SessionData/L26%02d%02d1000.csv", 1 + i / 28, 1 + i % 28);
@@ -155,10 +155,10 @@ TEST(SessionStore, LoadsTheFirstNinetyNineOfMoreLogs) {
 
 TEST(SessionStore, MoreThanFourThousandStudentsEndsTheLoad) {
     TempCourse folder;
-    LogSpec spec;
+    LogPlan plan;
     for (int i = 0; i < 4001; ++i)
-        spec.voters.push_back({"#" + std::to_string(100000 + i), "", {"A"}});
-    folder.Write("SessionData/L2609081000.csv", LogText(spec));
+        plan.voters.push_back({"#" + std::to_string(100000 + i), "", {"A"}});
+    folder.Write("SessionData/L2609081000.csv", LogText(plan));
     Loaded loaded;
     try {
         Load(loaded, folder);

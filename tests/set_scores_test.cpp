@@ -16,7 +16,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::LogVoter;
 using test::TempCourse;
@@ -37,7 +37,7 @@ struct ScoringCourse {
     RecordingHost host;
     HeadlessSessionGrid grid{course};
 
-    explicit ScoringCourse(const LogSpec& log, const std::string& config = "") {
+    explicit ScoringCourse(const LogPlan& log, const std::string& config = "") {
         folder.Write("Roster.txt", "Alpha, Ann, S1\r\n");
         folder.Write("SessionData/RemoteID.csv", "#A1,\"S1\"\r\n");
         if (!config.empty()) folder.Write("SessionData/Config.csv", config);
@@ -67,8 +67,8 @@ std::vector<LogVoter> Voters(int count,
     return voters;
 }
 
-LogSpec Questions(int count) {
-    LogSpec log;
+LogPlan Questions(int count) {
+    LogPlan log;
     log.names.clear();
     log.points.clear();
     for (int q = 1; q <= count; ++q) {
@@ -114,7 +114,7 @@ TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
 }
 
 TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
-    LogSpec log;
+    LogPlan log;
     log.points = {{2, 0, 0, 0, 0}};
     log.voters = Voters(40, [](int i) { return std::vector<std::string>{i <= 19 ? "A" : "B"}; });
     ScoringCourse fixture(log, ConfigText({{"CourseName", "Mechanics"}}));
@@ -139,7 +139,7 @@ TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
 }
 
 TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
-    LogSpec log;
+    LogPlan log;
     log.points = {{7.5, 0, 0, 0, 0}};
     ScoringCourse fixture(log);
     EXPECT_EQ(fixture.Open().Controls().lblTotalPerfPoints.text, "7.50");
@@ -164,7 +164,7 @@ TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
 }
 
 TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
-    LogSpec log = Questions(2);
+    LogPlan log = Questions(2);
     // The last voter decides that the question was polled anonymously.
     log.voters = Voters(4, [](int i) { return std::vector<std::string>{"A", i == 1 ? "" : "X"}; });
     ScoringCourse fixture(log);
@@ -325,7 +325,7 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
 }
 
 TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
-    LogSpec log = Questions(2);
+    LogPlan log = Questions(2);
     log.points = {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}};
     log.voters = {{"#A1", "", {"C", "A"}}, {"#B7", "", {"B", "A"}}};
     ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
@@ -389,7 +389,7 @@ class FileSizeLimit {
 };
 
 TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
-    LogSpec log = Questions(1);
+    LogPlan log = Questions(1);
     log.voters = {{"#A1", "", {"B"}}};
     ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
     std::string before = fixture.LogBytes();
@@ -451,7 +451,7 @@ TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
 }
 
 TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
-    LogSpec log = Questions(2);
+    LogPlan log = Questions(2);
     log.points = {{0, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
     log.voters = {{"#A1", "", {"B", "X"}}, {"#B7", "", {"C", "X"}}};
     ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
@@ -485,7 +485,7 @@ TEST(SetScoresCli, RefusedEditsSaveNothing) {
         {{"--cap", "lots"}, "[Max Points] Not a valid number"},
     };
     for (const auto& row : rows) {
-        LogSpec log = Questions(2);
+        LogPlan log = Questions(2);
         log.voters = {{"#A1", "", {"B", "X"}}};
         ScoringCourse fixture(log);
         std::string before = fixture.LogBytes();

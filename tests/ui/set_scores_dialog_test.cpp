@@ -20,7 +20,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::TempCourse;
 
@@ -43,7 +43,7 @@ class QtEnvironment : public testing::Environment {
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
     folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
-    LogSpec log;
+    LogPlan log;
     log.title = "Lenses";
     log.voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}};
     folder.Write("SessionData/L2609081000.csv", LogText(log));
