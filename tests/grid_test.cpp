@@ -11,7 +11,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::LogVoter;
 using test::TempCourse;
@@ -44,9 +44,9 @@ struct OpenGrid {
     ScoreGrid grid{course};
 
     void WriteSessions(int sessions, const std::vector<LogVoter>& voters) const {
-        LogSpec spec;
-        spec.voters = voters;
-        for (int day = 1; day <= sessions; ++day) folder.Write(LogName(day), LogText(spec));
+        LogPlan plan;
+        plan.voters = voters;
+        for (int day = 1; day <= sessions; ++day) folder.Write(LogName(day), LogText(plan));
     }
 
     void Open(bool largeFonts = false) {
@@ -215,7 +215,7 @@ TEST(ScoreGrid, NamesAndColoursInBothOrders) {
 TEST(ScoreGrid, CellsTotalsAndAverages) {
     OpenGrid open;
     open.WriteSessions(2, Voters(2));
-    LogSpec third;
+    LogPlan third;
     third.voters = {{"#A1", "S1", {"A"}}};  // S2 is absent
     open.folder.Write(LogName(3), LogText(third));
     open.Open();
@@ -273,7 +273,7 @@ TEST(ScoreGrid, HeadingsAndSetScoresChooseTheirSession) {
 TEST(ScoreGrid, HoverOverHeadingsAndAbsences) {
     OpenGrid open;
     open.WriteSessions(2, Voters(2));
-    LogSpec third;
+    LogPlan third;
     third.voters = {{"#A1", "S1", {"A"}}};
     open.folder.Write(LogName(3), LogText(third));
     open.Open();

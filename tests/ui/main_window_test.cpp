@@ -20,7 +20,7 @@
 namespace tallory {
 namespace {
 
-using test::LogSpec;
+using test::LogPlan;
 using test::LogText;
 using test::TempCourse;
 
@@ -44,18 +44,18 @@ class QtEnvironment : public testing::Environment {
 void WriteCourse(const TempCourse& folder) {
     folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
     std::string roster;
-    LogSpec spec;
+    LogPlan plan;
     for (int i = 1; i <= 7; ++i) {
         const std::string id = "S" + std::to_string(i);
         roster += std::string(1, static_cast<char>('H' - i)) + "name, First, " + id + "\r\n";
-        spec.voters.push_back({"#A" + std::to_string(i), id, {i == 3 ? "B" : "A"}});
+        plan.voters.push_back({"#A" + std::to_string(i), id, {i == 3 ? "B" : "A"}});
     }
     folder.Write("Roster.txt", roster);
     for (int day = 1; day <= 5; ++day) {
         char name[40];
         std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
-        if (day == 5) spec.voters.pop_back();  // S7 misses the last session
-        folder.Write(name, LogText(spec));
+        if (day == 5) plan.voters.pop_back();  // S7 misses the last session
+        folder.Write(name, LogText(plan));
     }
 }
 
