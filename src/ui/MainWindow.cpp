@@ -48,15 +48,23 @@ QFrame#PicHelp { background: #fffef4; border: 1px solid #c9c48a; border-radius: 
 QFrame#PicHelp QLabel { color: #2b2b1f; }
 )";
 
-// Font sizes of the ordinary layout, in points, at the window's design height.
+// Font sizes in points at the window's design height. Points grow with the screen's pixels per
+// inch, so a large-font screen shows larger type in both layouts.
 constexpr double kTitlePoints = 17;
 constexpr double kTextPoints = 10.5;
 constexpr double kCellPoints = 12;
 constexpr double kSmallPoints = 9.5;
-// The large-font layout has the same controls with larger type.
-constexpr double kLargeFontFactor = 1.25;
-constexpr int kDesignWidth = 1000;
-constexpr int kDesignHeight = 700;
+
+struct Layout {
+    QSize design;
+    QSize minimum;
+    QMargins margins;
+};
+
+// The ordinary layout, and the large-font one: the same controls in less room, so that the larger
+// type still fits a 1024 x 768 screen.
+constexpr Layout kSubjectLayout{{1000, 700}, {760, 540}, {20, 16, 20, 16}};
+constexpr Layout kLargeFontLayout{{816, 600}, {640, 480}, {12, 8, 12, 8}};
 
 void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
     if (widget->property(name) == value) return;
@@ -89,15 +97,17 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
       host_(host),
       grid_(course),
       largeFonts_(largeFonts),
-      designHeight_(kDesignHeight) {
+      designHeight_(largeFonts ? kLargeFontLayout.design.height()
+                               : kSubjectLayout.design.height()) {
+    const Layout& layout = largeFonts ? kLargeFontLayout : kSubjectLayout;
     setObjectName(largeFonts ? "FrmS_120DPI" : "frmSubject");
     setWindowTitle("Tallory");
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(kStyle);
-    setMinimumSize(760, 540);
+    setMinimumSize(layout.minimum);
 
     auto* root = new QVBoxLayout(this);
-    root->setContentsMargins(20, 16, 20, 16);
+    root->setContentsMargins(layout.margins);
     root->setSpacing(10);
     BuildHeader(root);
     BuildGrid(root);
@@ -111,7 +121,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
 
     grid_.onChanged = [this] { Repaint(); };
 
-    resize(kDesignWidth, kDesignHeight);
+    resize(layout.design);
     ApplyScale();
     Repaint();
 }
@@ -129,7 +139,6 @@ void MainWindow::ShowOnScreen() {
 }
 
 void MainWindow::Scale(QWidget* widget, double pointSize, bool bold) {
-    if (largeFonts_) pointSize *= kLargeFontFactor;
     QFont font = widget->font();
     font.setBold(bold);
     font.setPointSizeF(pointSize);

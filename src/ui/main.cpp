@@ -27,8 +27,12 @@ std::string CurrentFolder() {
 tallory::MainLayout ScreenLayout() {
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (!screen) return tallory::MainLayout::Subject;
-    const QSize pixels = screen->size() * screen->devicePixelRatio();
-    return tallory::ChooseLayout(pixels.width(), pixels.height(), screen->logicalDotsPerInch());
+    // Qt counts in device-independent pixels; the test is on the screen's own pixels, and on the
+    // pixels per inch that the user's font size asks for.
+    const double ratio = screen->devicePixelRatio();
+    const QSize pixels = screen->size() * ratio;
+    return tallory::ChooseLayout(pixels.width(), pixels.height(),
+                                 screen->logicalDotsPerInch() * ratio);
 }
 
 }  // namespace
