@@ -25,6 +25,7 @@ CourseListDialog::CourseListDialog(const std::string& programFolder, QWidget* pa
     prompt->setFont(bold);
     lstCourses_ = new QListWidget(this);
     lstCourses_->setObjectName("lstCourses");
+    lstCourses_->setStyleSheet("QListWidget::item { padding: 5px 6px; }");
     cmdSetAndStart_ = new QPushButton("&Open Tallory", this);
     cmdSetAndStart_->setObjectName("cmdSetAndStart");
     cmdSetAndStart_->setDefault(true);

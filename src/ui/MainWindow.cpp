@@ -183,7 +183,8 @@ void MainWindow::BuildHeader(QVBoxLayout* root) {
     cmbDisplayName_->addItems({"Last Name", "Student ID"});
     cmbDisplayName_->setCurrentIndex(static_cast<int>(DisplayOrder::StudentId));
     Scale(cmbDisplayName_, kTextPoints);
-    connect(cmbDisplayName_, &QComboBox::activated, this, [this](int row) {
+    // Repaint sets the row with signals blocked, so only a change by the user arrives here.
+    connect(cmbDisplayName_, &QComboBox::currentIndexChanged, this, [this](int row) {
         Guarded([&] { grid_.DisplayNameChanged(static_cast<DisplayOrder>(row), host_); });
     });
     lblPrevious_ = MakeLink(QString::fromUtf8("\u25C0  Previous"), "lblPrevious");

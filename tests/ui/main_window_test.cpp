@@ -121,6 +121,11 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     EXPECT_EQ(Find(window, "lblSession27")->toolTip(), "Absent");
     EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
 
+    // Type grows with the window's height.
+    const double points = Find(window, "lblSession1")->font().pointSizeF();
+    window.resize(window.width(), window.height() * 2);
+    EXPECT_GT(Find(window, "lblSession1")->font().pointSizeF(), points * 1.5);
+
     // By last name the order turns round.
     QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
     QApplication::sendEvent(Find<QComboBox>(window, "cmbDisplayName"), &up);
