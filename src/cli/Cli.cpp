@@ -45,14 +45,17 @@ LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order) {
     return LoadCourse(context.course, context.host, screen, options);
 }
 
-int SessionNumber(const Context& context, const std::string& word) {
+int NumberArgument(const std::string& word, int highest, const char* what) {
     double value = 0;
-    if (!ToDouble(word, value) || value != Int(value) || value < 1 ||
-        value > context.course.NumSessions) {
-        throw UsageError{"session number must be between 1 and " +
-                         std::to_string(context.course.NumSessions) + ", not '" + word + "'"};
+    if (!ToDouble(word, value) || value != Int(value) || value < 1 || value > highest) {
+        throw UsageError{std::string(what) + " must be between 1 and " + std::to_string(highest) +
+                         ", not '" + word + "'"};
     }
     return static_cast<int>(value);
+}
+
+int SessionNumber(const Context& context, const std::string& word) {
+    return NumberArgument(word, context.course.NumSessions, "session number");
 }
 
 nlohmann::json SessionJson(const Course& course, int number, const std::string& file) {

@@ -48,6 +48,9 @@ std::string SessionText(const Course& course, int number, const std::string& fil
 // Texts of the course files are bytes; JSON needs UTF-8 (bytes above 0x7F as Windows-1252).
 std::string JsonText(const std::string& bytes);
 
+// Parses a whole number argument 1..highest; throws UsageError naming `what` otherwise.
+int NumberArgument(const std::string& word, int highest, const char* what);
+
 // Parses a session number argument 1..NumSessions; throws UsageError otherwise.
 int SessionNumber(const Context& context, const std::string& word);
 

@@ -94,11 +94,7 @@ class ScreenScript {
   private:
     // lblNext and lblPrevious, as often as it takes.
     void GoTo(const std::string& word) {
-        double number = 0;
-        if (!ToDouble(word, number) || number != Int(number) || number < 1 ||
-            number > course_.NumQuestions)
-            throw UsageError{"question number must be between 1 and " +
-                             std::to_string(course_.NumQuestions) + ", not '" + word + "'"};
+        const int number = NumberArgument(word, course_.NumQuestions, "question number");
         while (screen_.CurQuestion() < number) screen_.lblNextClick();
         while (screen_.CurQuestion() > number) screen_.lblPreviousClick();
     }
