@@ -179,8 +179,7 @@ TEST(EditSessionCli, RenameAndRemove) {
     const std::string& course = fixture.folder.Path();
     auto refused = test::RunCli({"--course", course, "rename", "2", "Vectors, part 1"});
     EXPECT_EQ(refused.status, 1);
-    EXPECT_NE(refused.err.find("[Tallory] Session name may not contain a comma\n"),
-              std::string::npos);
+    EXPECT_NE(refused.err.find("may not contain a comma"), std::string::npos);
     auto renamed = test::RunCli({"--course", course, "rename", "2", "Vectors"});
     ASSERT_EQ(renamed.status, 0) << renamed.err;
     EXPECT_NE(fixture.Log(2).find(",\"Vectors\"\r\n"), std::string::npos);
@@ -188,9 +187,7 @@ TEST(EditSessionCli, RenameAndRemove) {
     std::string before = fixture.Log(2);
     auto declined = test::RunCli({"--course", course, "remove", "2"});
     EXPECT_EQ(declined.status, 1);
-    EXPECT_NE(declined.err.find("[Confirm Remove] Are you sure you want to remove lecture "
-                                "L0909121030.csv\n"),
-              std::string::npos);
+    EXPECT_NE(declined.err.find("[Confirm Remove]"), std::string::npos);
     EXPECT_EQ(fixture.Log(2), before);
     auto removed = test::RunCli({"--course", course, "remove", "2", "--yes"});
     ASSERT_EQ(removed.status, 0) << removed.err;

@@ -105,6 +105,8 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
     open.Open();
     ScoreGrid& grid = open.grid;
     ASSERT_EQ(grid.PageNo(), 2);
+    EXPECT_FALSE(open.folder.Exists("SessionData/Config.csv"));  // no settings, no settings file
+    EXPECT_FALSE(open.folder.Exists("SessionData/config.csv"));
 
     grid.NextClick();  // already on the last session
     EXPECT_EQ(grid.PageNo(), 2);
@@ -140,23 +142,20 @@ TEST(ScoreGrid, StudentScrollBarAndWheel) {
         if (c.visible) {
             EXPECT_EQ(open.view().studentScroll.maximum, c.maximum);
         }
+        if (c.students < 7) continue;
+        ScoreGrid& grid = open.grid;
+        EXPECT_EQ(open.view().name[6], " S6");
+        grid.MouseWheel(-120);  // towards the user: down the list
+        EXPECT_EQ(open.view().studentScroll.value, 1);
+        EXPECT_EQ(open.view().name[1], " S2");
+        EXPECT_EQ(open.view().name[6], " S7");
+        grid.MouseWheel(-120);  // the last student is already shown
+        EXPECT_EQ(open.view().studentScroll.value, 1);
+        grid.MouseWheel(120);
+        EXPECT_EQ(open.view().name[1], " S1");
+        grid.StudentScrollChanged(1);
+        EXPECT_EQ(grid.StudentClick(6), 7);
     }
-
-    OpenGrid open;
-    open.WriteSessions(1, Voters(7));
-    open.Open();
-    ScoreGrid& grid = open.grid;
-    EXPECT_EQ(open.view().name[6], " S6");
-    grid.MouseWheel(-120);  // towards the user: down the list
-    EXPECT_EQ(open.view().studentScroll.value, 1);
-    EXPECT_EQ(open.view().name[1], " S2");
-    EXPECT_EQ(open.view().name[6], " S7");
-    grid.MouseWheel(-120);  // the last student is already shown
-    EXPECT_EQ(open.view().studentScroll.value, 1);
-    grid.MouseWheel(120);
-    EXPECT_EQ(open.view().name[1], " S1");
-    grid.StudentScrollChanged(1);
-    EXPECT_EQ(grid.StudentClick(6), 7);
 }
 
 TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
@@ -212,7 +211,7 @@ TEST(ScoreGrid, NamesAndColoursInBothOrders) {
     EXPECT_EQ(byName[3].colour, Red);
 }
 
-TEST(ScoreGrid, CellsTotalsAndAverages) {
+TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
     OpenGrid open;
     open.WriteSessions(2, Voters(2));
     LogPlan third;
@@ -225,6 +224,23 @@ TEST(ScoreGrid, CellsTotalsAndAverages) {
     EXPECT_EQ(open.Cell(2, 2), "Ab");
     EXPECT_EQ(view.total[1], "6");
     EXPECT_EQ(view.total[2], "4");
+    struct Case {
+        int index;
+        bool underline;
+        const char* tip;
+    } hovers[] = {
+        {0, true, ""},         // a heading
+        {1, false, ""},        // points
+        {16, true, "Absent"},  // S2 in the third session
+        {21, false, ""},       // the blank fourth heading
+        {22, false, ""},       // a blank cell
+    };
+    for (const Case& c : hovers) {
+        Hover hover = open.grid.HoverOf(c.index);
+        EXPECT_EQ(hover.underline, c.underline) << c.index;
+        EXPECT_EQ(hover.handCursor, c.underline) << c.index;
+        EXPECT_EQ(hover.tip, c.tip) << c.index;
+    }
 
     // A total of 7 over three sessions, whichever were attended.
     open.course.Students[1].Score[0] = 7;
@@ -235,7 +251,7 @@ TEST(ScoreGrid, CellsTotalsAndAverages) {
     EXPECT_EQ(view.average[2], "Average: 2.34");  // 2.345: the half goes to the even digit
 }
 
-TEST(ScoreGrid, ExportMarksStayWithTheirSession) {
+TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
     OpenGrid open;
     open.WriteSessions(5, Voters(1));
     open.Open();
@@ -250,13 +266,7 @@ TEST(ScoreGrid, ExportMarksStayWithTheirSession) {
     EXPECT_TRUE(open.view().exportChecked[0]);
     grid.ExportChanged(0, false);
     EXPECT_EQ(open.course.ExportSel[2], 0);
-}
 
-TEST(ScoreGrid, HeadingsAndSetScoresChooseTheirSession) {
-    OpenGrid open;
-    open.WriteSessions(5, Voters(1));
-    open.Open();
-    ScoreGrid& grid = open.grid;
     EXPECT_EQ(grid.HeadingClick(8), 0);  // a cell, not a heading
     EXPECT_EQ(grid.HeadingClick(7), 3);
     EXPECT_EQ(open.course.CurrentSession, 3);
@@ -268,33 +278,6 @@ TEST(ScoreGrid, HeadingsAndSetScoresChooseTheirSession) {
     few.WriteSessions(2, Voters(1));
     few.Open();
     EXPECT_EQ(few.grid.HeadingClick(14), 0);  // the blank third column
-}
-
-TEST(ScoreGrid, HoverOverHeadingsAndAbsences) {
-    OpenGrid open;
-    open.WriteSessions(2, Voters(2));
-    LogPlan third;
-    third.voters = {{"#A1", "S1", {"A"}}};
-    open.folder.Write(LogName(3), LogText(third));
-    open.Open();
-    struct Case {
-        int index;
-        bool underline;
-        const char* tip;
-    } cases[] = {
-        {0, true, ""},         // a heading
-        {1, false, ""},        // points
-        {16, true, "Absent"},  // S2 in the third session
-        {21, false, ""},       // the blank fourth heading
-        {22, false, ""},       // a blank cell
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.index);
-        Hover hover = open.grid.HoverOf(c.index);
-        EXPECT_EQ(hover.underline, c.underline);
-        EXPECT_EQ(hover.handCursor, c.underline);
-        EXPECT_EQ(hover.tip, c.tip);
-    }
 }
 
 TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
@@ -355,14 +338,6 @@ TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
         EXPECT_EQ(open.view().subject, "Optics");
         EXPECT_EQ(open.view().cms, open.grid.Format().caption);
     }
-}
-
-TEST(ScoreGrid, CourseWithoutSettingsGetsNoSettingsFile) {
-    OpenGrid open;
-    open.WriteSessions(1, Voters(1));
-    open.Open();
-    EXPECT_FALSE(open.folder.Exists("SessionData/Config.csv"));
-    EXPECT_FALSE(open.folder.Exists("SessionData/config.csv"));
 }
 
 }  // namespace

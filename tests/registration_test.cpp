@@ -258,6 +258,7 @@ TEST(RemoteIds, ReadsRegistrationsAndDropsConflictingLines) {
         {"123ABC,\"S1\"\r\n123ABC,\"s1\"\r\n", {"S1=123ABC"}, 1},  // the test has case
         {"123ABC,\"S1\"\r\n#0123abc,\"S2\"\r\n77,S3\r\n", {"S1=123ABC", "S3=77"}, 1},
         {"A,S1\r\n", {"S1="}, 0},  // one character does not survive the left trim
+        {"  B,S2\r\n  CD ,S3\r\n", {"S2=", "S3=CD"}, 0},  // nor one after blanks
         {"123ABC\r\n,\r\nAB12,S1,extra\r\n", {"S1=AB12"}, 0},
         {"#000, S1 \r\n 0x1,S2\r\n", {"S1=0", "S2=X1"}, 0},
         {"\"AB\"\"12\",\"S\"\"1\"\r\n", {"S1=AB12"}, 0},
@@ -303,14 +304,6 @@ TEST(RemoteIds, ConflictNamesBothStudentsAndTheFirstOneKeepsTheRemote) {
               "support@tallory.example for additional assistance.");
     EXPECT_EQ(f.host.progressTexts, (Ids{"Reading Remote Id(s) .... Patience requested",
                                          "Remote Id(s) file read sucessfully"}));
-}
-
-TEST(RemoteIds, MissingFileGivesAnEmptyTable) {
-    Folder f;
-    f.ReadRemotesText("AB12,S1\r\n");
-    ReadRemoteIds(f.course, f.host, f.folder.File("SessionData/None.csv"));
-    EXPECT_EQ(f.course.NumRemotes, 0);
-    EXPECT_EQ(StudentOfRemote(f.course, "AB12"), "");
 }
 
 TEST(RemoteIds, SameRemoteComparesNormalForms) {
@@ -368,6 +361,10 @@ TEST(RemoteIds, LookUpFollowsAddedAndRemovedRows) {
     RemoveRemote(f.course, f.host, "CD34");
     EXPECT_EQ(StudentOfRemote(f.course, "CD34"), "S5");
     EXPECT_TRUE(f.host.messages.empty());
+
+    ReadRemoteIds(f.course, f.host, f.folder.File("SessionData/None.csv"));  // a missing file
+    EXPECT_EQ(f.course.NumRemotes, 0);
+    EXPECT_EQ(StudentOfRemote(f.course, "AB12"), "");
 }
 
 TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
@@ -382,21 +379,6 @@ TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
     EXPECT_EQ(f.host.messages[0].text, "Unable to write remote id file " + f.folder.File(name) +
                                            " new registrations not stored.");
     EXPECT_EQ(f.host.messages[0].icon, Icon::None);
-}
-
-TEST(RemoteIds, TrimsOfTheReader) {
-    struct Case {
-        const char* text;
-        const char* left;
-        const char* right;
-    } cases[] = {
-        {"", "", ""},       {"A", "", "A"},           {"  A", "", "  A"},
-        {"AB", "AB", "AB"}, {"  AB ", "AB ", "  AB"}, {"   ", "", ""},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(TrimLeftBlanks(c.text), c.left) << "[" << c.text << "]";
-        EXPECT_EQ(TrimRightBlanks(c.text), c.right) << "[" << c.text << "]";
-    }
 }
 
 TEST(RemoteIds, ClickerCheckStartsAfreshOncePerRun) {

@@ -14,8 +14,9 @@ struct Settings {
     Course course;
     RecordingHost host;
 
-    explicit Settings(std::string_view config) {
-        folder.Write("SessionData/Config.csv", config);
+    // Without a text the course has no settings file.
+    explicit Settings(const char* config) {
+        if (config) folder.Write("SessionData/Config.csv", config);
         course.AppPath = folder.Path();
         ReadConfig(course, host);
     }
@@ -39,7 +40,7 @@ TEST(Settings, ReadsEachLineAsKeyValueAndTheFieldsAfterTheNote) {
     std::string config;
     for (const Case& c : cases) config += std::string(c.line) + "\r\n";
     config += "lonely\r\n\r\n";  // fewer than two fields: not a setting
-    Settings settings(config);
+    Settings settings(config.c_str());
     ASSERT_EQ(settings.course.NumParams, 5);
     for (int i = 0; i < 5; ++i) {
         const ParamRec& param = settings.course.Params[i + 1];
@@ -72,7 +73,7 @@ TEST(Settings, TheHundredthKeyEndsTheRead) {
     std::string config;
     for (int i = 1; i <= 101; ++i)
         config += "Key" + std::to_string(i) + ",v" + std::to_string(i) + "\r\n";
-    Settings settings(config);
+    Settings settings(config.c_str());
     EXPECT_EQ(settings.course.NumParams, 99);
     EXPECT_EQ(GetParam(settings.course, "key99", ""), "v99");
     EXPECT_EQ(GetParam(settings.course, "key100", "none"), "none");
@@ -101,14 +102,10 @@ TEST(Settings, SetParamChangesTheFirstRowOrAddsATrimmedOne) {
 }
 
 TEST(Settings, MissingFileLeavesNoSettingsAndCreatesNone) {
-    TempCourse folder;
-    Course course;
-    course.AppPath = folder.Path();
-    RecordingHost host;
-    ReadConfig(course, host);
-    EXPECT_EQ(course.NumParams, 0);
-    EXPECT_EQ(GetParam(course, "ParticipationRequirement", "1"), "1");
-    EXPECT_FALSE(folder.Exists("SessionData/Config.csv"));
+    Settings settings(nullptr);
+    EXPECT_EQ(settings.course.NumParams, 0);
+    EXPECT_EQ(GetParam(settings.course, "ParticipationRequirement", "1"), "1");
+    EXPECT_FALSE(settings.folder.Exists("SessionData/Config.csv"));
 }
 
 TEST(Settings, WebVotingIsReadStraightFromTheFile) {
