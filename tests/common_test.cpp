@@ -19,12 +19,18 @@ TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
         const char* item;
         const char* text;
     } cases[] = {
-        {12, " 12 ", "12"},           {-1, "-1 ", "-1"},
-        {0.5, " .5 ", "0.5"},         {-0.5, "-.5 ", "-0.5"},
-        {0, " 0 ", "0"},              {2.5, " 2.5 ", "2.5"},
-        {1e-10, " 1E-10 ", "1E-10"},  {1.0 / 3, " .333333333333333 ", "0.333333333333333"},
-        {0.1 + 0.2, " .3 ", "0.3"},   {123456789012345.0, " 123456789012345 ", "123456789012345"},
-        {1e15, " 1E+15 ", "1E+15"},   {-1e-10, "-1E-10 ", "-1E-10"},
+        {12, " 12 ", "12"},
+        {-1, "-1 ", "-1"},
+        {0.5, " .5 ", "0.5"},
+        {-0.5, "-.5 ", "-0.5"},
+        {0, " 0 ", "0"},
+        {2.5, " 2.5 ", "2.5"},
+        {1e-10, " 1E-10 ", "1E-10"},
+        {1.0 / 3, " .333333333333333 ", "0.333333333333333"},
+        {0.1 + 0.2, " .3 ", "0.3"},
+        {123456789012345.0, " 123456789012345 ", "123456789012345"},
+        {1e15, " 1E+15 ", "1E+15"},
+        {-1e-10, "-1E-10 ", "-1E-10"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(NumberItem(c.value), c.item) << c.value;
@@ -39,9 +45,9 @@ TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
         double even;
         const char* fixed;
     } cases[] = {
-        {47.5, 0, 48, "47.50"},       {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
-        {2.675, 2, 2.68, "2.68"},     {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
-        {0.125, 2, 0.12, "0.13"},     {0, 2, 0, "0.00"},        {1e-10, 2, 0, "0.00"},
+        {47.5, 0, 48, "47.50"},        {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
+        {2.675, 2, 2.68, "2.68"},      {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
+        {0.125, 2, 0.12, "0.13"},      {0, 2, 0, "0.00"},        {1e-10, 2, 0, "0.00"},
         {123.456, 1, 123.5, "123.46"}, {0.5, 0, 0, "0.50"},      {1.5, 0, 2, "1.50"},
     };
     for (const auto& c : cases) {
@@ -58,10 +64,10 @@ TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
         bool numeric;
         double value;
     } cases[] = {
-        {" 12 ", true, 12},  {"-1", true, -1},     {" .5", true, 0.5},  {"+3", true, 3},
+        {" 12 ", true, 12},     {"-1", true, -1},  {" .5", true, 0.5},  {"+3", true, 3},
         {"1E-10", true, 1e-10}, {"2.", true, 2},   {"", false, 0},      {" ", false, 0},
-        {"A", false, 0},     {"1,5", false, 0},    {"12abc", false, 0}, {".", false, 0},
-        {"-", false, 0},     {"1e", false, 0},
+        {"A", false, 0},        {"1,5", false, 0}, {"12abc", false, 0}, {".", false, 0},
+        {"-", false, 0},        {"1e", false, 0},
     };
     for (const auto& c : cases) {
         double value = -99;
@@ -126,19 +132,14 @@ TEST(LineReader, EndsLinesAtCrOrCrLfAndKeepsLoneLf) {
     LineReader missing(course.File("missing.txt"));
     EXPECT_FALSE(missing.IsOpen());
     EXPECT_FALSE(missing.ReadLine(line));
-}
 
-TEST(LineReader, ReadsLinesLongerThanItsBuffer) {
-    test::TempCourse course;
+    // Lines longer than the reader's buffer.
     std::string longLine(200000, 'x');
     course.Write("long.txt", longLine + "\r\n" + longLine + "\r");
-    LineReader reader(course.File("long.txt"));
-    std::string line;
-    ASSERT_TRUE(reader.ReadLine(line));
-    EXPECT_EQ(line, longLine);
-    ASSERT_TRUE(reader.ReadLine(line));
-    EXPECT_EQ(line, longLine);
-    EXPECT_FALSE(reader.ReadLine(line));
+    LineReader longer(course.File("long.txt"));
+    std::vector<std::string> longLines;
+    while (longer.ReadLine(line)) longLines.push_back(line);
+    EXPECT_EQ(longLines, (std::vector<std::string>{longLine, longLine}));
 }
 
 TEST(LinePrinter, LeavesTheLastLineOpen) {

@@ -67,6 +67,9 @@ TEST(Grading, CapHoldsAtEveryStepButNotForParticipation) {
         {5, {3, 3, -2}, 3 + 1, 5},       // 3, 5, 3
         {-1, {3, 3, 3, 3}, 12 + 1, 12},  // no cap
         {0, {3, 3}, 0 + 1, 0},           // a cap of zero pays participation only
+        // Questions without points still leave a trace of available points, once per session.
+        {-1, {0}, 0, 1E-10},
+        {-1, {0, 2}, 2 + 1, 1E-10 + 2},
     };
     for (const auto& c : cases) {
         Session session(c.cap);
@@ -76,17 +79,6 @@ TEST(Grading, CapHoldsAtEveryStepButNotForParticipation) {
         EXPECT_EQ(session.Total(1), c.total) << c.cap;
         EXPECT_EQ(session.course.Questions[0].MaxPoints, c.available) << c.cap;
     }
-}
-
-TEST(Grading, QuestionWithoutPointsKeepsAvailablePointsAboveZero) {
-    Session session(-1);
-    session.AddQuestion({0, 0, 0, 0, 0});
-    RecomputeSession(session.course);
-    EXPECT_EQ(session.course.Questions[0].MaxPoints, 1E-10);
-    session.AddQuestion({0, 2, 0, 0, 0});
-    RecomputeSession(session.course);
-    EXPECT_EQ(session.course.Questions[0].MaxPoints, 1E-10 + 2);
-    EXPECT_EQ(session.course.Questions[2].MaxPoints, 2);
 }
 
 TEST(Grading, DeletedQuestionsScoreNothingAndAllDeletedPaysParticipation) {
