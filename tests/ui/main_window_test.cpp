@@ -14,6 +14,7 @@
 
 #include "../LogText.h"
 #include "../TestSupport.h"
+#include "QtEnvironment.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
@@ -23,22 +24,6 @@ namespace {
 using test::LogPlan;
 using test::LogText;
 using test::TempCourse;
-
-// One application for the whole run, gone before the statics of Qt are.
-class QtEnvironment : public testing::Environment {
-  public:
-    void SetUp() override { app_ = std::make_unique<QApplication>(argc_, argv_); }
-    void TearDown() override { app_.reset(); }
-
-  private:
-    int argc_ = 1;
-    char name_[17] = "main_window_test";
-    char* argv_[2] = {name_, nullptr};
-    std::unique_ptr<QApplication> app_;
-};
-
-[[maybe_unused]] testing::Environment* const kQt =
-    testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 // Five sessions of seven students on a roster whose last names run against their IDs.
 void WriteCourse(const TempCourse& folder) {
