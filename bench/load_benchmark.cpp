@@ -38,8 +38,8 @@ int main(int argc, char** argv) {
     course.AppPath = folder;
     tallory::RecordingHost host;
     tallory::HeadlessScreen screen;
-    tallory::CourseLoadOptions readOnly{false, false};
-    tallory::LoadCourse(course, host, screen, readOnly);  // registrations and roster, warm cache
+    tallory::LoadCourse(course, host, screen,
+                        tallory::ReadOnlyLoad());  // registrations and roster, warm cache
 
     double best = 1e300;
     for (int run = 0; run < repeats; ++run) {

@@ -30,7 +30,9 @@ void TempCourse::Write(std::string_view relative, std::string_view content) cons
     out.write(content.data(), static_cast<std::streamsize>(content.size()));
 }
 
-std::string TempCourse::Read(std::string_view relative) const { return ReadBytes(File(relative)); }
+std::string TempCourse::Read(std::string_view relative) const {
+    return ReadBytes(File(relative));
+}
 
 bool TempCourse::Exists(std::string_view relative) const {
     return std::filesystem::exists(File(relative));

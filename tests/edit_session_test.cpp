@@ -34,7 +34,7 @@ struct SessionsCourse {
 
     void Load() {
         course.AppPath = folder.Path();
-        LoadCourse(course, host, grid.Screen(), CourseLoadOptions{false, false});
+        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
     }
 
     static std::string LogName(int day, const std::string& folder = "") {

@@ -40,7 +40,7 @@ struct Loaded {
 void Load(Loaded& loaded, const TempCourse& folder, DisplayOrder order = DisplayOrder::StudentId) {
     loaded.course.AppPath = folder.Path();
     loaded.screen.order = order;
-    LoadCourse(loaded.course, loaded.host, loaded.screen, CourseLoadOptions{false, false});
+    LoadCourse(loaded.course, loaded.host, loaded.screen, ReadOnlyLoad());
 }
 
 TEST(SessionStore, FoldsEveryLogIntoStudents) {

@@ -43,7 +43,7 @@ struct ScoringCourse {
         if (!config.empty()) folder.Write("SessionData/Config.csv", config);
         folder.Write(std::string("SessionData/") + kLog, LogText(log));
         course.AppPath = folder.Path();
-        LoadCourse(course, host, grid.Screen(), CourseLoadOptions{false, false});
+        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
     }
 
     SetScoresScreen Open(SetScoresOptions options = {}) {

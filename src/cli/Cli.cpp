@@ -39,10 +39,7 @@ LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order) {
         context.course.AppPath.pop_back();
     context.course.ProgramFolder = context.course.AppPath;
     HeadlessScreen screen(order);
-    CourseLoadOptions options;
-    options.moveStrayImages = false;
-    options.stampVersion = false;
-    return LoadCourse(context.course, context.host, screen, options);
+    return LoadCourse(context.course, context.host, screen, ReadOnlyLoad());
 }
 
 int NumberArgument(const std::string& word, int highest, const char* what) {

@@ -64,11 +64,14 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
     course.CourseFolderName = folderName;
     loaded.courseName = GetParam(course, "CourseName", "");
     if (TrimView(loaded.courseName).empty()) loaded.courseName = folderName;
+    loaded.courseLabel = loaded.courseName;
+    if (options.shown) options.shown(loaded);
 
     ReadRemoteIds(course, host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
 
     host.YieldEvents();
     loaded.format = SetExportFormat(course, host, Trim(GetParam(course, "CMS", "General")));
+    if (options.shown) options.shown(loaded);
     host.YieldEvents();
 
     screen.ClearTable();

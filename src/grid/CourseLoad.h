@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "common/Course.h"
@@ -12,15 +13,28 @@ namespace tallory {
 // The part of the main window's start sequence that reads the course: settings, stray images,
 // version stamp, course name, registrations, roster, every session log. The desktop program runs
 // it with every step; tallory-cli runs it read-only (no images moved, no version stamped).
+struct LoadedCourse;
+
 struct CourseLoadOptions {
     bool moveStrayImages = true;
     bool stampVersion = true;
+    // Called once the course name is known and again once the format is, so that the window
+    // shows its caption and format label while the logs are still loading.
+    std::function<void(const LoadedCourse&)> shown;
 };
 
+// What tallory-cli, tests and the benchmark use: nothing in the course folder changes.
+inline CourseLoadOptions ReadOnlyLoad() {
+    CourseLoadOptions options;
+    options.moveStrayImages = false;
+    options.stampVersion = false;
+    return options;
+}
+
 struct LoadedCourse {
-    std::string courseName;  // "Tallory-" + courseName is the window caption
-    std::string courseLabel; // lblSubject: the first 40 characters
-    ExportFormat format;     // lblCMS caption and tag
+    std::string courseName;   // "Tallory-" + courseName is the window caption
+    std::string courseLabel;  // lblSubject: the first 40 characters
+    ExportFormat format;      // lblCMS caption and tag
 };
 
 LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,

@@ -103,11 +103,16 @@ void ScoreGrid::Start(Host& host, bool largeFonts) {
     DisplayNameChanged(DisplayOrder::StudentId, host);
     view_.cms.clear();
 
-    LoadedCourse loaded = LoadCourse(course_, host, *this, CourseLoadOptions{});
-    format_ = loaded.format;
-    view_.caption = "Tallory-" + loaded.courseName;
-    view_.cms = loaded.format.caption;
-    view_.subject = loaded.courseLabel;
+    CourseLoadOptions options;
+    options.shown = [this](const LoadedCourse& loaded) {
+        format_ = loaded.format;
+        view_.caption = "Tallory-" + loaded.courseName;
+        view_.cms = loaded.format.caption;
+        view_.subject = loaded.courseLabel;
+        Changed();
+    };
+    LoadedCourse loaded = LoadCourse(course_, host, *this, options);
+    options.shown(loaded);
 
     ScrollBar& bar = view_.sessionScroll;
     if (course_.NumSessions > kGridColumns) {
