@@ -28,8 +28,8 @@ int CharactersBefore(const std::string& bytes, size_t offset) {
 
 }  // namespace
 
-EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, QWidget* parent)
-    : QDialog(parent), screen_(screen) {
+EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, Host& host, QWidget* parent)
+    : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmEditSession");
     setWindowTitle("Edit Session");
     setStyleSheet(kStyle);
@@ -83,7 +83,8 @@ EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, QWidget* parent)
 }
 
 void EditSessionDialog::Run(void (EditSessionScreen::*handler)()) {
-    (screen_.*handler)();
+    // A run-time error inside a handler ends the program with its message, as everywhere.
+    RunGuarded(host_, [&] { (screen_.*handler)(); });
     if (screen_.Closed()) {
         if (screen_.Saved())
             accept();

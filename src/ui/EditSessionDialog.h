@@ -10,11 +10,13 @@ class QPushButton;
 
 namespace tallory {
 
+class Host;
+
 // frmEditSession: renames or removes the session of a heading of the main window.
 class EditSessionDialog : public QDialog {
     Q_OBJECT
   public:
-    EditSessionDialog(EditSessionScreen& screen, QWidget* parent = nullptr);
+    EditSessionDialog(EditSessionScreen& screen, Host& host, QWidget* parent = nullptr);
 
   public slots:
     // The window's close box and Escape act as cmdCancel.
@@ -24,6 +26,7 @@ class EditSessionDialog : public QDialog {
     void Run(void (EditSessionScreen::*handler)());
 
     EditSessionScreen& screen_;
+    Host& host_;
     QLabel* lblFileName_ = nullptr;
     QLineEdit* txtSessionName_ = nullptr;
     QPushButton* cmdSave_ = nullptr;

@@ -38,7 +38,7 @@ void OpenSetScores(QWidget* parent, Course& course, Host& host, ScoreGrid& grid,
 void OpenEditSession(QWidget* parent, Course& course, Host& host, ScoreGrid& grid, int session) {
     GridLink link(grid);
     EditSessionScreen screen(course, host, link, session);
-    EditSessionDialog dialog(screen, parent);
+    EditSessionDialog dialog(screen, host, parent);
     dialog.exec();
     screen.AfterClose();
 }

@@ -108,6 +108,7 @@ QFrame* MakePanel(QWidget* parent) {
 SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, bool largeFonts,
                                  QWidget* parent)
     : QDialog(parent),
+      host_(host),
       screen_(course, host, grid,
               SetScoresOptions{largeFonts,
                                [](const std::string& path) {
@@ -484,7 +485,8 @@ void SetScoresDialog::Command(const std::function<void()>& handler) {
         Leave(box);
         if (std::exchange(refused_, false)) return;
     }
-    handler();
+    // A run-time error inside a handler ends the program with its message, as everywhere.
+    RunGuarded(host_, handler);
     Repaint();
     CloseWhenDone();
 }

@@ -40,6 +40,7 @@ class SetScoresDialog : public QDialog {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    Host& host_;
     // What leaving a box does: the screen's validation; false when the text was refused.
     struct Validation {
         std::function<bool(const std::string&)> validate;
