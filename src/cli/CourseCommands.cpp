@@ -49,9 +49,10 @@ std::string GridText(const Course& course, const LoadedCourse& loaded) {
     for (int i = 1; i <= course.NumStudents; ++i) {
         const StudentRec& student = course.Students[i];
         RosterRec entry = GetRosterEntry(course, student.StudentId);
+        // A roster line of a bare ID has the ID for a last name: no need to show it twice.
         std::string name = Trim(student.StudentId);
-        if (!TrimView(entry.LastName).empty())
-            name += " " + Trim(entry.LastName) + ", " + Trim(entry.FirstName);
+        std::string last = Trim(entry.LastName), first = Trim(entry.FirstName);
+        if (!last.empty() && last != name) name += " " + last + (first.empty() ? "" : ", " + first);
         name = Left(name, 30);
         std::string total = NumberText(student.Score[0]);
         std::string average = NumberText(GridAverage(course, student));
