@@ -3,18 +3,22 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 DEMO := build/demo-course
 
-.PHONY: all build test test-default test-asan run fuzz bench format clean
+.PHONY: all deps build test test-default test-asan run fuzz bench format clean
 
 all: build
 
-build:
+# Installs the Debian packages the build needs, once (quick when they are there already).
+deps:
+	@scripts/install-deps
+
+build: deps
 	cmake --preset default
 	cmake --build build/default -j $(JOBS)
 
 test-default: build
 	cd build/default && ctest --output-on-failure -j $(JOBS)
 
-test-asan:
+test-asan: deps
 	cmake --preset asan
 	cmake --build build/asan -j $(JOBS)
 	cd build/asan && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
@@ -26,12 +30,12 @@ test: test-default test-asan
 run: build
 	@scripts/run-demo $(DEMO)
 
-fuzz:
+fuzz: deps
 	cmake --preset fuzz
 	cmake --build build/fuzz -j $(JOBS)
 	scripts/run-fuzzers build/fuzz $(FUZZ_SECONDS)
 
-bench:
+bench: deps
 	cmake --preset release
 	cmake --build build/release -j $(JOBS)
 	bench/run build/release
