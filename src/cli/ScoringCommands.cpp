@@ -181,12 +181,32 @@ int SetScoresCommand(Context& context) {
     return screen.WriteSucceeded() ? 0 : 1;
 }
 
+namespace {
+
+int LoadAndChooseSession(Context& context) {
+    LoadCourseReadOnly(context);
+    return SessionNumber(context, context.args[0]);
+}
+
+// The course loaded read-only and frmEditSession open on the session named by the first word.
+struct OpenedSessionEdit {
+    explicit OpenedSessionEdit(Context& context)
+        : number(LoadAndChooseSession(context)),
+          grid(context.course),
+          screen(context.course, context.host, grid, number) {}
+
+    const int number;
+    HeadlessSessionGrid grid;
+    EditSessionScreen screen;
+};
+
+}  // namespace
+
 int RenameCommand(Context& context) {
     ExpectArguments(context, 2, "rename N TITLE");
-    LoadCourseReadOnly(context);
-    const int number = SessionNumber(context, context.args[0]);
-    HeadlessSessionGrid grid(context.course);
-    EditSessionScreen screen(context.course, context.host, grid, number);
+    OpenedSessionEdit opened(context);
+    const int number = opened.number;
+    EditSessionScreen& screen = opened.screen;
     screen.txtSessionNameChange(context.args[1]);
     screen.cmdSaveClick();
     nlohmann::json document = {{"number", number},
@@ -204,10 +224,9 @@ int RenameCommand(Context& context) {
 
 int RemoveCommand(Context& context) {
     ExpectArguments(context, 1, "remove N [--yes]");
-    LoadCourseReadOnly(context);
-    const int number = SessionNumber(context, context.args[0]);
-    HeadlessSessionGrid grid(context.course);
-    EditSessionScreen screen(context.course, context.host, grid, number);
+    OpenedSessionEdit opened(context);
+    const int number = opened.number;
+    EditSessionScreen& screen = opened.screen;
     screen.cmdRemoveClick();
     const std::string& file = screen.lblFileName().text;
     nlohmann::json document = {{"number", number},

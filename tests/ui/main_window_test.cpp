@@ -14,6 +14,7 @@
 
 #include "../LogText.h"
 #include "../TestSupport.h"
+#include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -65,13 +66,8 @@ void Click(QWidget* widget) {
 TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     TempCourse folder;
     WriteCourse(folder);
-    Course course;
-    course.AppPath = folder.Path();
-    course.ProgramFolder = folder.Path();
-    QtHost host;
-    MainWindow window(course, host, false);
-    window.show();
-    window.Load();
+    test::OpenWindow opened(folder.Path(), false);
+    MainWindow& window = *opened.window;
 
     EXPECT_EQ(window.windowTitle(), "Tallory-Optics");
     EXPECT_EQ(Text(window, "lblSubject"), "Optics");
@@ -94,7 +90,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
 
     // An export mark follows its session while the grid moves.
     Find<QCheckBox>(window, "chkExport1")->click();  // 09/02
-    EXPECT_EQ(course.ExportSel[2], 1);
+    EXPECT_EQ(opened.course.ExportSel[2], 1);
     Find<QScrollBar>(window, "hscrlSession")->setValue(1);
     EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
     EXPECT_FALSE(Find<QCheckBox>(window, "chkExport1")->isChecked());
@@ -122,13 +118,8 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
 TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
     TempCourse folder;
     folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
-    Course course;
-    course.AppPath = folder.Path();
-    course.ProgramFolder = folder.Path();
-    QtHost host;
-    MainWindow window(course, host, true);
-    window.show();
-    window.Load();
+    test::OpenWindow opened(folder.Path(), true);
+    MainWindow& window = *opened.window;
     EXPECT_EQ(window.objectName(), "FrmS_120DPI");
     EXPECT_EQ(Text(window, "lblStudentName1"), " 12345");
     EXPECT_FALSE(Find<QWidget>(window, "cmdHelp")->isEnabled());

@@ -14,6 +14,7 @@
 
 #include "../LogText.h"
 #include "../TestSupport.h"
+#include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -56,20 +57,14 @@ void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
     });
 }
 
-struct Fixture {
+// The course is written before the window opens on it.
+struct WrittenCourse {
     TempCourse folder;
-    Course course;
-    QtHost host;
-    std::unique_ptr<MainWindow> window;
+    WrittenCourse() { WriteCourse(folder); }
+};
 
-    Fixture() {
-        WriteCourse(folder);
-        course.AppPath = folder.Path();
-        course.ProgramFolder = folder.Path();
-        window = std::make_unique<MainWindow>(course, host, false);
-        window->show();
-        window->Load();
-    }
+struct Fixture : WrittenCourse, test::OpenWindow {
+    Fixture() : OpenWindow(folder.Path()) {}
     // Row r of the first session's column.
     QString Cell(int row) {
         return Find<QLabel>(*window, QString("lblSession%1").arg(row))->text();
