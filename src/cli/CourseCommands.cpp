@@ -10,6 +10,7 @@
 #include "registration/RemoteTable.h"
 #include "registration/Roster.h"
 #include "scoring/Grading.h"
+#include "scoring/SetScoresScreen.h"
 #include "start/Settings.h"
 
 namespace tallory::cli {
@@ -19,21 +20,6 @@ namespace {
 // The grid's "Average:" figure: the total over all sessions, attended or not.
 double GridAverage(const Course& course, const StudentRec& student) {
     return course.NumSessions < 1 ? 0 : Round(student.Score[0] / course.NumSessions, 2);
-}
-
-std::string SessionLogPath(const Course& course, const std::string& file) {
-    return CoursePath(course.AppPath, "\\SessionData\\" + file);
-}
-
-// Reads session N of the loaded course and scores it, as the column's "Set Scores" button does.
-std::string ReadAndScoreSession(Context& context, int number) {
-    Course& course = context.course;
-    course.CurrentSession = number;
-    course.CurrentLogFile = course.SessionFile[number];
-    std::string path = SessionLogPath(course, course.CurrentLogFile);
-    ReadSessionLog(course, path);
-    RecomputeSession(course);
-    return path;
 }
 
 std::string GridText(const Course& course, const LoadedCourse& loaded) {
@@ -117,7 +103,7 @@ int SessionCommand(Context& context) {
     ExpectArguments(context, 1, "session N [--json]");
     LoadCourseReadOnly(context);
     int number = SessionNumber(context, context.args[0]);
-    ReadAndScoreSession(context, number);
+    ReadSessionForScoring(context.course, number);
     const std::string& file = context.course.SessionFile[number];
     Print(context, SessionJson(context.course, number, file),
           SessionText(context.course, number, file));
@@ -143,12 +129,16 @@ int LogCommand(Context& context) {
 int RewriteCommand(Context& context) {
     ExpectArguments(context, 1, "rewrite N");
     LoadCourseReadOnly(context);
-    int number = SessionNumber(context, context.args[0]);
-    std::string path = ReadAndScoreSession(context, number);
-    bool written = WriteSessionLog(context.course, context.host, path, "", "", 0);
-    Print(context, {{"file", JsonText(context.course.SessionFile[number])}, {"written", written}},
-          written ? "Rewrote " + context.course.SessionFile[number] + "\n" : "");
-    return written ? 0 : 1;
+    Course& course = context.course;
+    const int number = SessionNumber(context, context.args[0]);
+    // Set Scores opened on the session and saved with no edit.
+    ReadSessionForScoring(course, number);
+    HeadlessSessionGrid grid(course);
+    SetScoresScreen screen(course, context.host, grid);
+    screen.Load();
+    screen.cmdSetClick();
+    Print(context, nlohmann::json::object(), "");
+    return screen.WriteSucceeded() ? 0 : 1;
 }
 
 }  // namespace tallory::cli

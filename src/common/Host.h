@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,24 @@ enum class Answer { Ok, Cancel, Yes, No };
 
 // The title a message box takes when the program gives none.
 inline constexpr std::string_view kProgramTitle = "Tallory";
+
+// A modal dialog of five option buttons (optExport) with an accept and a cancel button: the General
+// export's "Select export option" and the reports' "HTML Report Display Preferences".
+struct OptionDialog {
+    std::string title;
+    std::string heading;                   // lblHdr
+    std::array<std::string, 5> choices;    // optExport(0..4)
+    std::string footer;                    // lblFtr
+    std::string acceptCaption = "Export";  // CmdExport
+    std::string cancelCaption = "Cancel";  // CmdStop
+    int preselected = 2;
+};
+
+// What the person chose in an OptionDialog: the ticked option and whether Cancel closed it.
+struct OptionChoice {
+    int index = 2;
+    bool cancelled = false;
+};
 
 // Everything that talks to a person. Logic never opens a window: it asks its Host.
 class Host {
@@ -31,6 +50,24 @@ class Host {
     virtual void YieldEvents() {}
 
     virtual void SetWaitCursor(bool on) { (void)on; }
+
+    // The option dialog, shown modally; a host without a person takes the preselected option.
+    virtual OptionChoice ChooseOption(const OptionDialog& dialog) {
+        return OptionChoice{dialog.preselected, false};
+    }
+
+    // Shows a finished document (a report page) in the desktop's browser or viewer.
+    virtual void OpenDocument(const std::string& path) { (void)path; }
+
+    // Starts another program (the sibling upload/download tool) with one argument, and does not
+    // wait for it. `program` is a full path.
+    virtual void StartProgram(const std::string& program, const std::string& argument) {
+        (void)program;
+        (void)argument;
+    }
+
+    // Clears the clipboard and gives it the text.
+    virtual void SetClipboardText(const std::string& text) { (void)text; }
 };
 
 }  // namespace tallory

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,15 @@ class RecordingHost : public Host {
     void ShowProgress() override { ++progressShown; }
     void HideProgress() override { ++progressHidden; }
     void SetWaitCursor(bool on) override { waitCursor = on; }
+    OptionChoice ChooseOption(const OptionDialog& dialog) override {
+        dialogs.push_back(dialog);
+        return option.value_or(OptionChoice{dialog.preselected, false});
+    }
+    void OpenDocument(const std::string& path) override { opened.push_back(path); }
+    void StartProgram(const std::string& program, const std::string& argument) override {
+        started.push_back(program + " " + argument);
+    }
+    void SetClipboardText(const std::string& text) override { clipboard = text; }
 
     std::vector<Shown> messages;
     std::vector<std::string> progressTexts;
@@ -35,6 +45,11 @@ class RecordingHost : public Host {
     int progressShown = 0;
     int progressHidden = 0;
     bool waitCursor = false;
+    std::vector<OptionDialog> dialogs;   // every option dialog shown
+    std::optional<OptionChoice> option;  // the answer to option dialogs; the preselected when empty
+    std::vector<std::string> opened;     // documents opened
+    std::vector<std::string> started;    // programs started: path, a blank, the argument
+    std::optional<std::string> clipboard;
 };
 
 const char* IconName(Icon icon);

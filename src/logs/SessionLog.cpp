@@ -3,6 +3,7 @@
 #include "common/Numbers.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
+#include "logs/QuestionName.h"
 #include "registration/RemoteTable.h"
 #include "start/Fields.h"
 
@@ -86,14 +87,8 @@ double SettingOf(const Fields& fields, int index, double defaultValue) {
 // The instructor's deletion mark "|Y" (any case) behind a name: removed from the name, and the
 // row flagged.
 void TakeMarkedName(QuestionRec& row, std::string_view field) {
-    std::string name = Trim(field);
-    if (ContainsNoCase(name, "|Y")) {
-        row.Name = ReplaceAllNoCase(name, "|Y", "");
-        row.Deleted = kTrue;
-    } else {
-        row.Name = std::move(name);
-        row.Deleted = kFalse;
-    }
+    row.Deleted = HasDeletionMark(field) ? kTrue : kFalse;
+    row.Name = WithoutDeletionMark(field);
 }
 
 // The polling application writes either the choice's number or its letter. A letter is looked up

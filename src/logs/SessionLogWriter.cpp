@@ -6,6 +6,7 @@
 #include "common/LinePrinter.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
+#include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
 #include "registration/RemoteTable.h"
 #include "scoring/Grading.h"
@@ -198,12 +199,6 @@ bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
         host.Message("Unable to store changes to file " + fileName + " Changes not saved!",
                      kProgramTitle, Icon::None, Buttons::Ok);
     return written;
-}
-
-std::string NormaliseQuestionName(std::string_view name) {
-    std::string normal = ToUpper(TrimView(name));
-    for (std::string_view mark : {"|Y", "DELETED :- '", "'"}) normal = ReplaceAll(normal, mark, "");
-    return normal;
 }
 
 }  // namespace tallory

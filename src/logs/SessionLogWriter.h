@@ -16,7 +16,4 @@ namespace tallory {
 bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
                      std::string_view remoteId, std::string_view studentId, int16_t deleteRemote);
 
-// Trimmed, upper-cased, without "|Y", "DELETED :- '" and "'": the name a rewritten log carries.
-std::string NormaliseQuestionName(std::string_view name);
-
 }  // namespace tallory

@@ -6,6 +6,7 @@
 #include "logs/SessionLogWriter.h"
 #include "logs/SessionStore.h"
 #include "scoring/Grading.h"
+#include "scoring/SaveSession.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -72,7 +73,7 @@ void EditSessionScreen::cmdSaveClick() {
     // Scoring marks the anonymous questions, which the writer must know to write them as such.
     RecomputeSession(course_);
     course_.Questions[0].Name = txtSessionName_.text;
-    written_ = WriteSessionLog(course_, host_, path, "", "", 0);
+    written_ = SaveSession(course_, host_, session_);
     SweepSessionScroll(grid_);
     grid_.SetSessionScrollValue(kept);
     closed_ = true;

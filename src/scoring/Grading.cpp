@@ -79,7 +79,8 @@ void ScoreVoter(Course& course, VoteRec& vote, const std::vector<char>& live) {
         if (capped && vote.Score[0] > course.SessPerformance)
             vote.Score[0] = course.SessPerformance;
         if (points > 0) Raise(earned, 1, "earned");
-        if (answer < kNoAnswer) Raise(responses, 1, "responses");
+        // A choice A to E is a response; no answer (6) and a row the log never filled (0) are not.
+        if (answer >= 1 && answer < kNoAnswer) Raise(responses, 1, "responses");
         question.Anonymous = kFalse;
     }
     if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
@@ -100,10 +101,6 @@ void TotalResponseCounts(Course& course, const std::vector<char>& live) {
 }
 
 }  // namespace
-
-bool IsLiveQuestion(const QuestionRec& question) {
-    return question.Deleted == kFalse && !ContainsNoCase(TrimView(question.Name), "|Y");
-}
 
 int CountLiveQuestions(const Course& course) {
     int count = 0;

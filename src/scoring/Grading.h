@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "common/Course.h"
+#include "logs/QuestionName.h"
 
 namespace tallory {
 
@@ -13,8 +14,6 @@ int CountLiveQuestions(const Course& course);
 // Responses required for participation points, from the ParticipationRequirement setting.
 int16_t RequiredResponses(const Course& course);
 void SetRequiredResponses(Course& course);
-// Scored: not deleted and no "|Y" in the name.
-bool IsLiveQuestion(const QuestionRec& question);
 // The points an answer code earns on a question: ChoicePoints[answer]. Codes 0 and 6 take the
 // unused entries 0 and 6, which hold 0; a code outside 0..6 is run-time error 9.
 double ChoicePointsOf(const QuestionRec& question, int answer);

@@ -3,10 +3,12 @@
 #include "common/Numbers.h"
 #include "common/Paths.h"
 #include "common/Text.h"
+#include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
 #include "logs/SessionStore.h"
 #include "scoring/Grading.h"
+#include "scoring/SaveSession.h"
 #include "scoring/SessionDateText.h"
 #include "start/Settings.h"
 
@@ -56,19 +58,6 @@ std::string CourseName(const Course& course) {
     std::string name = GetParam(course, "CourseName", "");
     if (TrimView(name).empty()) name = LastComponent(course.AppPath);
     return name;
-}
-
-// The name shown for a live question: trimmed, without the deletion mark, the old "Deleted :- '"
-// wrapping and apostrophes, but in the case the instructor typed; capitals come with the rewrite.
-std::string ShownQuestionName(std::string_view name) {
-    std::string shown = Trim(name);
-    for (std::string_view part : {"|Y", "DELETED :- '", "'"})
-        shown = ReplaceAllNoCase(shown, part, "");
-    return shown;
-}
-
-bool HasDeletionMark(std::string_view name) {
-    return ToUpper(Trim(name)).find("|Y") != std::string::npos;
 }
 
 // The row of cmbCorrect for a correct answer; a log can carry a digit the list has no row for.
@@ -208,7 +197,7 @@ void SetScoresScreen::ShowQuestionState() {
         question.Deleted = kTrue;
         c.lblQuestionDelete.text = std::string(kQuestionDeleted);
         c.lblQuestionDelete.visible = true;
-        ShowQuestionName("Deleted :- '" + NormaliseQuestionName(question.Name) + "'");
+        ShowQuestionName(DeletedQuestionCaption(question.Name));
         // The session's own boxes stay open; the question's are closed.
         for (ControlState* box :
              {&c.txtPerfMaxPoints, &c.txtQuestionName, &c.chkTruncPerf, &c.cmbCorrect})
@@ -479,18 +468,7 @@ void SetScoresScreen::cmdHelpClick() {
 
 void SetScoresScreen::cmdSetClick() {
     if (!controls_.cmdSet.enabled) return;
-    if (CountLiveQuestions(course_) == 0) course_.SessParticipation = 0;
-    const std::string path = SessionLogPath(course_, course_.CurrentLogFile);
-    written_ = WriteSessionLog(course_, host_, path, "", "", 0);
-    // Whatever the file now holds is what the grid shows.
-    const int session = course_.CurrentSession;
-    for (int s = 1; s <= course_.NumStudents; ++s) {
-        StudentRec& student = course_.Students[s];
-        student.Score[0] -= student.Score[session];
-        student.Present[session] = kFalse;
-    }
-    ReadSessionLog(course_, path);
-    AddSessionToStudents(course_, session);
+    written_ = SaveSession(course_, host_, course_.CurrentSession);
     loading_ = false;
     grid_.Screen().UpdateTable();
     setPressed_ = closed_ = true;
