@@ -11,7 +11,7 @@
 
 namespace tallory {
 
-AtomicFile::AtomicFile(std::string path) : path_(std::move(path)) {}
+AtomicFile::AtomicFile(std::string path, Host* host) : path_(std::move(path)), host_(host) {}
 
 AtomicFile::~AtomicFile() {
     if (fd_ >= 0) ::close(fd_);
@@ -87,11 +87,13 @@ bool AtomicFile::Commit() {
         return false;
     }
     committed_ = true;
+    if (host_) host_->FileWritten(path_);
     return true;
 }
 
-bool ReplaceFile(const std::string& path, std::string_view content, std::string* error) {
-    AtomicFile file(path);
+bool ReplaceFile(const std::string& path, std::string_view content, std::string* error,
+                 Host* host) {
+    AtomicFile file(path, host);
     if (file.Open()) {
         file.Write(content);
         if (file.Commit()) return true;

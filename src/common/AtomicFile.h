@@ -3,13 +3,16 @@
 #include <string>
 #include <string_view>
 
+#include "common/Host.h"
+
 namespace tallory {
 
 // Replaces a file as a whole: the text goes to a temporary file in the same folder, which is
 // renamed over the target only when everything was written. A failure leaves the old file intact.
 class AtomicFile {
   public:
-    explicit AtomicFile(std::string path);
+    // A host, when given, hears of the file once it is in place.
+    explicit AtomicFile(std::string path, Host* host = nullptr);
     ~AtomicFile();  // drops the temporary file unless committed
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -29,6 +32,7 @@ class AtomicFile {
     void Fail(const std::string& what);
 
     std::string path_;
+    Host* host_ = nullptr;
     std::string temporary_;
     std::string buffer_;
     int fd_ = -1;
@@ -38,6 +42,7 @@ class AtomicFile {
 };
 
 // Writes a whole file at once through AtomicFile; false with a reason on failure.
-bool ReplaceFile(const std::string& path, std::string_view content, std::string* error = nullptr);
+bool ReplaceFile(const std::string& path, std::string_view content, std::string* error = nullptr,
+                 Host* host = nullptr);
 
 }  // namespace tallory

@@ -68,6 +68,9 @@ class Host {
 
     // Clears the clipboard and gives it the text.
     virtual void SetClipboardText(const std::string& text) { (void)text; }
+
+    // A course file was written or replaced (full path); AtomicFile reports every commit here.
+    virtual void FileWritten(const std::string& path) { (void)path; }
 };
 
 }  // namespace tallory

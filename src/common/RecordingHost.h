@@ -36,6 +36,7 @@ class RecordingHost : public Host {
         started.push_back(program + " " + argument);
     }
     void SetClipboardText(const std::string& text) override { clipboard = text; }
+    void FileWritten(const std::string& path) override { written.push_back(path); }
 
     std::vector<Shown> messages;
     std::vector<std::string> progressTexts;
@@ -50,6 +51,7 @@ class RecordingHost : public Host {
     std::vector<std::string> opened;     // documents opened
     std::vector<std::string> started;    // programs started: path, a blank, the argument
     std::optional<std::string> clipboard;
+    std::vector<std::string> written;  // files written, full paths, in order
 };
 
 const char* IconName(Icon icon);

@@ -184,7 +184,7 @@ void WriteLog(Course& course, LinePrinter& out, std::string_view remoteId,
 bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
                      std::string_view remoteId, std::string_view studentId, int16_t deleteRemote) {
     // The log is replaced only when the whole of it was written; until then the old file stands.
-    AtomicFile file(fileName);
+    AtomicFile file(fileName, &host);
     bool written = false;
     if (file.Open()) {
         try {

@@ -116,7 +116,7 @@ void ReadRemoteIds(Course& course, Host& host, const std::string& path) {
 }
 
 void WriteRemoteIds(const Course& course, Host& host, const std::string& path) {
-    AtomicFile file(path);
+    AtomicFile file(path, &host);
     if (file.Open()) {
         host.SetProgressText("Updating File for the changed Information");
         for (int row = 1; row <= course.NumRemotes; ++row) {

@@ -90,7 +90,7 @@ void EditSessionScreen::cmdRemoveClick() {
     // The copy holds the tables as they stand: the session read last, not necessarily this one.
     WriteSessionLog(course_, host_, SessionLogPath(course_, "x" + file), "", "", 0);
     std::string error;
-    if (!ReplaceFile(SessionLogPath(course_, file), "", &error)) {
+    if (!ReplaceFile(SessionLogPath(course_, file), "", &error, &host_)) {
         host_.Message("Unable to empty the log file " + file + " (" + error +
                           "). The session was not removed.",
                       kProgramTitle, Icon::Exclamation);
