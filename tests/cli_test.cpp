@@ -5,6 +5,8 @@
 
 #include "LogText.h"
 #include "TestSupport.h"
+// The console host is compiled into tallory-cli itself; its test compiles the same source.
+#include "../src/cli/Cli.cpp"
 
 namespace tallory {
 namespace {
@@ -311,6 +313,70 @@ TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
     EXPECT_EQ(grid["students"][0]["id"], "S9");
     EXPECT_EQ(grid["students"][1]["id"], "#A1");
     EXPECT_EQ(grid["course"], std::filesystem::path(course.Path()).filename().string());
+}
+
+// The conventions every later command relies on: files and programs named relative to the course
+// folder, once each, in first-write order; option dialogs, OK/Cancel and the clipboard answered
+// from the command line; the extra JSON keys only when asked for.
+TEST(ConsoleHost, AnswersAndListsAsTheCommandLineSays) {
+    cli::Context context;
+    context.json = true;
+    cli::ConsoleHost& host = context.host;
+    host.appPath = "/courses/Physics 101";
+    host.printClipboard = false;
+
+    for (const char* path :
+         {"/courses/Physics 101/SessionData/L2609081000.csv", "Export.csv",
+          "/courses/Physics 101/SessionData/L2609081000.csv",
+          "/courses/Physics 101/Reports/../Reports/Index.htm", "./Export.csv", "/elsewhere/x.txt"})
+        host.FileWritten(path);
+    EXPECT_EQ(host.FilesJson(), json({"SessionData/L2609081000.csv", "Export.csv",
+                                      "Reports/Index.htm", "/elsewhere/x.txt"}));
+
+    host.StartProgram("/courses/Physics 101/Campus Bridgeline.exe", "upload");
+    EXPECT_EQ(host.StartedJson(), json({"Campus Bridgeline.exe upload"}));
+
+    OptionDialog dialog;
+    struct Case {
+        std::optional<int> filter;
+        bool cancel;
+        int index;
+    };
+    for (const Case& test :
+         {Case{{}, false, 2}, Case{4, false, 4}, Case{0, true, 0}, Case{{}, true, 2}}) {
+        host.filter = test.filter;
+        host.cancel = test.cancel;
+        OptionChoice choice = host.ChooseOption(dialog);
+        EXPECT_EQ(choice.index, test.index);
+        EXPECT_EQ(choice.cancelled, test.cancel);
+    }
+
+    struct Question {
+        std::optional<bool> yes;
+        Buttons buttons;
+        Answer answer;
+    };
+    for (const Question& test : {Question{{}, Buttons::OkCancel, Answer::Cancel},
+                                 Question{true, Buttons::OkCancel, Answer::Ok},
+                                 Question{false, Buttons::OkCancel, Answer::Cancel},
+                                 Question{{}, Buttons::YesNo, Answer::No},
+                                 Question{true, Buttons::YesNoCancel, Answer::Yes},
+                                 Question{false, Buttons::Ok, Answer::Ok}}) {
+        host.answerYes = test.yes;
+        EXPECT_EQ(host.Message("Sure?", "Question", Icon::Question, test.buttons), test.answer);
+    }
+
+    EXPECT_TRUE(host.ClipboardJson().is_null());
+    host.SetClipboardText("Ames\tAnn\r\n");
+    EXPECT_EQ(host.ClipboardJson(), "Ames\tAnn\r\n");
+
+    testing::internal::CaptureStdout();
+    cli::Print(context, {{"purged", json::array()}}, "", {.files = true, .clipboard = true});
+    json printed = json::parse(testing::internal::GetCapturedStdout());
+    EXPECT_EQ(printed.size(), 4u);  // purged, files, clipboard, messages; no "started"
+    EXPECT_EQ(printed["files"], host.FilesJson());
+    EXPECT_EQ(printed["clipboard"], "Ames\tAnn\r\n");
+    EXPECT_EQ(printed["messages"].size(), 6u);
 }
 
 }  // namespace
