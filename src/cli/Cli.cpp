@@ -115,6 +115,8 @@ void AddRegisteredCommands(CLI::App& app, Context& context) {
 CLI::App& AddCommand(CLI::App& app, Context& context, const std::string& name,
                      const std::string& description, std::function<int()> run) {
     CLI::App* command = app.add_subcommand(name, description);
+    command->footer(
+        "Global options, before or after the command: --course DIR, --json, --yes | --no.");
     command->callback([&context, run = std::move(run)] { context.run = run; });
     return *command;
 }

@@ -30,7 +30,7 @@ void AddLogCommand(CLI::App& app, Context& context) {
     auto file = std::make_shared<std::string>();
     CLI::App& command = AddCommand(app, context, "log", "one log file read by path and scored",
                                    [&context, file] { return RunLog(context, *file); });
-    command.add_option("FILE", *file, "the log file")->required();
+    command.add_option("FILE", *file, "the log file")->required()->type_name("");
 }
 
 const CommandRegistration kRegistered("log", AddLogCommand);

@@ -35,7 +35,7 @@ void AddRenameCommand(CLI::App& app, Context& context) {
     CLI::App& command = AddCommand(app, context, "rename", "give session N a new title",
                                    [&context, options] { return RunRename(context, *options); });
     AddSessionArgument(command, options->session);
-    command.add_option("TITLE", options->title, "the new title")->required();
+    command.add_option("TITLE", options->title, "the new title")->required()->type_name("");
 }
 
 const CommandRegistration kRegistered("rename", AddRenameCommand);
