@@ -136,7 +136,7 @@ struct UsageError {
 };
 
 // ---- Output -------------------------------------------------------------------------------------
-// The keys besides "messages" that a command's JSON carries, when its contract lists them.
+// The keys besides "messages" that a command's JSON carries, for the commands that have them.
 struct Extras {
     bool files = false;      // "files": FilesJson()
     bool started = false;    // "started": StartedJson()
