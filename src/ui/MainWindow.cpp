@@ -17,6 +17,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "export/Export.h"
 #include "ui/CommandLabel.h"
 #include "ui/QtHost.h"
 #include "ui/SessionDialogs.h"
@@ -315,6 +316,21 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
     footer->addWidget(cmdHelp_);
+    footer->addStretch(1);
+    // The grade exports, in the format the course was opened with (lblCMS's tag).
+    cmdExportAll_ = new QPushButton("Export All", this);
+    cmdExportAll_->setObjectName("CmdExportAll");
+    cmdExportSelected_ = new QPushButton("Export Selected", this);
+    cmdExportSelected_->setObjectName("CmdExportSelected");
+    for (QPushButton* button : {cmdExportAll_, cmdExportSelected_}) {
+        Scale(button, kTextPoints);
+        button->setMinimumWidth(130);
+        footer->addWidget(button);
+    }
+    connect(cmdExportAll_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { ExportAll(course_, host_, grid_.Format().tag); }); });
+    connect(cmdExportSelected_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { ExportSelected(course_, host_, grid_.Format().tag); }); });
     footer->addStretch(1);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);

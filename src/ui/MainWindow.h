@@ -88,6 +88,8 @@ class MainWindow : public QWidget {
     QScrollBar* vscrlStudent_ = nullptr;
     QPushButton* cmdHelp_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    QPushButton* cmdExportAll_ = nullptr;
+    QPushButton* cmdExportSelected_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;
