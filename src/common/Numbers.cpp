@@ -4,6 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+#include <fast_float/fast_float.h>
 
 namespace tallory {
 
@@ -44,7 +47,8 @@ size_t NumericPrefix(std::string_view text, bool& hasExponent) {
     return i;
 }
 
-double ConvertPrefix(std::string_view number, bool hasExponent) {
+// The conversion through the standard library: the definition of what a number text is worth.
+double ConvertPrefixReference(std::string_view number, bool hasExponent) {
     // from_chars takes no '+' and no 'D' exponent.
     bool negative = false;
     if (!number.empty() && (number[0] == '+' || number[0] == '-')) {
@@ -61,6 +65,176 @@ double ConvertPrefix(std::string_view number, bool hasExponent) {
         std::from_chars(number.data(), number.data() + number.size(), value);
     }
     return negative ? -value : value;
+}
+
+// Up to this length a number without exponent lies between 1E-300 and 1E+300 or is exactly 0:
+// no text of it can overflow or underflow.
+constexpr size_t kPlainNumberLength = 300;
+
+// The same value as ConvertPrefixReference, faster. Both conversions round correctly, so they
+// agree wherever the standard library reports no range error: on every normal result, and on
+// every zero that a short text without exponent gives. The rest (overflow, underflow, "D"
+// exponents) takes the reference road, which leaves such values as it defines them.
+double ConvertPrefix(std::string_view number, bool hasExponent) {
+    const char* begin = number.data();
+    const char* end = begin + number.size();
+    bool negative = false;
+    if (begin != end && (*begin == '+' || *begin == '-')) {
+        negative = *begin == '-';
+        ++begin;
+    }
+    double value = 0;
+    fast_float::from_chars_result result = fast_float::from_chars(begin, end, value);
+    if (result.ptr == end && result.ec == std::errc() &&
+        ((!hasExponent && number.size() <= kPlainNumberLength) || std::isnormal(value)))
+        return negative ? -value : value;
+    return ConvertPrefixReference(number, hasExponent);
+}
+
+// The texts that fill the logs: blanks, a sign, up to 15 digits with or without a decimal point,
+// blanks. Their digits form an integer below 2^53, which a double holds exactly, as it holds every
+// power of ten up to 10^15; one division of the two rounds once, to the nearest double, which is
+// the value every correct conversion of the text gives. So the short road needs no library call.
+constexpr int kShortDigits = 15;
+constexpr double kPowersOfTen[kShortDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+enum class ShortScan {
+    kNumber,     // a short number, converted
+    kNoNumber,   // no digit where the number must begin: not numeric
+    kOtherText,  // anything else: the general road decides
+};
+
+bool IsDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+// Texts of up to 8 characters, which is nearly every field of a data line, are looked at as one
+// 64-bit word, the first character in the lowest byte, without a loop over the characters.
+#define TALLORY_NUMBER_WORDS 1
+
+constexpr uint64_t kEachByte = 0x0101010101010101;
+constexpr uint64_t kLowSeven = 0x7F7F7F7F7F7F7F7F;
+constexpr uint64_t kHighBits = 0x8080808080808080;
+
+// The high bit of each byte set where the byte is not zero (no carry crosses a byte).
+uint64_t NonZeroBytes(uint64_t word) {
+    return (((word & kLowSeven) + kLowSeven) | word) & kHighBits;
+}
+
+uint64_t BytesEqual(uint64_t word, unsigned char c) {
+    return ~NonZeroBytes(word ^ (kEachByte * c)) & kHighBits;
+}
+
+uint64_t DigitBytes(uint64_t word) {
+    // A digit is the only byte that becomes 0 to 9 when '0' is xored away.
+    uint64_t offset = word ^ (kEachByte * '0');
+    return ~((((offset & kLowSeven) + kEachByte * (0x80 - 10)) | offset) & kHighBits) & kHighBits;
+}
+
+// One bit per byte: the high bit of byte i becomes bit i.
+unsigned ByteBits(uint64_t flags) {
+    return static_cast<unsigned>(((flags >> 7) * 0x0102040810204080) >> 56);
+}
+
+// The characters of a text of 1 to 8 characters, blanks after its end.
+uint64_t WordOf(const char* p, size_t n) {
+    uint64_t word;
+    if (n >= 4) {
+        // Two loads that overlap in the middle: the shared bytes are the same in both.
+        uint32_t low, high;
+        std::memcpy(&low, p, 4);
+        std::memcpy(&high, p + n - 4, 4);
+        word = low | (uint64_t{high} << (8 * (n - 4)));
+    } else {
+        word = uint64_t{static_cast<unsigned char>(p[0])} |
+               uint64_t{static_cast<unsigned char>(p[n / 2])} << (8 * (n / 2)) |
+               uint64_t{static_cast<unsigned char>(p[n - 1])} << (8 * (n - 1));
+    }
+    if (n < 8) word |= (kEachByte * ' ') << (8 * n);
+    return word;
+}
+
+// Eight digit characters, the first the most significant, as their number.
+uint64_t EightDigits(uint64_t word) {
+    word -= kEachByte * '0';
+    word = word * 10 + (word >> 8);
+    return (((word & 0x000000FF000000FF) * 0x000F424000000064) +
+            (((word >> 16) & 0x000000FF000000FF) * 0x0000271000000001)) >>
+           32;
+}
+
+// ScanShortNumber for a text of 1 to 8 characters.
+ShortScan ScanShortWord(const char* p, size_t n, double& value) {
+    const uint64_t word = WordOf(p, n);
+    const unsigned filled = ~ByteBits(BytesEqual(word, ' ') | BytesEqual(word, '\t')) & 0xFF;
+    if (filled == 0) return ShortScan::kNoNumber;
+    const unsigned first = static_cast<unsigned>(__builtin_ctz(filled));
+    const unsigned last = 31u - static_cast<unsigned>(__builtin_clz(filled));
+    const unsigned digit = ByteBits(DigitBytes(word));
+    const unsigned point = ByteBits(BytesEqual(word, '.'));
+    const unsigned minus = ByteBits(BytesEqual(word, '-'));
+    const unsigned sign = minus | ByteBits(BytesEqual(word, '+'));
+    const unsigned lead = first + ((sign >> first) & 1);  // where the digits must begin
+    if ((((digit | point) >> lead) & 1) == 0) return ShortScan::kNoNumber;
+    const unsigned body = (2u << last) - (1u << lead);
+    const unsigned bodyPoint = point & body;
+    if ((body & ~(digit | point)) != 0 || (bodyPoint & (bodyPoint - 1)) != 0 ||
+        (digit & body) == 0) {
+        // More than digits and one point: numeric only with an exponent.
+        const uint64_t lower = word | (kEachByte * 0x20);
+        return ByteBits(BytesEqual(lower, 'e') | BytesEqual(lower, 'd')) != 0
+                   ? ShortScan::kOtherText
+                   : ShortScan::kNoNumber;
+    }
+    const unsigned digits = static_cast<unsigned>(__builtin_popcount(digit & body));
+    uint64_t closed = word;
+    unsigned decimals = 0;
+    if (bodyPoint != 0) {
+        // The bytes before the point move up over it.
+        const unsigned at = static_cast<unsigned>(__builtin_ctz(bodyPoint));
+        const uint64_t before = (uint64_t{1} << (8 * at)) - 1;
+        closed = ((word & before) << 8) | (word & ~before & ~(uint64_t{0xFF} << (8 * at)));
+        decimals = last - at;
+    }
+    // The last digit to the top byte, '0' in the bytes below the first.
+    closed <<= 8 * (7 - last);
+    const uint64_t keep = ~uint64_t{0} << (8 * (8 - digits));
+    const uint64_t number = EightDigits((closed & keep) | (kEachByte * '0' & ~keep));
+    double converted = static_cast<double>(number);
+    if (decimals > 0) converted /= kPowersOfTen[decimals];
+    value = ((minus >> first) & 1) != 0 ? -converted : converted;
+    return ShortScan::kNumber;
+}
+#endif
+
+ShortScan ScanShortNumber(std::string_view text, double& value) {
+#ifdef TALLORY_NUMBER_WORDS
+    if (text.size() - 1 < 8) return ScanShortWord(text.data(), text.size(), value);
+#endif
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end && IsBlank(*p)) ++p;
+    bool negative = false;
+    if (p != end && (*p == '+' || *p == '-')) negative = *p++ == '-';
+    if (p == end || !(IsDigit(*p) || *p == '.')) return ShortScan::kNoNumber;
+    uint64_t digitValue = 0;
+    int digits = 0;
+    int decimals = 0;
+    for (; p != end && IsDigit(*p); ++p, ++digits)
+        digitValue = digitValue * 10 + static_cast<uint64_t>(*p - '0');
+    if (p != end && *p == '.') {
+        for (++p; p != end && IsDigit(*p); ++p, ++digits, ++decimals)
+            digitValue = digitValue * 10 + static_cast<uint64_t>(*p - '0');
+    }
+    if (digits == 0 || digits > kShortDigits) return ShortScan::kOtherText;
+    while (p != end && IsBlank(*p)) ++p;
+    if (p != end) return ShortScan::kOtherText;
+    double converted = static_cast<double>(digitValue);
+    if (decimals > 0) converted /= kPowersOfTen[decimals];
+    value = negative ? -converted : converted;
+    return ShortScan::kNumber;
 }
 
 // The 15 significant digits of a value and its decimal exponent: value = 0.d1d2...d15 x 10^exp.
@@ -160,11 +334,30 @@ bool IsNumeric(std::string_view text) {
 }
 
 bool ToDouble(std::string_view text, double& value) {
+    switch (ScanShortNumber(text, value)) {
+        case ShortScan::kNumber:
+            return true;
+        case ShortScan::kNoNumber:
+            return false;
+        case ShortScan::kOtherText:
+            break;
+    }
     text = TrimBlanks(text);
     bool hasExponent;
     size_t length = NumericPrefix(text, hasExponent);
     if (length == 0 || length != text.size()) return false;
     double converted = ConvertPrefix(text, hasExponent);
+    if (!std::isfinite(converted)) return false;
+    value = converted;
+    return true;
+}
+
+bool ToDoubleReference(std::string_view text, double& value) {
+    text = TrimBlanks(text);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0 || length != text.size()) return false;
+    double converted = ConvertPrefixReference(text, hasExponent);
     if (!std::isfinite(converted)) return false;
     value = converted;
     return true;
@@ -190,6 +383,16 @@ double LeadingNumber(std::string_view text) {
     size_t length = NumericPrefix(text, hasExponent);
     if (length == 0) return 0;
     double value = ConvertPrefix(text.substr(0, length), hasExponent);
+    return std::isfinite(value) ? value : 0;
+}
+
+double LeadingNumberReference(std::string_view text) {
+    while (!text.empty() && (IsBlank(text.front()) || text.front() == '\n' || text.front() == '\r'))
+        text.remove_prefix(1);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0) return 0;
+    double value = ConvertPrefixReference(text.substr(0, length), hasExponent);
     return std::isfinite(value) ? value : 0;
 }
 
