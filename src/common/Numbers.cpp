@@ -1,5 +1,6 @@
 #include "common/Numbers.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -109,110 +110,7 @@ bool IsDigit(char c) {
     return static_cast<unsigned char>(c - '0') < 10;
 }
 
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-// Texts of up to 8 characters, which is nearly every field of a data line, are looked at as one
-// 64-bit word, the first character in the lowest byte, without a loop over the characters.
-#define TALLORY_NUMBER_WORDS 1
-
-constexpr uint64_t kEachByte = 0x0101010101010101;
-constexpr uint64_t kLowSeven = 0x7F7F7F7F7F7F7F7F;
-constexpr uint64_t kHighBits = 0x8080808080808080;
-
-// The high bit of each byte set where the byte is not zero (no carry crosses a byte).
-uint64_t NonZeroBytes(uint64_t word) {
-    return (((word & kLowSeven) + kLowSeven) | word) & kHighBits;
-}
-
-uint64_t BytesEqual(uint64_t word, unsigned char c) {
-    return ~NonZeroBytes(word ^ (kEachByte * c)) & kHighBits;
-}
-
-uint64_t DigitBytes(uint64_t word) {
-    // A digit is the only byte that becomes 0 to 9 when '0' is xored away.
-    uint64_t offset = word ^ (kEachByte * '0');
-    return ~((((offset & kLowSeven) + kEachByte * (0x80 - 10)) | offset) & kHighBits) & kHighBits;
-}
-
-// One bit per byte: the high bit of byte i becomes bit i.
-unsigned ByteBits(uint64_t flags) {
-    return static_cast<unsigned>(((flags >> 7) * 0x0102040810204080) >> 56);
-}
-
-// The characters of a text of 1 to 8 characters, blanks after its end.
-uint64_t WordOf(const char* p, size_t n) {
-    uint64_t word;
-    if (n >= 4) {
-        // Two loads that overlap in the middle: the shared bytes are the same in both.
-        uint32_t low, high;
-        std::memcpy(&low, p, 4);
-        std::memcpy(&high, p + n - 4, 4);
-        word = low | (uint64_t{high} << (8 * (n - 4)));
-    } else {
-        word = uint64_t{static_cast<unsigned char>(p[0])} |
-               uint64_t{static_cast<unsigned char>(p[n / 2])} << (8 * (n / 2)) |
-               uint64_t{static_cast<unsigned char>(p[n - 1])} << (8 * (n - 1));
-    }
-    if (n < 8) word |= (kEachByte * ' ') << (8 * n);
-    return word;
-}
-
-// Eight digit characters, the first the most significant, as their number.
-uint64_t EightDigits(uint64_t word) {
-    word -= kEachByte * '0';
-    word = word * 10 + (word >> 8);
-    return (((word & 0x000000FF000000FF) * 0x000F424000000064) +
-            (((word >> 16) & 0x000000FF000000FF) * 0x0000271000000001)) >>
-           32;
-}
-
-// ScanShortNumber for a text of 1 to 8 characters.
-ShortScan ScanShortWord(const char* p, size_t n, double& value) {
-    const uint64_t word = WordOf(p, n);
-    const unsigned filled = ~ByteBits(BytesEqual(word, ' ') | BytesEqual(word, '\t')) & 0xFF;
-    if (filled == 0) return ShortScan::kNoNumber;
-    const unsigned first = static_cast<unsigned>(__builtin_ctz(filled));
-    const unsigned last = 31u - static_cast<unsigned>(__builtin_clz(filled));
-    const unsigned digit = ByteBits(DigitBytes(word));
-    const unsigned point = ByteBits(BytesEqual(word, '.'));
-    const unsigned minus = ByteBits(BytesEqual(word, '-'));
-    const unsigned sign = minus | ByteBits(BytesEqual(word, '+'));
-    const unsigned lead = first + ((sign >> first) & 1);  // where the digits must begin
-    if ((((digit | point) >> lead) & 1) == 0) return ShortScan::kNoNumber;
-    const unsigned body = (2u << last) - (1u << lead);
-    const unsigned bodyPoint = point & body;
-    if ((body & ~(digit | point)) != 0 || (bodyPoint & (bodyPoint - 1)) != 0 ||
-        (digit & body) == 0) {
-        // More than digits and one point: numeric only with an exponent.
-        const uint64_t lower = word | (kEachByte * 0x20);
-        return ByteBits(BytesEqual(lower, 'e') | BytesEqual(lower, 'd')) != 0
-                   ? ShortScan::kOtherText
-                   : ShortScan::kNoNumber;
-    }
-    const unsigned digits = static_cast<unsigned>(__builtin_popcount(digit & body));
-    uint64_t closed = word;
-    unsigned decimals = 0;
-    if (bodyPoint != 0) {
-        // The bytes before the point move up over it.
-        const unsigned at = static_cast<unsigned>(__builtin_ctz(bodyPoint));
-        const uint64_t before = (uint64_t{1} << (8 * at)) - 1;
-        closed = ((word & before) << 8) | (word & ~before & ~(uint64_t{0xFF} << (8 * at)));
-        decimals = last - at;
-    }
-    // The last digit to the top byte, '0' in the bytes below the first.
-    closed <<= 8 * (7 - last);
-    const uint64_t keep = ~uint64_t{0} << (8 * (8 - digits));
-    const uint64_t number = EightDigits((closed & keep) | (kEachByte * '0' & ~keep));
-    double converted = static_cast<double>(number);
-    if (decimals > 0) converted /= kPowersOfTen[decimals];
-    value = ((minus >> first) & 1) != 0 ? -converted : converted;
-    return ShortScan::kNumber;
-}
-#endif
-
 ShortScan ScanShortNumber(std::string_view text, double& value) {
-#ifdef TALLORY_NUMBER_WORDS
-    if (text.size() - 1 < 8) return ScanShortWord(text.data(), text.size(), value);
-#endif
     const char* p = text.data();
     const char* const end = p + text.size();
     while (p != end && IsBlank(*p)) ++p;
@@ -333,7 +231,9 @@ bool IsNumeric(std::string_view text) {
     return length > 0 && length == text.size();
 }
 
-bool ToDouble(std::string_view text, double& value) {
+namespace {
+
+bool ConvertWhole(std::string_view text, double& value) {
     switch (ScanShortNumber(text, value)) {
         case ShortScan::kNumber:
             return true;
@@ -349,6 +249,60 @@ bool ToDouble(std::string_view text, double& value) {
     double converted = ConvertPrefix(text, hasExponent);
     if (!std::isfinite(converted)) return false;
     value = converted;
+    return true;
+}
+
+// A log repeats a few hundred short texts millions of times (" 0 ", " 1 ", "A ", " 12.5 "), so
+// the answers for texts of up to 8 characters are remembered. The key is the text's bytes in one
+// word with blanks after its end: texts with the same key differ only in trailing blanks, which
+// the conversion drops, so they have the same answer.
+constexpr int kRememberedBits = 10;
+
+struct Remembered {
+    uint64_t key = 0;
+    double value = 0;
+    signed char numeric = -1;  // -1: nothing remembered yet
+};
+
+// The bytes of a text of 1 to 8 characters, the first in the lowest byte, blanks after its end.
+uint64_t KeyOf(std::string_view text) {
+    const char* p = text.data();
+    const size_t n = text.size();
+    uint64_t key;
+    if (n >= 4) {
+        // Two loads that overlap in the middle, where both hold the same bytes.
+        uint32_t low, high;
+        std::memcpy(&low, p, 4);
+        std::memcpy(&high, p + n - 4, 4);
+        key = low | (uint64_t{high} << (8 * (n - 4)));
+    } else {
+        key = uint64_t{static_cast<unsigned char>(p[0])} |
+              uint64_t{static_cast<unsigned char>(p[n / 2])} << (8 * (n / 2)) |
+              uint64_t{static_cast<unsigned char>(p[n - 1])} << (8 * (n - 1));
+    }
+    if (n < 8) key |= uint64_t{0x2020202020202020} << (8 * n);
+    return key;
+}
+
+}  // namespace
+
+bool ToDouble(std::string_view text, double& value) {
+    // The key relies on the first character landing in the lowest byte.
+    if (std::endian::native != std::endian::little || text.empty() ||
+        text.size() > sizeof(uint64_t))
+        return ConvertWhole(text, value);
+    thread_local Remembered remembered[1 << kRememberedBits];
+    const uint64_t key = KeyOf(text);
+    Remembered& entry = remembered[(key * 0x9E3779B97F4A7C15) >> (64 - kRememberedBits)];
+    if (entry.key != key || entry.numeric < 0) {
+        double converted = 0;
+        bool numeric = ConvertWhole(text, converted);
+        entry.key = key;
+        entry.value = converted;
+        entry.numeric = numeric ? 1 : 0;
+    }
+    if (entry.numeric == 0) return false;
+    value = entry.value;
     return true;
 }
 
