@@ -180,5 +180,31 @@ TEST(NumberConversion, GeneratedNumberTextsGiveTheReferenceDouble) {
     EXPECT_EQ(CountDisagreements(texts), 0);
 }
 
+TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
+    // The printer's 15 significant digits without trailing zeros, written out the long way.
+    auto printed = [](double value) {
+        if (value == 0) return std::string("0");
+        char buffer[40];
+        std::snprintf(buffer, sizeof buffer, "%.15G", value);
+        std::string text(buffer);
+        size_t e = text.find('E');
+        std::string mantissa = text.substr(0, e);
+        if (mantissa.find('.') != std::string::npos) {
+            while (mantissa.back() == '0') mantissa.pop_back();
+            if (mantissa.back() == '.') mantissa.pop_back();
+        }
+        return mantissa + (e == std::string::npos ? "" : text.substr(e));
+    };
+    std::mt19937_64 random(5);
+    std::vector<double> values = {1,    -1,    17,   1e15 - 1, 1e15,  -1e15 + 1, 999999999999999.5,
+                                  -0.0, 1e-10, 12.5, 47.5,     1e300, -3.25,     4503599627370497};
+    for (int i = 0; i < 20000; ++i) {
+        values.push_back(static_cast<double>(static_cast<int64_t>(random() >> (i % 60))) *
+                         (i % 2 ? 1 : -1));
+        values.push_back((random() % 100000) / 4.0);
+    }
+    for (double value : values) EXPECT_EQ(NumberText(value), printed(value)) << value;
+}
+
 }  // namespace
 }  // namespace tallory

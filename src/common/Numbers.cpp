@@ -182,6 +182,13 @@ double RoundDecimal(double value, int places, bool halfEven) {
 
 std::string NumberText(double value) {
     if (value == 0) return "0";
+    // A whole number below 10^15 prints as its digits in the general form: the usual grid cell.
+    if (std::fabs(value) < 1e15 && value == std::trunc(value)) {
+        char digits[24];
+        char* end =
+            std::to_chars(digits, digits + sizeof digits, static_cast<long long>(value)).ptr;
+        return std::string(digits, end);
+    }
     char buffer[40];
     std::snprintf(buffer, sizeof buffer, "%.15G", value);
     std::string text(buffer);
