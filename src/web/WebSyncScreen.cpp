@@ -238,6 +238,25 @@ void WebSyncScreen::wListSelect(int row) {
     wList_.state.index = row >= 0 && row < static_cast<int>(wList_.rows.size()) ? row : -1;
 }
 
+std::optional<std::string> AnswerWebSync(WebSyncScreen& screen, VerifyAnswer answer) {
+    std::optional<std::string> doneNote;
+    screen.wSyncClick();
+    while (!screen.Hidden()) {
+        if (screen.CurrentState() != WebSyncScreen::State::Verify) {
+            if (screen.CurrentState() == WebSyncScreen::State::Done) doneNote = screen.wNote().text;
+            screen.wCancelClick();
+        } else if (answer == VerifyAnswer::Accept && !screen.wList().rows.empty()) {
+            screen.wListSelect(0);
+            screen.wAcceptClick();
+        } else if (answer == VerifyAnswer::Cancel) {
+            screen.wCancelClick();
+        } else {
+            screen.wIgnoreClick();
+        }
+    }
+    return doneNote;
+}
+
 std::string ConfirmSyncText() {
     return "Campus Bridgeline is installed in this course folder. It shares your Tallory "
            "desktop information with your campus course management system (CMS). We can now "

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -115,6 +116,15 @@ class WebSyncScreen {
 // RemoteID.csv and reloads the sessions into `screen`.
 void SyncWebRegistrations(Course& course, Host& host, MainScreen& screen, UrlFetcher& fetcher,
                           const std::function<void(WebSyncScreen&)>& showModal);
+
+// How a script answers each verify state that waits for a person.
+enum class VerifyAnswer { Accept, Ignore, Cancel };
+
+// Runs a loaded screen without a person: presses Continue, then at every verify that waits either
+// selects the first roster row and presses Accept (Ignore when the list is empty), presses
+// Ignore, or presses Cancel; at the end closes it with Done. Returns the note of the done state,
+// or nothing when the run was cancelled before it.
+std::optional<std::string> AnswerWebSync(WebSyncScreen& screen, VerifyAnswer answer);
 
 // The text of the question that offers the sibling tool instead.
 std::string ConfirmSyncText();
