@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "grid/ScoreGrid.h"
+#include "web/CurlFetcher.h"
 
 class QCheckBox;
 class QComboBox;
@@ -62,6 +63,8 @@ class MainWindow : public QWidget {
 
     void OnHeading(int index);
     void OnEdit(int column);
+    void OnSyncWebRegistrations();
+    void OnWebUpdate();
     void Exit();
 
     Course& course_;
@@ -87,6 +90,9 @@ class MainWindow : public QWidget {
     QScrollBar* vscrlStudent_ = nullptr;
     QPushButton* cmdHelp_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    CommandLabel* lblSyncWebRegn_ = nullptr;
+    QPushButton* CmdWebUpdate_ = nullptr;
+    CurlFetcher fetcher_;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;
