@@ -9,6 +9,7 @@
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "registration/RemoteTable.h"
+#include "start/Settings.h"
 #include "web/CurlFetcher.h"
 #include "web/WebRegistration.h"
 #include "web/WebSyncScreen.h"
@@ -496,6 +497,43 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
             EXPECT_TRUE(web.host.started.empty());
             EXPECT_EQ(web.recordsUpdated, 0);
         }
+    }
+}
+
+TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
+    const std::string version[] = {std::to_string(TALLORY_VERSION_MAJOR),
+                                   std::to_string(TALLORY_VERSION_MINOR),
+                                   std::to_string(TALLORY_VERSION_REV)};
+    const char* keys[] = {"tallory.exe.major", "tallory.exe.minor", "tallory.exe.rev"};
+    struct Case {
+        const char* name;
+        std::string config;  // empty: no Config.csv, and none afterwards
+    } cases[] = {
+        {"first start", "\"CMS\" ,\"General\" ,\"\"\r\n"},
+        {"downgrade", "\"tallory.exe.major\" ,\"99\" ,\"\"\r\n"},
+        {"same version", "\"tallory.exe.major\" ,\"" + version[0] +
+                             "\" ,\"\"\r\n\"tallory.exe.minor\" ,\"" + version[1] +
+                             "\" ,\"\"\r\n\"tallory.exe.rev\" ,\"" + version[2] + "\" ,\"\"\r\n"},
+        {"no settings file", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse folder;
+        folder.Write("SessionData/.keep", "");
+        if (!c.config.empty()) folder.Write("SessionData/Config.csv", c.config);
+        Course course;
+        RecordingHost host;
+        course.AppPath = folder.Path();
+        ReadConfig(course, host);
+        StampVersion(course);
+        Course reread;
+        reread.AppPath = folder.Path();
+        ReadConfig(reread, host);
+        for (int k = 0; k < 3; ++k) {
+            EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
+            EXPECT_EQ(GetParam(reread, keys[k], ""), c.config.empty() ? "" : version[k]);
+        }
+        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !c.config.empty());
     }
 }
 
