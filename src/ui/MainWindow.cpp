@@ -21,6 +21,8 @@
 #include "ui/CommandLabel.h"
 #include "ui/QtHost.h"
 #include "ui/SessionDialogs.h"
+#include "ui/WebSyncDialog.h"
+#include "ui/WebUpdateDialog.h"
 
 namespace tallory {
 
@@ -315,7 +317,15 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdHelp_, &QPushButton::clicked, this,
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
+    lblSyncWebRegn_ = MakeLink("Sync Web Registrations", "lblSyncWebRegn");
+    Scale(lblSyncWebRegn_, kTextPoints);
+    connect(lblSyncWebRegn_, &CommandLabel::clicked, this, [this] { OnSyncWebRegistrations(); });
+    CmdWebUpdate_ = new QPushButton("Web Update", this);
+    CmdWebUpdate_->setObjectName("CmdWebUpdate");
+    Scale(CmdWebUpdate_, kTextPoints);
+    connect(CmdWebUpdate_, &QPushButton::clicked, this, [this] { OnWebUpdate(); });
     footer->addWidget(cmdHelp_);
+    footer->addWidget(CmdWebUpdate_);
     footer->addStretch(1);
     // The grade exports, in the format the course was opened with (lblCMS's tag).
     cmdExportAll_ = new QPushButton("Export All", this);
@@ -332,6 +342,8 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdExportSelected_, &QPushButton::clicked, this,
             [this] { Guarded([&] { ExportSelected(course_, host_, grid_.Format().tag); }); });
     footer->addStretch(1);
+    footer->addWidget(lblSyncWebRegn_, 0, Qt::AlignVCenter);
+    footer->addSpacing(12);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);
 }
@@ -378,6 +390,15 @@ void MainWindow::OnEdit(int column) {
         if (const int session = grid_.EditClick(column))
             OpenSetScores(this, course_, host_, grid_, session, largeFonts_);
     });
+}
+
+void MainWindow::OnSyncWebRegistrations() {
+    Guarded([&] { OpenWebSync(this, course_, host_, grid_, fetcher_); });
+}
+
+void MainWindow::OnWebUpdate() {
+    WebUpdateDialog dialog(this);
+    dialog.exec();
 }
 
 void MainWindow::Exit() {

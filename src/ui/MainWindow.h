@@ -7,6 +7,7 @@
 
 #include "grid/ScoreGrid.h"
 #include "ui/ControlBinding.h"
+#include "web/CurlFetcher.h"
 
 class QCheckBox;
 class QComboBox;
@@ -62,6 +63,8 @@ class MainWindow : public QWidget {
 
     void OnHeading(int index);
     void OnEdit(int column);
+    void OnSyncWebRegistrations();
+    void OnWebUpdate();
     void Exit();
 
     Course& course_;
@@ -90,6 +93,9 @@ class MainWindow : public QWidget {
     QPushButton* cmdExit_ = nullptr;
     QPushButton* cmdExportAll_ = nullptr;
     QPushButton* cmdExportSelected_ = nullptr;
+    CommandLabel* lblSyncWebRegn_ = nullptr;
+    QPushButton* CmdWebUpdate_ = nullptr;
+    CurlFetcher fetcher_;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;
