@@ -29,6 +29,8 @@ class QtHost : public Host {
     void HideProgress() override;
     void SetProgressText(std::string_view text) override;
     void SetProgressValue(double fraction) override;
+    void SetProgressCaption(std::string_view caption) override;
+    void SetClipboardText(const std::string& text) override;
     void YieldEvents() override;
     void SetWaitCursor(bool on) override;
 
@@ -38,6 +40,7 @@ class QtHost : public Host {
   private:
     std::unique_ptr<ProgressDialog> progress_;
     bool waitCursor_ = false;
+    QString progressCaption_;
 };
 
 // Runs one command of the program. A run-time error ends the program: it is shown in a message box
