@@ -82,6 +82,7 @@ class GhostRemoteScreen {
     // The screen was closed without a deletion.
     void Close() { closed_ = true; }
 
+    Course& CourseData() const { return course_; }
     GhostTable& GhostList() { return ghostList_; }
     const GhostTable& GhostList() const { return ghostList_; }
     int GhostCount() const { return ghostCount_; }

@@ -18,6 +18,7 @@
 #include <algorithm>
 
 #include "ui/CommandLabel.h"
+#include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
 #include "ui/SessionDialogs.h"
 
@@ -242,8 +243,12 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         lblSession_[index] = label;
     }
     for (int r = 1; r <= kGridRows; ++r) {
-        lblStudentName_[r] = MakeLabel(gridFrame_, "name", QString("lblStudentName%1").arg(r),
-                                       Qt::AlignLeft | Qt::AlignVCenter);
+        lblStudentName_[r] = new CommandLabel(gridFrame_);
+        lblStudentName_[r]->setObjectName(QString("lblStudentName%1").arg(r));
+        lblStudentName_[r]->setProperty("role", "name");
+        lblStudentName_[r]->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        lblStudentName_[r]->setMinimumWidth(10);
+        connect(lblStudentName_[r], &CommandLabel::clicked, this, [this, r] { OnStudent(r); });
         lblTotal_[r] = MakeLabel(gridFrame_, "total", QString("lblTotal%1").arg(r));
         lblAverage_[r] = MakeLabel(gridFrame_, "average", QString("lblAverage%1").arg(r));
         Scale(lblStudentName_[r], kCellPoints, true);
@@ -313,7 +318,13 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdHelp_, &QPushButton::clicked, this,
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
+    cmdViewAll_ = new QPushButton("Unregistered Clickers", this);
+    cmdViewAll_->setObjectName("CmdViewAll");
+    Scale(cmdViewAll_, kTextPoints);
+    connect(cmdViewAll_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { OpenViewAll(this, course_, host_, grid_); }); });
     footer->addWidget(cmdHelp_);
+    footer->addWidget(cmdViewAll_);
     footer->addStretch(1);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);
@@ -363,6 +374,13 @@ void MainWindow::OnEdit(int column) {
     });
 }
 
+void MainWindow::OnStudent(int row) {
+    Guarded([&] {
+        if (const int student = grid_.StudentClick(row))
+            OpenEditStudent(this, course_, host_, grid_, student);
+    });
+}
+
 void MainWindow::Exit() {
     // Every change is written when it is made: there is nothing to save.
     close();
@@ -409,6 +427,10 @@ void MainWindow::Repaint() {
     RepaintSessions(view);
     for (int r = 1; r <= kGridRows; ++r) {
         lblStudentName_[r]->setText(DisplayString(view.name[r]));
+        // A name opens the student's clickers.
+        const bool named = !QString::fromStdString(view.name[r]).trimmed().isEmpty();
+        lblStudentName_[r]->SetHoverUnderline(named);
+        lblStudentName_[r]->setCursor(named ? Qt::PointingHandCursor : Qt::ArrowCursor);
         SetProperty(lblStudentName_[r], "colour",
                     view.nameColour[r] == NameColour::Red ? "red" : "blue");
         lblTotal_[r]->setText(DisplayString(view.total[r]));
@@ -461,6 +483,8 @@ void MainWindow::RepaintEnabled(const GridView& view) {
     auto one = [](QWidget* widget) { return std::array<QWidget*, 1>{widget}; };
     enable(Control::CmdHelp, one(cmdHelp_));
     enable(Control::CmdExit, one(cmdExit_));
+    // The clicker lists are a command of the window like the choice of name order.
+    enable(Control::CmbDisplayName, one(cmdViewAll_));
     enable(Control::LblExit, one(lblExit_));
     enable(Control::LblSubject, one(lblSubject_));
     enable(Control::LblCMS, one(lblCMS_));

@@ -62,6 +62,7 @@ class MainWindow : public QWidget {
 
     void OnHeading(int index);
     void OnEdit(int column);
+    void OnStudent(int row);
     void Exit();
 
     Course& course_;
@@ -78,7 +79,7 @@ class MainWindow : public QWidget {
     CommandLabel* lblNext_ = nullptr;
     QFrame* gridFrame_ = nullptr;
     std::array<CommandLabel*, kSessionLabels> lblSession_{};
-    std::array<QLabel*, kGridRows + 1> lblStudentName_{};
+    std::array<CommandLabel*, kGridRows + 1> lblStudentName_{};
     std::array<QLabel*, kGridRows + 1> lblTotal_{};
     std::array<QLabel*, kGridRows + 1> lblAverage_{};
     std::array<QPushButton*, kGridColumns> cmdEdit_{};
@@ -87,6 +88,7 @@ class MainWindow : public QWidget {
     QScrollBar* vscrlStudent_ = nullptr;
     QPushButton* cmdHelp_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    QPushButton* cmdViewAll_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;
