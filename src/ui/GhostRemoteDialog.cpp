@@ -79,6 +79,8 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
     connect(vsScr_, &QScrollBar::valueChanged, this,
             [this](int value) { Run([&] { screen_.VsScrChange(value); }); });
     list->addWidget(vsScr_, 1, 5, kListRows, 1);
+    // The rows keep their height; spare room goes below the last.
+    list->setRowStretch(kListRows + 1, 1);
     list->setColumnStretch(0, 1);
     list->setColumnStretch(1, 3);
     list->setColumnStretch(2, 2);
@@ -113,7 +115,7 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
         hidden_ = true;
         hide();
     };
-    resize(620, 560);
+    resize(620, 510);
     Repaint();
 }
 

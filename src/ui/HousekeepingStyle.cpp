@@ -22,7 +22,7 @@ QPushButton[role="heading"] { border: none; border-bottom: 2px solid #b5bbae; ba
 QPushButton[role="heading"]:disabled { color: #9aa39a; }
 QPushButton[role="tab"] { border: 1px solid #b5bbae; background: #e3e6df; color: #3c4639;
                           padding: 6px 16px; }
-QPushButton[role="tab"]:checked { background: white; color: #1f2a1f; font-weight: bold;
+QPushButton[role="tab"]:checked { background: white; color: #1f2a1f;
                                   border-bottom-color: white; }
 QPushButton[role="tab"]:disabled { color: #9aa39a; }
 QPushButton[role="danger"] { color: #8b0000; font-weight: bold; }

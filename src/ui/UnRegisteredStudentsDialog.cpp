@@ -68,6 +68,8 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
     connect(vsScr_, &QScrollBar::valueChanged, this,
             [this](int value) { Run([&] { screen_.VsScrChange(value); }); });
     list->addWidget(vsScr_, 1, 4, kListRows, 1);
+    // The rows keep their height; spare room goes below the last.
+    list->setRowStretch(kListRows + 1, 1);
     list->setColumnStretch(0, 1);
     list->setColumnStretch(1, 3);
     list->setColumnStretch(2, 3);
@@ -102,7 +104,7 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
             [this] { Run([&] { screen_.CmdUnRegisteredClickersClick(); }); });
     // The current tab: pressing it keeps the list as it is.
     connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { Repaint(); });
-    resize(640, 560);
+    resize(640, 480);
     Repaint();
 }
 
