@@ -121,6 +121,18 @@ TEST(GhostList, AverageIsZeroWithoutSessions) {
     EXPECT_EQ(screen.Row(0).TxtAverage.text, "0");
 }
 
+TEST(GhostList, ARemoteTooLongToShowEndsTheOpening) {
+    StudentRows rows({{"#ABC123", 1}, {"#123456789", 2}});
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    try {
+        screen.Load();
+        ADD_FAILURE();
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), kInvalidProcedureCall);
+        EXPECT_NE(error.Message().find("Invalid procedure call or argument"), std::string::npos);
+    }
+}
+
 TEST(GhostList, AnEmptyListLeavesOnlyTheStudentsTab) {
     StudentRows rows({{"S1", 3}, {"S2", 4}});
     rows.students[0] = {"Clark", "Cy", "S3", 0};
