@@ -45,6 +45,8 @@ class Host {
     virtual void HideProgress() {}
     virtual void SetProgressText(std::string_view text) { (void)text; }
     virtual void SetProgressValue(double fraction) { (void)fraction; }
+    // The progress screen's window title until it is next taken down; the program's title after.
+    virtual void SetProgressCaption(std::string_view caption) { (void)caption; }
 
     // Lets pending events run, so the screen stays alive during a long pass.
     virtual void YieldEvents() {}

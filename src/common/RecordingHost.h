@@ -24,6 +24,9 @@ class RecordingHost : public Host {
                    Buttons buttons) override;
     void SetProgressText(std::string_view text) override { progressTexts.emplace_back(text); }
     void SetProgressValue(double fraction) override { lastProgress = fraction; }
+    void SetProgressCaption(std::string_view caption) override {
+        progressCaptions.emplace_back(caption);
+    }
     void ShowProgress() override { ++progressShown; }
     void HideProgress() override { ++progressHidden; }
     void SetWaitCursor(bool on) override { waitCursor = on; }
@@ -40,6 +43,7 @@ class RecordingHost : public Host {
 
     std::vector<Shown> messages;
     std::vector<std::string> progressTexts;
+    std::vector<std::string> progressCaptions;
     std::deque<Answer> answers;  // answers to questions, in order
     Answer defaultAnswer = Answer::No;
     double lastProgress = 0;

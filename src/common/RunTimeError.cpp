@@ -4,6 +4,8 @@ namespace tallory {
 
 std::string RunTimeError::DescriptionOf(int number) {
     switch (number) {
+        case kInvalidProcedureCall:
+            return "Invalid procedure call or argument";
         case kOverflow:
             return "Overflow";
         case kSubscriptOutOfRange:

@@ -7,6 +7,7 @@ namespace tallory {
 
 // The errors that end a run. The numbers and descriptions are those an instructor would look up.
 enum ErrorNumber : int {
+    kInvalidProcedureCall = 5,
     kOverflow = 6,
     kSubscriptOutOfRange = 9,
     kTypeMismatch = 13,

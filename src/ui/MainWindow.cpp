@@ -17,8 +17,10 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "common/Text.h"
 #include "export/Export.h"
 #include "ui/CommandLabel.h"
+#include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
 #include "ui/SessionDialogs.h"
 #include "ui/WebSyncDialog.h"
@@ -246,8 +248,12 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         lblSession_[index] = label;
     }
     for (int r = 1; r <= kGridRows; ++r) {
-        lblStudentName_[r] = MakeLabel(gridFrame_, "name", QString("lblStudentName%1").arg(r),
-                                       Qt::AlignLeft | Qt::AlignVCenter);
+        lblStudentName_[r] = new CommandLabel(gridFrame_);
+        lblStudentName_[r]->setObjectName(QString("lblStudentName%1").arg(r));
+        lblStudentName_[r]->setProperty("role", "name");
+        lblStudentName_[r]->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        lblStudentName_[r]->setMinimumWidth(10);
+        connect(lblStudentName_[r], &CommandLabel::clicked, this, [this, r] { OnStudent(r); });
         lblTotal_[r] = MakeLabel(gridFrame_, "total", QString("lblTotal%1").arg(r));
         lblAverage_[r] = MakeLabel(gridFrame_, "average", QString("lblAverage%1").arg(r));
         Scale(lblStudentName_[r], kCellPoints, true);
@@ -324,7 +330,13 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     CmdWebUpdate_->setObjectName("CmdWebUpdate");
     Scale(CmdWebUpdate_, kTextPoints);
     connect(CmdWebUpdate_, &QPushButton::clicked, this, [this] { OnWebUpdate(); });
+    cmdViewAll_ = new QPushButton("Unregistered Clickers", this);
+    cmdViewAll_->setObjectName("CmdViewAll");
+    Scale(cmdViewAll_, kTextPoints);
+    connect(cmdViewAll_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { OpenViewAll(this, course_, host_, grid_); }); });
     footer->addWidget(cmdHelp_);
+    footer->addWidget(cmdViewAll_);
     footer->addWidget(CmdWebUpdate_);
     footer->addStretch(1);
     // The grade exports, in the format the course was opened with (lblCMS's tag).
@@ -401,6 +413,13 @@ void MainWindow::OnWebUpdate() {
     dialog.exec();
 }
 
+void MainWindow::OnStudent(int row) {
+    Guarded([&] {
+        if (const int student = grid_.StudentClick(row))
+            OpenEditStudent(this, course_, host_, grid_, student);
+    });
+}
+
 void MainWindow::Exit() {
     // Every change is written when it is made: there is nothing to save.
     close();
@@ -445,6 +464,8 @@ void MainWindow::BindControls() {
     binding_.Bind(lblNext_, view.lblNext);
     binding_.Bind(lblPrevious_, view.lblPrevious);
     binding_.Bind(cmbDisplayName_, view.cmbDisplayName);
+    // The clicker lists are a command of the window like the choice of name order.
+    binding_.Bind(static_cast<QWidget*>(cmdViewAll_), view.cmbDisplayName);
     binding_.Bind(cmdHelp_, view.cmdHelp, true);
     binding_.Bind(cmdExit_, view.CmdExit);
     binding_.Bind(picHelp_, view.PicHelp);
@@ -466,11 +487,16 @@ void MainWindow::Repaint() {
     const GridView& view = grid_.View();
     setWindowTitle(view.caption.empty() ? QString("Tallory") : DisplayString(view.caption));
     binding_.Paint();
-    // What a ControlState does not hold: the colour of a name, the pointer over a heading or
-    // an absence, and the ranges of the scroll bars.
-    for (int r = 1; r <= kGridRows; ++r)
+    // What a ControlState does not hold: the colour of a name and the pointer over it, the
+    // pointer over a heading or an absence, and the ranges of the scroll bars.
+    for (int r = 1; r <= kGridRows; ++r) {
+        // A name opens the student's clickers.
+        const bool named = !TrimView(view.lblStudentName[r].text).empty();
+        lblStudentName_[r]->SetHoverUnderline(named);
+        lblStudentName_[r]->setCursor(named ? Qt::PointingHandCursor : Qt::ArrowCursor);
         SetProperty(lblStudentName_[r], "colour",
                     view.nameColour[r] == NameColour::Red ? "red" : "blue");
+    }
     for (int index = 0; index < kSessionLabels; ++index) {
         CommandLabel* label = lblSession_[index];
         const Hover hover = grid_.HoverOf(index);

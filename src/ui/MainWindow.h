@@ -65,6 +65,7 @@ class MainWindow : public QWidget {
     void OnEdit(int column);
     void OnSyncWebRegistrations();
     void OnWebUpdate();
+    void OnStudent(int row);
     void Exit();
 
     Course& course_;
@@ -82,7 +83,7 @@ class MainWindow : public QWidget {
     CommandLabel* lblNext_ = nullptr;
     QFrame* gridFrame_ = nullptr;
     std::array<CommandLabel*, kSessionLabels> lblSession_{};
-    std::array<QLabel*, kGridRows + 1> lblStudentName_{};
+    std::array<CommandLabel*, kGridRows + 1> lblStudentName_{};
     std::array<QLabel*, kGridRows + 1> lblTotal_{};
     std::array<QLabel*, kGridRows + 1> lblAverage_{};
     std::array<QPushButton*, kGridColumns> cmdEdit_{};
@@ -96,6 +97,7 @@ class MainWindow : public QWidget {
     CommandLabel* lblSyncWebRegn_ = nullptr;
     QPushButton* CmdWebUpdate_ = nullptr;
     CurlFetcher fetcher_;
+    QPushButton* cmdViewAll_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;

@@ -137,12 +137,15 @@ Answer QtHost::Message(std::string_view text, std::string_view title, Icon icon,
 
 void QtHost::ShowProgress() {
     if (!progress_) progress_ = std::make_unique<ProgressDialog>(QApplication::activeWindow());
+    if (!progressCaption_.isEmpty()) progress_->setWindowTitle(progressCaption_);
     progress_->show();
     progress_->raise();
     YieldEvents();
 }
 
 void QtHost::HideProgress() {
+    // A caption lasts as long as the screen it was given to.
+    progressCaption_.clear();
     if (!progress_) return;
     progress_->hide();
     progress_.reset();
@@ -156,6 +159,18 @@ void QtHost::SetProgressText(std::string_view text) {
 
 void QtHost::SetProgressValue(double fraction) {
     if (progress_) progress_->SetValue(fraction);
+}
+
+void QtHost::SetProgressCaption(std::string_view caption) {
+    progressCaption_ = DisplayString(caption);
+    if (progress_) progress_->setWindowTitle(progressCaption_);
+}
+
+void QtHost::SetClipboardText(const std::string& text) {
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    // The text keeps its CR LF line ends: it is pasted into spreadsheets and mail as it stands.
+    clipboard->setText(QString::fromStdString(DisplayText(text)));
 }
 
 void QtHost::YieldEvents() {
@@ -186,12 +201,6 @@ void QtHost::OpenDocument(const std::string& path) {
 
 void QtHost::StartProgram(const std::string& program, const std::string& argument) {
     QProcess::startDetached(QString::fromStdString(program), {QString::fromStdString(argument)});
-}
-
-void QtHost::SetClipboardText(const std::string& text) {
-    QClipboard* clipboard = QGuiApplication::clipboard();
-    clipboard->clear();
-    clipboard->setText(QString::fromStdString(DisplayText(text)));
 }
 
 void RunGuarded(Host& host, const std::function<void()>& command) {

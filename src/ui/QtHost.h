@@ -45,12 +45,13 @@ class QtHost : public Host {
     void HideProgress() override;
     void SetProgressText(std::string_view text) override;
     void SetProgressValue(double fraction) override;
+    void SetProgressCaption(std::string_view caption) override;
+    void SetClipboardText(const std::string& text) override;
     void YieldEvents() override;
     void SetWaitCursor(bool on) override;
     OptionChoice ChooseOption(const OptionDialog& dialog) override;
     void OpenDocument(const std::string& path) override;
     void StartProgram(const std::string& program, const std::string& argument) override;
-    void SetClipboardText(const std::string& text) override;
 
     // The progress screen while it is up, for tests; null otherwise.
     ProgressDialog* Progress() const { return progress_.get(); }
@@ -58,6 +59,7 @@ class QtHost : public Host {
   private:
     std::unique_ptr<ProgressDialog> progress_;
     bool waitCursor_ = false;
+    QString progressCaption_;
 };
 
 // Runs one command of the program. A run-time error ends the program: it is shown in a message box

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace tallory {
+
+// The two housekeeping lists show nine rows at a time beside a scroll bar, VsScr.
+constexpr int kListRows = 9;
+
+struct ListScroll {
+    int minimum = 0;
+    int maximum = 0;
+    int value = 0;
+    int largeChange = kListRows;
+    bool enabled = false;
+};
+
+// VsScr for a list of `count` rows: its maximum leaves the last page full; the bar is active,
+// from the top, only when the rows do not fit. A bar that is not active keeps its value.
+void SetListScroll(ListScroll& scroll, int count);
+
+// Page up (`down` false) or page down in one of the row boxes: the value VsScr moves to, by its
+// large change and within its range. An inactive bar does not move.
+int PagedValue(const ListScroll& scroll, bool down);
+
+// Key codes of the row boxes that scroll the list.
+constexpr int kKeyPageUp = 33;
+constexpr int kKeyPageDown = 34;
+
+}  // namespace tallory

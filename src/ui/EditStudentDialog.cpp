@@ -1,0 +1,157 @@
+#include "ui/EditStudentDialog.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include "ui/ControlPaint.h"
+#include "ui/QtHost.h"
+
+namespace tallory {
+
+namespace {
+
+constexpr const char* kStyle = R"(
+QDialog#frmEditStudent { background: rgb(238, 240, 236); }
+QLabel#Label4 { color: #1f2a1f; font-weight: bold; font-size: 15px; }
+QFrame#studentCard { background: white; border: 1px solid #c8ccc3; border-radius: 8px; }
+QFrame#studentCard QLabel { background: transparent; }
+QLabel[role="fact"] { color: #5b6358; }
+QLabel#lblStudentID { color: rgb(0, 0, 255); font-weight: bold; font-size: 14px; }
+QLabel#lblLastName { color: #1f2a1f; }
+QLineEdit, QComboBox { padding: 3px 5px; }
+QPushButton#cmdRemove { color: #8b0000; }
+)";
+
+QLabel* Caption(QWidget* parent, const QString& text) {
+    auto* label = new QLabel(text, parent);
+    label->setProperty("role", "fact");
+    return label;
+}
+
+}  // namespace
+
+EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWidget* parent)
+    : QDialog(parent), screen_(screen), host_(host) {
+    setObjectName("frmEditStudent");
+    setWindowTitle(DisplayString(screen_.Form().text));
+    setStyleSheet(kStyle);
+    setMinimumWidth(420);
+
+    auto* root = new QVBoxLayout(this);
+    root->setContentsMargins(18, 16, 18, 14);
+    root->setSpacing(10);
+    label4_ = new QLabel(this);
+    label4_->setObjectName("Label4");
+    root->addWidget(label4_);
+
+    auto* card = new QFrame(this);
+    card->setObjectName("studentCard");
+    auto* facts = new QGridLayout(card);
+    facts->setContentsMargins(14, 10, 14, 10);
+    facts->setHorizontalSpacing(10);
+    lblStudentID_ = new QLabel(card);
+    lblStudentID_->setObjectName("lblStudentID");
+    lblLastName_ = new QLabel(card);
+    lblLastName_->setObjectName("lblLastName");
+    facts->addWidget(Caption(card, "Student ID"), 0, 0);
+    facts->addWidget(lblStudentID_, 0, 1);
+    facts->addWidget(Caption(card, "Name"), 1, 0);
+    facts->addWidget(lblLastName_, 1, 1);
+    facts->setColumnStretch(1, 1);
+    root->addWidget(card);
+
+    root->addWidget(Caption(this, "Registered Clickers"));
+    auto* listRow = new QHBoxLayout;
+    cmbClickList_ = new QComboBox(this);
+    cmbClickList_->setObjectName("cmbClickList");
+    cmdSave_ = new QPushButton(this);
+    cmdSave_->setObjectName("cmdSave");
+    listRow->addWidget(cmbClickList_, 1);
+    listRow->addWidget(cmdSave_);
+    root->addLayout(listRow);
+
+    root->addWidget(Caption(this, "Add New Clicker"));
+    auto* addRow = new QHBoxLayout;
+    txtNewClickerId_ = new QLineEdit(this);
+    txtNewClickerId_->setObjectName("TxtNewClickerId");
+    txtNewClickerId_->installEventFilter(
+        new KeyFilter(this, [](int key) { return EditStudentScreen::TxtNewClickerIdKey(key); }));
+    cmdAdd_ = new QPushButton(this);
+    cmdAdd_->setObjectName("CmdAdd");
+    addRow->addWidget(txtNewClickerId_, 1);
+    addRow->addWidget(cmdAdd_);
+    root->addLayout(addRow);
+
+    auto* buttons = new QHBoxLayout;
+    cmdRemove_ = new QPushButton(this);
+    cmdRemove_->setObjectName("cmdRemove");
+    cmdCancel_ = new QPushButton(this);
+    cmdCancel_->setObjectName("cmdCancel");
+    buttons->addWidget(cmdRemove_);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdCancel_);
+    root->addLayout(buttons);
+    for (QPushButton* button : {cmdSave_, cmdAdd_, cmdRemove_, cmdCancel_})
+        button->setAutoDefault(false);
+
+    connect(cmbClickList_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        screen_.cmbClickListClick(index);
+        Repaint();
+    });
+    connect(txtNewClickerId_, &QLineEdit::textEdited, this,
+            [this](const QString& text) { screen_.TxtNewClickerIdChange(text.toStdString()); });
+    connect(cmdAdd_, &QPushButton::clicked, this, [this] { Run(&EditStudentScreen::CmdAddClick); });
+    connect(cmdSave_, &QPushButton::clicked, this,
+            [this] { Run(&EditStudentScreen::cmdSaveClick); });
+    connect(cmdRemove_, &QPushButton::clicked, this,
+            [this] { Run(&EditStudentScreen::cmdRemoveClick); });
+    connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+    screen_.onChanged = [this] { Repaint(); };
+    Repaint();
+}
+
+void EditStudentDialog::Repaint() {
+    Paint(label4_, screen_.Label4());
+    Paint(lblStudentID_, screen_.lblStudentID());
+    Paint(lblLastName_, screen_.lblLastName());
+    {
+        const QSignalBlocker block(cmbClickList_);
+        if (cmbClickList_->count() != static_cast<int>(screen_.ClickList().size())) {
+            cmbClickList_->clear();
+            for (const std::string& remote : screen_.ClickList())
+                cmbClickList_->addItem(DisplayString(remote));
+        }
+        cmbClickList_->setCurrentIndex(screen_.cmbClickList().index);
+    }
+    Paint(txtNewClickerId_, screen_.TxtNewClickerId());
+    Paint(cmdAdd_, screen_.CmdAdd());
+    Paint(cmdSave_, screen_.cmdSave());
+    Paint(cmdRemove_, screen_.cmdRemove());
+    Paint(cmdCancel_, screen_.cmdCancel());
+    if (!screen_.Form().visible) hide();
+}
+
+void EditStudentDialog::Run(void (EditStudentScreen::*handler)()) {
+    // A run-time error inside a handler ends the program with its message, as everywhere.
+    RunGuarded(host_, [&] { (screen_.*handler)(); });
+    if (screen_.Closed()) {
+        done(QDialog::Accepted);
+        return;
+    }
+    Repaint();
+    if (screen_.FocusNewClicker()) txtNewClickerId_->setFocus();
+}
+
+void EditStudentDialog::reject() {
+    screen_.cmdCancelClick();
+    QDialog::reject();
+}
+
+}  // namespace tallory

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDialog>
+
+#include "grid/EditStudent.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace tallory {
+
+// frmEditStudent: a student's clickers, or a stray clicker's votes, from a name in the grid.
+class EditStudentDialog : public QDialog {
+    Q_OBJECT
+  public:
+    EditStudentDialog(EditStudentScreen& screen, Host& host, QWidget* parent = nullptr);
+
+  public slots:
+    // The window's close box and Escape act as cmdCancel.
+    void reject() override;
+
+  private:
+    void Run(void (EditStudentScreen::*handler)());
+    void Repaint();
+
+    EditStudentScreen& screen_;
+    Host& host_;
+    QLabel* label4_ = nullptr;
+    QLabel* lblStudentID_ = nullptr;
+    QLabel* lblLastName_ = nullptr;
+    QComboBox* cmbClickList_ = nullptr;
+    QLineEdit* txtNewClickerId_ = nullptr;
+    QPushButton* cmdAdd_ = nullptr;
+    QPushButton* cmdSave_ = nullptr;
+    QPushButton* cmdRemove_ = nullptr;
+    QPushButton* cmdCancel_ = nullptr;
+};
+
+}  // namespace tallory

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+
+#include "housekeeping/FilterGhostRemote.h"
+
+class QLineEdit;
+class QPushButton;
+
+namespace tallory {
+
+// frmFilterGhostRemote: ticks rows of the clicker list by criteria.
+class FilterGhostRemoteDialog : public QDialog {
+    Q_OBJECT
+  public:
+    FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen, Host& host, QWidget* parent = nullptr);
+
+  private:
+    void Repaint();
+
+    FilterGhostRemoteScreen& screen_;
+    Host& host_;
+    std::array<QLineEdit*, kSearchBoxes> boxes_{};
+    QPushButton* cmdSelect_ = nullptr;
+    QPushButton* lvButtons_H1_ = nullptr;
+};
+
+}  // namespace tallory

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+
+#include "housekeeping/GhostRemote.h"
+
+class QCheckBox;
+class QLineEdit;
+class QPushButton;
+class QScrollBar;
+
+namespace tallory {
+
+// frmGhostRemote: the remotes nobody registered, ticked by hand or by the search, and deleted.
+// Its tab to the unregistered students opens frmUnRegisteredStudents over it.
+class GhostRemoteDialog : public QDialog {
+    Q_OBJECT
+  public:
+    GhostRemoteDialog(GhostRemoteScreen& screen, Host& host, const UnregisteredTable& students,
+                      QWidget* parent = nullptr);
+
+  public slots:
+    // The window's close box and Escape close the list without a deletion.
+    void reject() override;
+
+  private:
+    struct RowWidgets {
+        QLineEdit* serial;
+        QLineEdit* remote;
+        QLineEdit* total;
+        QLineEdit* average;
+        QCheckBox* select;
+    };
+
+    void Run(const std::function<void()>& handler);
+    void Repaint();
+    void CustomSelect();
+    void ShowStudents();
+
+    GhostRemoteScreen& screen_;
+    Host& host_;
+    const UnregisteredTable& students_;
+    bool hidden_ = false;
+    std::array<QPushButton*, 5> headings_{};
+    std::array<RowWidgets, kListRows> rows_{};
+    QScrollBar* vsScr_ = nullptr;
+    QPushButton* cmdSelectAll_ = nullptr;
+    QPushButton* cmdUnSelectAll_ = nullptr;
+    QPushButton* cmdCustomSelect_ = nullptr;
+    QPushButton* cmdDelete_ = nullptr;
+    QPushButton* cmdUnRegisteredClickers_ = nullptr;
+    QPushButton* cmdUnRegisteredStudents_ = nullptr;
+};
+
+}  // namespace tallory

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <functional>
+
+#include "housekeeping/UnregisteredStudents.h"
+
+class QLineEdit;
+class QPushButton;
+class QScrollBar;
+
+namespace tallory {
+
+// frmUnRegisteredStudents: the roster students without a clicker, and their exports.
+class UnRegisteredStudentsDialog : public QDialog {
+    Q_OBJECT
+  public:
+    UnRegisteredStudentsDialog(UnregisteredStudentsScreen& screen, Host& host,
+                               QWidget* parent = nullptr);
+
+  private:
+    struct RowWidgets {
+        QLineEdit* serial;
+        QLineEdit* last;
+        QLineEdit* first;
+        QLineEdit* id;
+    };
+
+    void Run(const std::function<void()>& handler);
+    void Repaint();
+
+    UnregisteredStudentsScreen& screen_;
+    Host& host_;
+    std::array<RowWidgets, kListRows> rows_{};
+    QScrollBar* vsScr_ = nullptr;
+    QPushButton* cmdUnRegisteredClickers_ = nullptr;
+    QPushButton* cmdUnRegisteredStudents_ = nullptr;
+};
+
+}  // namespace tallory

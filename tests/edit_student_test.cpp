@@ -1,0 +1,264 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "LogText.h"
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "grid/CourseLoad.h"
+#include "grid/EditStudent.h"
+#include "scoring/ScreenParts.h"
+
+namespace tallory {
+namespace {
+
+using test::LogPlan;
+using test::LogText;
+using test::TempCourse;
+
+constexpr const char* kFirstLog = "SessionData/L2609071000.csv";
+constexpr const char* kSecondLog = "SessionData/L2609091000.csv";
+constexpr const char* kRemoteIds = "SessionData/RemoteID.csv";
+
+// S1 has one clicker, S2 two (777 registered twice), S3 none; ABC123 belongs to nobody. In the
+// first log S2's first clicker carries another student's ID, S9.
+struct StudentCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    HeadlessSessionGrid::CountingScreen screen;
+
+    StudentCourse() {
+        folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+        folder.Write("Roster.txt", "Adams,Ann,S1\r\nBaker,Bob,S2\r\nClark,Cy,S3\r\n");
+        folder.Write(kRemoteIds,
+                     "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n");
+        LogPlan first;
+        first.voters = {{"#1A2B3C", "S1", {"A"}},
+                        {"#4D5E6F", "S9", {"A"}},
+                        {"#777", "", {"B"}},
+                        {"#ABC123", "", {"A"}}};
+        folder.Write(kFirstLog, LogText(first));
+        LogPlan second;
+        second.voters = {{"#1A2B3C", "", {"A"}}, {"#ABC123", "", {"B"}}};
+        folder.Write(kSecondLog, LogText(second));
+        course.AppPath = folder.Path();
+        LoadCourse(course, host, screen, ReadOnlyLoad());
+        host.progressTexts.clear();
+        screen.redraws = 0;
+    }
+
+    int Row(const std::string& id) const {
+        for (int s = 1; s <= course.NumStudents; ++s)
+            if (course.Students[s].StudentId == id) return s;
+        return 0;
+    }
+
+    EditStudentScreen Open(const std::string& id) {
+        EditStudentScreen screen(course, host, this->screen, Row(id));
+        screen.Activate();
+        return screen;
+    }
+};
+
+TEST(EditStudent, ActivationShowsTheStudentOrTheRemote) {
+    struct {
+        const char* id;
+        const char* shown;
+        const char* name;
+        const char* heading;
+        std::vector<std::string> clickers;
+        const char* clicker;
+        const char* saveCaption;
+        bool saveVisible;
+        bool removeVisible;
+        bool addEnabled;
+    } rows[] = {
+        {"S1",
+         "S1",
+         "Adams , Ann",
+         "Registered Clickers",
+         {"1A2B3C"},
+         "1A2B3C",
+         "Remove Clicker",
+         true,
+         false,
+         true},
+        {"S2",
+         "S2",
+         "Baker , Bob",
+         "Registered Clickers",
+         {"4D5E6F", "777"},
+         "4D5E6F",
+         "Remove Clicker",
+         true,
+         false,
+         true},
+        {"S3",
+         "S3",
+         "Clark , Cy",
+         "Registered Clickers",
+         {},
+         "",
+         "Add Clicker",
+         false,
+         false,
+         true},
+        {"S9", "S9", "", "Registered Clickers", {}, "", "Add Clicker", false, false, true},
+        {"#ABC123",
+         "Unregistered",
+         "",
+         "Unregistered Clicker",
+         {},
+         "ABC123",
+         "Remove Clicker",
+         false,
+         true,
+         false},
+    };
+    StudentCourse fixture;
+    for (const auto& row : rows) {
+        EditStudentScreen screen = fixture.Open(row.id);
+        EXPECT_EQ(screen.lblStudentID().text, row.shown) << row.id;
+        EXPECT_EQ(screen.lblLastName().text, row.name) << row.id;
+        EXPECT_EQ(screen.Label4().text, row.heading) << row.id;
+        EXPECT_EQ(screen.ClickList(), row.clickers) << row.id;
+        EXPECT_EQ(screen.cmbClickList().index, row.clickers.empty() ? -1 : 0) << row.id;
+        EXPECT_EQ(screen.lblClickerID().text, row.clicker) << row.id;
+        EXPECT_EQ(screen.cmdSave().text, row.saveCaption) << row.id;
+        EXPECT_EQ(screen.cmdSave().visible, row.saveVisible) << row.id;
+        EXPECT_EQ(screen.cmdRemove().visible, row.removeVisible) << row.id;
+        EXPECT_EQ(screen.cmdRemove().enabled, row.removeVisible) << row.id;
+        EXPECT_EQ(screen.CmdAdd().enabled, row.addEnabled) << row.id;
+    }
+}
+
+TEST(EditStudent, NameIsCutAtTwentyAndTheChoiceOnlyChangesTheCaption) {
+    StudentCourse fixture;
+    EditStudentScreen first = fixture.Open("S1");
+    first.cmbClickListClick(-1);
+    EXPECT_EQ(first.cmdSave().text, "Add Clicker");
+    EXPECT_TRUE(first.cmdSave().visible);
+    fixture.course.Roster[0].LastName = "Abercrombie-Fitzgerald";
+    EXPECT_EQ(fixture.Open("S1").lblLastName().text, "Abercrombie-Fitzgera");
+
+    EditStudentScreen screen = fixture.Open("S2");
+    screen.cmbClickListClick(1);
+    EXPECT_EQ(screen.cmdSave().text, "Remove Clicker");
+    EXPECT_EQ(screen.cmbClickList().text, "777");
+    EXPECT_EQ(screen.lblClickerID().text, "4D5E6F");
+}
+
+TEST(EditStudent, ABlankNewClickerChangesNothing) {
+    StudentCourse fixture;
+    EditStudentScreen screen = fixture.Open("S3");
+    screen.TxtNewClickerIdChange("   ");
+    screen.CmdAddClick();
+    ASSERT_EQ(fixture.host.messages.size(), 1u);
+    EXPECT_EQ(fixture.host.messages[0].text, "New clicker id cannot be blank");
+    EXPECT_EQ(fixture.host.messages[0].title, "New Clicker Id Required");
+    EXPECT_EQ(fixture.host.messages[0].icon, Icon::Information);
+    EXPECT_TRUE(screen.FocusNewClicker());
+    EXPECT_FALSE(screen.Closed());
+    EXPECT_TRUE(screen.Form().visible);
+    EXPECT_TRUE(fixture.host.written.empty());
+    EXPECT_EQ(fixture.course.NumRemotes, 4);
+    EXPECT_TRUE(EditStudentScreen::TxtNewClickerIdKey('b'));
+    EXPECT_FALSE(EditStudentScreen::TxtNewClickerIdKey('#'));
+}
+
+TEST(EditStudent, AddingAClickerRegistersItAndPassesOverTheLogs) {
+    StudentCourse fixture;
+    EditStudentScreen screen = fixture.Open("S3");
+    screen.TxtNewClickerIdChange(" abc123 ");
+    screen.CmdAddClick();
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_FALSE(screen.Form().visible);
+    EXPECT_EQ(
+        fixture.folder.Read(kRemoteIds),
+        "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n#abc123,\"S3\"\r\n");
+    EXPECT_EQ(fixture.host.written.size(), 3u);  // RemoteID.csv and both logs
+    EXPECT_EQ(fixture.host.progressTexts[0], "Saving Remote ID");
+    EXPECT_NE(std::find(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
+                        "Updating Lectures..."),
+              fixture.host.progressTexts.end());
+    // Nothing reloads and the grid is not redrawn.
+    EXPECT_EQ(fixture.screen.redraws, 0);
+    EXPECT_EQ(std::count(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
+                         "Loading Session Data"),
+              0);
+    // The next load gives the stray clicker's votes to its new owner.
+    LoadCourse(fixture.course, fixture.host, fixture.screen, ReadOnlyLoad());
+    EXPECT_EQ(fixture.Row("#ABC123"), 0);
+    EXPECT_EQ(fixture.course.Students[fixture.Row("S3")].Present[2], kTrue);
+}
+
+TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
+    StudentCourse fixture;
+    const std::string log = fixture.folder.Read(kFirstLog);
+    {
+        EditStudentScreen screen = fixture.Open("S2");
+        screen.cmbClickListClick(1);
+        fixture.host.answers = {Answer::No};
+        screen.cmdSaveClick();
+        EXPECT_FALSE(screen.Closed());
+        EXPECT_TRUE(screen.Form().visible);
+        EXPECT_TRUE(fixture.host.written.empty());
+        EXPECT_EQ(fixture.host.messages[0].title, "Confirm Delete");
+        EXPECT_EQ(fixture.host.messages[0].text,
+                  "Are you sure you want to delete the selected clicker. The complete process "
+                  "might take several minutes");
+        EXPECT_EQ(fixture.host.messages[0].buttons, Buttons::YesNo);
+    }
+    // 777 stands twice for S2: the first removal leaves the second row.
+    for (int removal = 1; removal <= 2; ++removal) {
+        EditStudentScreen screen = fixture.Open("S2");
+        ASSERT_EQ(screen.ClickList(), (std::vector<std::string>{"4D5E6F", "777"})) << removal;
+        screen.cmbClickListClick(1);
+        fixture.host.answers = {Answer::Yes};
+        screen.cmdSaveClick();
+        EXPECT_TRUE(screen.Closed());
+        EXPECT_NE(std::find(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
+                            "Deleting Remote Id :- '777'"),
+                  fixture.host.progressTexts.end());
+    }
+    EXPECT_EQ(fixture.folder.Read(kRemoteIds), "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n");
+    EXPECT_EQ(fixture.Open("S2").ClickList(), (std::vector<std::string>{"4D5E6F"}));
+    // The pass named S2's first clicker, not 777: its line lost the borrowed ID S9, and the
+    // 777 line is still there.
+    const std::string after = fixture.folder.Read(kFirstLog);
+    EXPECT_NE(log.find("\"S9\""), std::string::npos);
+    EXPECT_EQ(after.find("\"S9\""), std::string::npos);
+    EXPECT_NE(after.find("#777,"), std::string::npos);
+    EXPECT_EQ(fixture.screen.redraws, 0);
+}
+
+TEST(EditStudent, DeletingAStrayClickersLogs) {
+    for (Answer answer : {Answer::Cancel, Answer::Ok}) {
+        StudentCourse fixture;
+        const std::string second = fixture.folder.Read(kSecondLog);
+        EditStudentScreen screen = fixture.Open("#ABC123");
+        fixture.host.answers = {answer};
+        screen.cmdRemoveClick();
+        EXPECT_TRUE(screen.Closed());
+        EXPECT_EQ(fixture.host.messages[0].text,
+                  "This will permanently delete ABC123 from the log files.");
+        EXPECT_EQ(fixture.host.messages[0].buttons, Buttons::OkCancel);
+        if (answer == Answer::Cancel) {
+            EXPECT_EQ(fixture.host.messages.size(), 1u);
+            EXPECT_TRUE(fixture.host.written.empty());
+            EXPECT_EQ(fixture.folder.Read(kSecondLog), second);
+            continue;
+        }
+        ASSERT_EQ(fixture.host.messages.size(), 2u);
+        EXPECT_EQ(fixture.host.messages[1].text, "ABC123 records deleted from the log files.");
+        EXPECT_EQ(fixture.host.messages[1].title, "Tallory");
+        EXPECT_EQ(fixture.folder.Read(kFirstLog).find("#ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.folder.Read(kSecondLog).find("#ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.folder.Read(kRemoteIds).find("ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.screen.redraws, 0);
+    }
+}
+
+}  // namespace
+}  // namespace tallory

@@ -1,0 +1,445 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "common/RunTimeError.h"
+#include "grid/CourseLoad.h"
+#include "housekeeping/FilterGhostRemote.h"
+#include "housekeeping/GhostRemote.h"
+#include "housekeeping/PurgeClickerLogs.h"
+#include "housekeeping/UnregisteredStudents.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+// The sample course: three sessions, S1 and S2 registered (S2 with two clickers), S3 and S4 on
+// the roster without a clicker, and two stray clickers, ABC123 and 99.
+struct SampleCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    HeadlessScreen screen;
+    UnregisteredTable students;
+
+    SampleCourse() {
+        std::filesystem::copy(test::DataPath("housekeeping/course"), folder.Path(),
+                              std::filesystem::copy_options::recursive |
+                                  std::filesystem::copy_options::overwrite_existing);
+        course.AppPath = folder.Path();
+        LoadCourse(course, host, screen, ReadOnlyLoad());
+        BuildUnregisteredList(course, students);
+        host.progressTexts.clear();
+    }
+    std::string Log(const std::string& name) const { return folder.Read("SessionData/" + name); }
+};
+
+const char* const kLogs[] = {"L2609071000.csv", "L2609091000.csv", "L2609111000.csv"};
+
+// A course held in memory only: `ids` become rows of Students with the given totals.
+struct StudentRows {
+    Course course;
+    RecordingHost host;
+    HeadlessScreen screen;
+    UnregisteredTable students;
+
+    StudentRows(std::initializer_list<std::pair<const char*, double>> rows, int sessions = 3) {
+        course.NumSessions = sessions;
+        for (const auto& [id, total] : rows) {
+            StudentRec& student = course.Students[++course.NumStudents];
+            student.StudentId = id;
+            student.RemoteId = id[0] == '#' ? id + 1 : "Unregistered";
+            student.Score[0] = total;
+        }
+    }
+};
+
+TEST(PadRemote, FillsToEightAndRefusesLonger) {
+    struct {
+        const char* remote;
+        const char* shown;  // nullptr: the run-time error
+    } rows[] = {
+        {"ABC123", "00ABC123"}, {"#12AB34", "0012AB34"},  {"#1#2", "00000012"},
+        {"", "00000000"},       {"12345678", "12345678"}, {"#12345678", "12345678"},
+        {"123456789", nullptr}, {"ABCDEF0123", nullptr},
+    };
+    for (const auto& row : rows) {
+        if (row.shown) {
+            EXPECT_EQ(PadRemote(row.remote), row.shown) << row.remote;
+            continue;
+        }
+        try {
+            PadRemote(row.remote);
+            ADD_FAILURE() << row.remote;
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), kInvalidProcedureCall) << row.remote;
+        }
+    }
+}
+
+TEST(GhostList, HoldsTheUnregisteredRemotesWithTotalsAndAverages) {
+    StudentRows rows(
+        {{"S1", 9}, {"#ABC123", 7}, {"#5", 0}, {"#77", -4}, {"#0C0FFEE", 2.345 * 3}, {"S2", 1}});
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    screen.Load();
+    struct {
+        const char* remote;
+        double total;
+        double average;
+        const char* averageText;
+    } expected[] = {
+        {"00ABC123", 7, 2.33, "2.33"},
+        {"00000005", 0, 0, "0"},
+        {"00000077", -4, 0, "0"},           // a negative total shows an average of 0 beside it
+        {"00C0FFEE", 7.035, 2.34, "2.34"},  // 2.345: the half goes to the even neighbour
+    };
+    ASSERT_EQ(screen.GhostCount(), 4);
+    for (int i = 0; i < 4; ++i) {
+        const GhostRec& row = screen.GhostList()[i];
+        EXPECT_EQ(row.RemoteId, expected[i].remote);
+        EXPECT_DOUBLE_EQ(row.Total, expected[i].total);
+        EXPECT_EQ(row.Average, expected[i].average) << row.RemoteId;
+        EXPECT_EQ(row.Serial, i);
+        EXPECT_EQ(screen.Row(i).TxtSerial.text, std::to_string(i + 1));
+        EXPECT_EQ(screen.Row(i).TxtAverage.text, expected[i].averageText);
+    }
+    EXPECT_EQ(screen.Row(2).TxtTotal.text, "-4");
+    EXPECT_EQ(screen.Row(4).TxtRemoteID.text, "");
+    // No roster student without a clicker: the students' tab is closed.
+    EXPECT_FALSE(screen.CmdUnRegisteredStudents().enabled);
+    EXPECT_TRUE(screen.CmdDelete().enabled);
+}
+
+TEST(GhostList, AverageIsZeroWithoutSessions) {
+    StudentRows rows({{"#A1", 5}}, 0);
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    screen.Load();
+    EXPECT_EQ(screen.Row(0).TxtAverage.text, "0");
+}
+
+TEST(GhostList, ARemoteTooLongToShowEndsTheOpening) {
+    StudentRows rows({{"#ABC123", 1}, {"#123456789", 2}});
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    try {
+        screen.Load();
+        ADD_FAILURE();
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), kInvalidProcedureCall);
+        EXPECT_NE(error.Message().find("Invalid procedure call or argument"), std::string::npos);
+    }
+}
+
+TEST(GhostList, AnEmptyListLeavesOnlyTheStudentsTab) {
+    StudentRows rows({{"S1", 3}, {"S2", 4}});
+    rows.students[0] = {"Clark", "Cy", "S3", 0};
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    screen.Load();
+    EXPECT_TRUE(screen.CmdUnRegisteredStudents().enabled);
+    for (const ControlState* button :
+         {&screen.CmdSelectAll(), &screen.CmdUnSelectAll(), &screen.CmdCustomSelect(),
+          &screen.CmdDelete(), &screen.CmdUnRegisteredClickers()})
+        EXPECT_FALSE(button->enabled) << button->text;
+    for (const GhostHeading& heading : screen.Headings()) EXPECT_FALSE(heading.button.enabled);
+}
+
+TEST(GhostList, ScrollsOnlyWhenTheRowsDoNotFit) {
+    struct {
+        int rows;
+        bool enabled;
+        int maximum;
+        int afterPageDown;
+    } cases[] = {{3, false, -6, 0}, {9, false, 0, 0}, {10, true, 1, 1}, {30, true, 21, 9}};
+    for (const auto& c : cases) {
+        StudentRows rows({});
+        for (int i = 0; i < c.rows; ++i) {
+            StudentRec& student = rows.course.Students[++rows.course.NumStudents];
+            student.StudentId = "#" + std::to_string(100 + i);
+        }
+        GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+        screen.Load();
+        EXPECT_EQ(screen.VsScr().enabled, c.enabled) << c.rows;
+        EXPECT_EQ(screen.VsScr().maximum, c.maximum) << c.rows;
+        screen.RowKeyDown(kKeyPageDown);
+        EXPECT_EQ(screen.VsScr().value, c.afterPageDown) << c.rows;
+        EXPECT_EQ(screen.Row(0).TxtSerial.text, std::to_string(c.afterPageDown + 1));
+        screen.RowKeyDown('A');  // other keys do nothing
+        EXPECT_EQ(screen.VsScr().value, c.afterPageDown);
+        screen.RowKeyDown(kKeyPageUp);
+        EXPECT_EQ(screen.VsScr().value, 0);
+    }
+}
+
+TEST(GhostList, TicksFollowTheBoxesAndTheButtons) {
+    StudentRows rows({{"#A1", 1}, {"#A2", 2}, {"#A3", 3}});
+    GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
+    screen.Load();
+    screen.ChkSelectClick(1, true);
+    EXPECT_EQ(screen.GhostList()[1].Selected, kTrue);
+    EXPECT_TRUE(screen.Row(1).ChkSelect.checked);
+    // A box on a row without a remote is simply cleared again.
+    screen.ChkSelectClick(5, true);
+    EXPECT_FALSE(screen.Row(5).ChkSelect.checked);
+    screen.CmdSelectAllClick();
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(screen.Row(i).ChkSelect.checked);
+    EXPECT_EQ(screen.GhostList()[3].Selected, kFalse);  // rows that do not count stay out
+    screen.ChkSelectClick(0, false);
+    EXPECT_EQ(screen.GhostList()[0].Selected, kFalse);
+    screen.CmdUnSelectAllClick();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(screen.GhostList()[i].Selected, kFalse);
+}
+
+// The list the search works on: remote, total, average.
+GhostTable SearchList() {
+    GhostTable list;
+    const struct {
+        const char* remote;
+        double total;
+        double average;
+    } rows[] = {
+        {"00ABC123", 7, 2.33}, {"00000099", 4, 1.33}, {"0012AB34", 10, 3.33},
+        {"00FACE01", 0, 0},    {"0000BEEF", 3, 1},
+    };
+    int16_t serial = 0;
+    for (const auto& row : rows) {
+        list[serial] = {row.remote, row.total, row.average, kFalse, serial};
+        ++serial;
+    }
+    return list;
+}
+
+TEST(FilterGhostRemote, CriteriaAddUpOnTopOfEachOther) {
+    using B = SearchBox;
+    struct {
+        std::vector<std::pair<SearchBox, const char*>> boxes;
+        std::set<int> ticked;
+    } cases[] = {
+        {{}, {}},
+        {{{B::TxtAvgEqual, "1"}}, {4}},
+        {{{B::TxtAvgEqual, " 2.33 "}}, {0}},                       // pasted, trimmed
+        {{{B::txtAvgGrater, "1"}, {B::TxtAvgLess, "2"}}, {1, 4}},  // both ends inclusive
+        {{{B::txtAvgGrater, "2"}}, {0, 2}},
+        {{{B::TxtAvgLess, "1"}}, {3, 4}},
+        {{{B::TxtAvgEqual, "0"}, {B::txtAvgGrater, "3"}}, {2, 3}},  // the union of both
+        {{{B::txtTotal, "4"}}, {1}},
+        {{{B::txtTotalGrater, "4"}, {B::txtTotalLess, "7"}}, {0, 1}},
+        {{{B::txtTotalGrater, "8"}}, {2}},
+        {{{B::txtTotalLess, "3"}}, {3, 4}},
+        {{{B::TxtRemoteId, "00abc123"}}, {0}},
+        {{{B::TxtRemoteId, "ABC123"}}, {}},  // the shown, padded form only
+        {{{B::TxtRemoteIdContaining, "ab"}}, {0, 2}},
+        {{{B::TxtRemoteIdContaining, "BEEF, 99"}}, {1, 4}},
+        {{{B::TxtRemoteIdContaining, "   "}}, {}},
+        {{{B::txtTotal, "0"}, {B::TxtRemoteId, "00000099"}, {B::TxtRemoteIdContaining, "34"}},
+         {1, 2, 3}},
+    };
+    for (size_t c = 0; c < std::size(cases); ++c) {
+        GhostTable list = SearchList();
+        list[1].Selected = kTrue;  // a tick by hand, lost by any search
+        FilterGhostRemoteScreen search(list);
+        for (const auto& [box, text] : cases[c].boxes) search.BoxChange(box, text);
+        search.CmdSelectClick();
+        std::set<int> ticked;
+        for (int i = 0; i < 5; ++i)
+            if (list[i].Selected == kTrue) ticked.insert(i);
+        EXPECT_EQ(ticked, cases[c].ticked) << "case " << c;
+        EXPECT_TRUE(search.Hidden());
+    }
+}
+
+TEST(FilterGhostRemote, PastedTextEndsTheRunAndChangesNothing) {
+    for (SearchBox box : {SearchBox::TxtAvgEqual, SearchBox::txtTotalLess}) {
+        GhostTable list = SearchList();
+        list[1].Selected = kTrue;
+        FilterGhostRemoteScreen search(list);
+        search.BoxChange(SearchBox::TxtRemoteIdContaining, "AB");
+        search.BoxChange(box, "12abc");
+        try {
+            search.CmdSelectClick();
+            ADD_FAILURE();
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), kTypeMismatch);
+        }
+        EXPECT_EQ(list[1].Selected, kTrue);
+        EXPECT_EQ(list[0].Selected, kFalse);
+        EXPECT_FALSE(search.Hidden());
+    }
+}
+
+TEST(FilterGhostRemote, KeysAndClearing) {
+    EXPECT_TRUE(IsSearchKey(SearchBox::txtTotal, '7'));
+    EXPECT_FALSE(IsSearchKey(SearchBox::txtTotal, '.'));
+    EXPECT_FALSE(IsSearchKey(SearchBox::TxtAvgLess, 'A'));
+    EXPECT_TRUE(IsSearchKey(SearchBox::TxtAvgLess, 8));
+    EXPECT_TRUE(IsSearchKey(SearchBox::TxtRemoteId, 'f'));
+    EXPECT_FALSE(IsSearchKey(SearchBox::TxtRemoteIdContaining, ','));
+    EXPECT_FALSE(IsSearchKey(SearchBox::TxtRemoteId, 'G'));
+
+    GhostTable list = SearchList();
+    FilterGhostRemoteScreen search(list);
+    search.BoxChange(SearchBox::txtTotal, "4");
+    search.BoxChange(SearchBox::TxtRemoteId, "99");
+    search.lvButtons_H1Click();
+    for (int b = 0; b < kSearchBoxes; ++b)
+        EXPECT_EQ(search.Box(static_cast<SearchBox>(b)).text, "");
+    EXPECT_FALSE(search.Hidden());
+}
+
+TEST(UnregisteredStudents, TextHasAHeaderABlankLineAndNoQuoting) {
+    UnregisteredTable empty;
+    EXPECT_EQ(UnregisteredText(empty, ','), "Last Name,First Name,Student Id\r\n\r\n");
+    UnregisteredTable list;
+    list[0] = {"Clark", "Cy", "S3", 0};
+    list[1] = {"Dunn", "Di, Jr", "S4", 1};
+    list[2] = {"Gone", "", "  ", 2};  // no ID: does not count
+    EXPECT_EQ(UnregisteredText(list, ','),
+              "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di, Jr,S4\r\n");
+    EXPECT_EQ(UnregisteredText(list, '\t'),
+              "Last Name\tFirst Name\tStudent Id\r\n\r\nClark\tCy\tS3\r\nDunn\tDi, Jr\tS4\r\n");
+}
+
+TEST(UnregisteredStudents, ListsTheRosterStudentsWithoutAClicker) {
+    SampleCourse sample;
+    UnregisteredStudentsScreen screen(sample.course, sample.host, sample.students);
+    screen.LoadData();
+    EXPECT_EQ(screen.RowCount(), 2);
+    EXPECT_EQ(screen.Row(0).TxtSerial.text, "1");
+    EXPECT_EQ(screen.Row(0).TxtLastName.text, "Clark");
+    EXPECT_EQ(screen.Row(1).TxtFirstName.text, "Di");
+    EXPECT_EQ(screen.Row(1).txtStudentId.text, "S4");
+    EXPECT_EQ(screen.Row(2).TxtSerial.text, "");
+    EXPECT_FALSE(screen.VsScr().enabled);
+
+    struct {
+        void (UnregisteredStudentsScreen::*command)();
+        const char* file;
+        const char* text;
+    } exports[] = {
+        {&UnregisteredStudentsScreen::CmdCSVClick, "Unregistered Student List.CSV",
+         "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n"},
+        {&UnregisteredStudentsScreen::CmdTxtClick, "Unregistered Student List.txt",
+         "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n"},
+        {&UnregisteredStudentsScreen::CmdExcelClick, "Unregistered Student List.xls",
+         "Last Name\tFirst Name\tStudent Id\r\n\r\nClark\tCy\tS3\r\nDunn\tDi\tS4\r\n"},
+    };
+    for (const auto& e : exports) {
+        sample.host.messages.clear();
+        (screen.*e.command)();
+        EXPECT_EQ(sample.folder.Read(e.file), e.text);
+        ASSERT_EQ(sample.host.messages.size(), 1u);
+        EXPECT_EQ(sample.host.messages[0].text,
+                  "Un Registered Student Data sucessfully Exported to '" + sample.folder.Path() +
+                      "/" + e.file + "'");
+        EXPECT_EQ(sample.host.messages[0].title, "Export");
+        EXPECT_EQ(sample.host.messages[0].icon, Icon::Information);
+        EXPECT_EQ(sample.host.written.back(), sample.folder.File(e.file));
+    }
+    screen.CmdClipboardTabClick();
+    EXPECT_EQ(sample.host.clipboard, exports[2].text);
+    screen.CmdClipboardClick();
+    EXPECT_EQ(sample.host.clipboard, exports[0].text);
+    EXPECT_EQ(sample.host.messages.back().text,
+              "Un Registered Student(s) information copied to clipboard sucessfully");
+    EXPECT_EQ(sample.host.messages.back().title, "Export");
+}
+
+TEST(UnregisteredStudents, AFileThatCannotBeWrittenEndsTheCommand) {
+    SampleCourse sample;
+    std::filesystem::create_directory(sample.folder.File("Unregistered Student List.CSV"));
+    UnregisteredStudentsScreen screen(sample.course, sample.host, sample.students);
+    screen.LoadData();
+    EXPECT_THROW(screen.CmdCSVClick(), RunTimeError);
+    EXPECT_TRUE(sample.host.messages.empty());
+}
+
+TEST(UnregisteredStudents, TenRowsScrollByPages) {
+    StudentRows rows({});
+    for (int i = 0; i < 10; ++i) rows.students[i] = {"L", "F", "S" + std::to_string(i), 0};
+    UnregisteredStudentsScreen screen(rows.course, rows.host, rows.students);
+    screen.LoadData();
+    EXPECT_TRUE(screen.VsScr().enabled);
+    EXPECT_EQ(screen.VsScr().maximum, 1);
+    screen.RowKeyDown(kKeyPageDown);
+    EXPECT_EQ(screen.VsScr().value, 1);
+    EXPECT_EQ(screen.Row(8).txtStudentId.text, "S9");
+}
+
+TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
+    SampleCourse sample;
+    const std::string registrations = sample.folder.Read("SessionData/RemoteID.csv");
+    GhostRemoteScreen screen(sample.course, sample.host, sample.screen, sample.students);
+    screen.Load();
+    ASSERT_EQ(screen.GhostCount(), 2);
+    EXPECT_TRUE(screen.CmdUnRegisteredStudents().enabled);
+    screen.ChkSelectClick(0, true);
+    screen.ChkSelectClick(1, true);
+    sample.host.answers = {Answer::Ok};
+    screen.CmdDeleteClick();
+
+    EXPECT_TRUE(screen.Closed());
+    EXPECT_FALSE(screen.Form().visible);
+    EXPECT_EQ(screen.Purged(), (std::vector<std::string>{"00000099", "00ABC123"}));
+    for (const char* log : kLogs)
+        EXPECT_EQ(
+            sample.Log(log),
+            test::ReadBytes(test::DataPath(std::string("housekeeping/purged/SessionData/") + log)))
+            << log;
+    EXPECT_EQ(sample.folder.Read("SessionData/RemoteID.csv"), registrations);
+    for (int s = 1; s <= sample.course.NumStudents; ++s)
+        EXPECT_NE(sample.course.Students[s].StudentId[0], '#');
+
+    const auto& texts = sample.host.progressTexts;
+    auto has = [&](const std::string& text) {
+        return std::find(texts.begin(), texts.end(), text) != texts.end();
+    };
+    EXPECT_TRUE(has("Updating Lectures - 1 Of 4   Deleting clicker log(s) for '00000099'"));
+    EXPECT_TRUE(has("Updating Lectures - 3 Of 4   Deleting clicker log(s) for '00ABC123'"));
+    EXPECT_EQ(sample.host.progressCaptions.size(), 2u);
+    EXPECT_EQ(sample.host.messages.size(), 1u);
+    EXPECT_EQ(sample.host.messages[0].icon, Icon::Stop);
+    EXPECT_EQ(sample.host.messages[0].buttons, Buttons::OkCancel);
+}
+
+TEST(PurgeClickerLogs, CancelOrNoTickChangesNoLog) {
+    for (bool confirm : {false, true}) {
+        SampleCourse sample;
+        GhostRemoteScreen screen(sample.course, sample.host, sample.screen, sample.students);
+        screen.Load();
+        int changes = 0;
+        screen.onChanged = [&] { ++changes; };
+        sample.host.answers = {confirm ? Answer::Ok : Answer::Cancel};
+        screen.CmdDeleteClick();
+        // Cancel: the screen comes back with nothing changed. OK without a tick: only the reload.
+        EXPECT_EQ(screen.Closed(), confirm);
+        EXPECT_EQ(screen.Form().visible, !confirm);
+        EXPECT_EQ(changes, confirm ? 1 : 2);
+        EXPECT_TRUE(sample.host.written.empty());
+        EXPECT_EQ(std::count(sample.host.progressTexts.begin(), sample.host.progressTexts.end(),
+                             "Loading Session Data"),
+                  confirm ? 1 : 0);
+    }
+}
+
+TEST(PurgeClickerLogs, ProgressOfAPassWithAndWithoutSessions) {
+    SampleCourse sample;
+    UpdateClickerLogs(sample.course, sample.host, sample.screen, "777", "S2", kFalse, kFalse);
+    EXPECT_EQ(sample.host.progressTexts,
+              (std::vector<std::string>{"Updating Lectures", "Updating Lectures - 1 Of 4",
+                                        "Updating Lectures - 2 Of 4", "Updating Lectures - 3 Of 4",
+                                        "Lectures Updated Sucessfully", "Refreshing Data....!"}));
+    EXPECT_EQ(sample.host.written.size(), 3u);
+
+    StudentRows empty({}, 0);
+    UpdateClickerLogs(empty.course, empty.host, empty.screen, "99", "", kTrue, kTrue);
+    const std::vector<std::string> start(empty.host.progressTexts.begin(),
+                                         empty.host.progressTexts.begin() + 4);
+    EXPECT_EQ(start, (std::vector<std::string>{"Updating Lectures", "Lectures Updated Sucessfully",
+                                               "Refreshing Data....!", "Loading Session Data"}));
+    EXPECT_FALSE(empty.host.waitCursor);
+}
+
+}  // namespace
+}  // namespace tallory

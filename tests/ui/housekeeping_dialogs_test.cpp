@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTimer>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+
+#include "../TestSupport.h"
+#include "OpenWindow.h"
+#include "QtEnvironment.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+template <class T>
+T* Find(QWidget& window, const QString& name) {
+    T* widget = window.findChild<T*>(name);
+    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
+    return widget;
+}
+
+// Works the modal window named `name` once it is up; the test fails if it never comes.
+void WhenOpen(const QString& name, std::function<void(QDialog&)> work, int tries = 50) {
+    QTimer::singleShot(10, [name, work, tries] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            if (dialog && dialog->isVisible() && dialog->objectName() == name &&
+                QApplication::activeModalWidget() == dialog) {
+                work(*dialog);
+                return;
+            }
+        }
+        if (tries > 0) return WhenOpen(name, work, tries - 1);
+        ADD_FAILURE() << name.toStdString() << " did not open";
+        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+    });
+}
+
+// Answers the message boxes as they come, in order, and keeps their texts.
+struct Answers {
+    std::deque<QMessageBox::StandardButton> buttons;
+    QStringList texts;
+
+    explicit Answers(std::initializer_list<QMessageBox::StandardButton> list) : buttons(list) {
+        Poll();
+    }
+    void Poll() {
+        QTimer::singleShot(10, [this] {
+            if (buttons.empty()) return;
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                texts << box->text();
+                box->button(buttons.front())->click();
+                buttons.pop_front();
+            }
+            Poll();
+        });
+    }
+};
+
+void Type(QWidget* box, const QString& text) {
+    for (QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(box, &press);
+    }
+}
+
+void Click(QWidget* widget) {
+    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
+    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+}
+
+// The sample course of the housekeeping tests: S1..S4, then the stray clickers 99 and ABC123.
+struct CopiedCourse {
+    TempCourse folder;
+    CopiedCourse() {
+        std::filesystem::copy(test::DataPath("housekeeping/course"), folder.Path(),
+                              std::filesystem::copy_options::recursive |
+                                  std::filesystem::copy_options::overwrite_existing);
+    }
+};
+
+struct Fixture : CopiedCourse, test::OpenWindow {
+    Fixture() : OpenWindow(folder.Path()) {}
+    QLabel* Name(int row) { return Find<QLabel>(*window, QString("lblStudentName%1").arg(row)); }
+    std::string Log() { return folder.Read("SessionData/L2609071000.csv"); }
+};
+
+TEST(EditStudentDialog, ShowsTheStudentsClickersAndFiltersKeys) {
+    Fixture fixture;
+    ASSERT_EQ(fixture.Name(2)->text().trimmed(), "S2");
+    WhenOpen("frmEditStudent", [](QDialog& dialog) {
+        EXPECT_EQ(Find<QLabel>(dialog, "lblStudentID")->text(), "S2");
+        EXPECT_EQ(Find<QLabel>(dialog, "lblLastName")->text(), "Baker , Bob");
+        auto* list = Find<QComboBox>(dialog, "cmbClickList");
+        ASSERT_EQ(list->count(), 2);
+        EXPECT_EQ(list->itemText(1), "777");
+        EXPECT_TRUE(Find<QPushButton>(dialog, "cmdSave")->isVisible());
+        EXPECT_FALSE(Find<QPushButton>(dialog, "cmdRemove")->isVisible());
+        list->setCurrentIndex(-1);
+        EXPECT_EQ(Find<QPushButton>(dialog, "cmdSave")->text(), "Add Clicker");
+        auto* box = Find<QLineEdit>(dialog, "TxtNewClickerId");
+        Type(box, "1g2Z,f");
+        EXPECT_EQ(box->text(), "12f");
+        Find<QPushButton>(dialog, "cmdCancel")->click();
+    });
+    Click(fixture.Name(2));
+    EXPECT_TRUE(fixture.host.Progress() == nullptr);
+}
+
+TEST(EditStudentDialog, DeletesAStrayClickersLogsAfterAsking) {
+    Fixture fixture;
+    ASSERT_EQ(fixture.Name(5)->text().trimmed(), "#99");
+    Answers answers({QMessageBox::Ok, QMessageBox::Ok});
+    WhenOpen("frmEditStudent", [](QDialog& dialog) {
+        EXPECT_EQ(Find<QLabel>(dialog, "Label4")->text(), "Unregistered Clicker");
+        EXPECT_FALSE(Find<QPushButton>(dialog, "CmdAdd")->isEnabled());
+        Find<QPushButton>(dialog, "cmdRemove")->click();
+    });
+    Click(fixture.Name(5));
+    EXPECT_EQ(answers.texts, QStringList({"This will permanently delete 99 from the log files.",
+                                          "99 records deleted from the log files."}));
+    EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
+    // Nothing reloads: the grid still shows the clicker.
+    EXPECT_EQ(fixture.Name(5)->text().trimmed(), "#99");
+}
+
+TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
+    Fixture fixture;
+    const std::string before = fixture.Log();
+    bool cameBack = false;
+    WhenOpen("frmGhostRemote", [&](QDialog& dialog) {
+        EXPECT_EQ(Find<QLineEdit>(dialog, "TxtRemoteID0")->text(), "00000099");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "TxtAverage1")->text(), "1.67");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "TxtRemoteID2")->text(), "");
+        Find<QCheckBox>(dialog, "ChkSelect0")->click();
+        EXPECT_TRUE(Find<QCheckBox>(dialog, "ChkSelect0")->isChecked());
+        WhenOpen("frmFilterGhostRemote", [](QDialog& search) {
+            auto* containing = Find<QLineEdit>(search, "TxtRemoteIdContaining");
+            Type(containing, "c1.");
+            EXPECT_EQ(containing->text(), "c1");
+            Find<QPushButton>(search, "CmdSelect")->click();
+        });
+        Find<QPushButton>(dialog, "CmdCustomSelect")->click();
+        // The search cleared the tick by hand and ticked ABC123.
+        EXPECT_FALSE(Find<QCheckBox>(dialog, "ChkSelect0")->isChecked());
+        EXPECT_TRUE(Find<QCheckBox>(dialog, "ChkSelect1")->isChecked());
+        auto* answers = new Answers({QMessageBox::Cancel});
+        WhenOpen("frmGhostRemote", [&, answers](QDialog& again) {
+            cameBack = true;
+            EXPECT_EQ(answers->texts.size(), 1);
+            delete answers;
+            EXPECT_TRUE(Find<QCheckBox>(again, "ChkSelect1")->isChecked());
+            again.reject();
+        });
+        Find<QPushButton>(dialog, "CmdDelete")->click();
+    });
+    Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
+    EXPECT_TRUE(cameBack);
+    EXPECT_EQ(fixture.Log(), before);
+}
+
+TEST(GhostRemoteDialog, DeletingTickedClickersReloadsTheGrid) {
+    Fixture fixture;
+    Answers answers({QMessageBox::Ok});
+    WhenOpen("frmGhostRemote", [](QDialog& dialog) {
+        Find<QPushButton>(dialog, "CmdSelectAll")->click();
+        Find<QPushButton>(dialog, "CmdDelete")->click();
+    });
+    Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
+    EXPECT_EQ(answers.texts.size(), 1);
+    EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
+    EXPECT_EQ(fixture.Log().find("#ABC123,"), std::string::npos);
+    EXPECT_EQ(fixture.Name(5)->text(), "");
+}
+
+TEST(UnRegisteredStudentsDialog, ExportsAndGoesBackToTheClickers) {
+    Fixture fixture;
+    bool back = false;
+    WhenOpen("frmGhostRemote", [&](QDialog& dialog) {
+        WhenOpen("frmUnRegisteredStudents", [&](QDialog& students) {
+            EXPECT_EQ(Find<QLineEdit>(students, "TxtLastName0")->text(), "Clark");
+            EXPECT_EQ(Find<QLineEdit>(students, "txtStudentId1")->text(), "S4");
+            EXPECT_FALSE(Find<QWidget>(students, "VsScr")->isEnabled());
+            Answers answers({QMessageBox::Ok});
+            Find<QPushButton>(students, "CmdCSV")->click();
+            EXPECT_EQ(answers.texts.size(), 1);
+            Answers copied({QMessageBox::Ok});
+            Find<QPushButton>(students, "CmdClipboardTab")->click();
+            EXPECT_EQ(QGuiApplication::clipboard()->text(),
+                      "Last Name\tFirst Name\tStudent Id\r\n\r\nClark\tCy\tS3\r\nDunn\tDi\tS4\r\n");
+            WhenOpen("frmGhostRemote", [&](QDialog& again) {
+                back = true;
+                again.reject();
+            });
+            Find<QPushButton>(students, "CmdUnRegisteredClickers")->click();
+        });
+        Find<QPushButton>(dialog, "CmdUnRegisteredStudents")->click();
+    });
+    Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
+    EXPECT_TRUE(back);
+    EXPECT_EQ(fixture.folder.Read("Unregistered Student List.CSV"),
+              "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n");
+}
+
+}  // namespace
+}  // namespace tallory
