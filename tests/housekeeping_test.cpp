@@ -441,5 +441,81 @@ TEST(PurgeClickerLogs, ProgressOfAPassWithAndWithoutSessions) {
     EXPECT_FALSE(empty.host.waitCursor);
 }
 
+// The four commands of tallory-cli over the sample course, as a script sees them.
+TEST(HousekeepingCli, CommandsActAsTheirScreens) {
+    struct {
+        std::vector<std::string> arguments;
+        int status;
+        const char* out;  // a part of stdout
+        const char* err;  // a part of stderr
+        bool logsChange;
+    } cases[] = {
+        {{"clickers", "--json", "--total-from", "5"},
+         0,
+         "\"remote\": \"00ABC123\",\n      \"selected\": true",
+         "",
+         false},
+        {{"clickers", "--avg-equal", "1x"}, 1, "", "Run-time error '13': Type mismatch", false},
+        {{"purge", "77", "--yes"}, 2, "", "no unregistered clicker '77'", false},
+        {{"purge", "99"}, 0, "", "[Tallory] All voting data", false},
+        {{"purge", "--remote-containing", "ABC", "--yes", "--json"},
+         0,
+         "\"purged\": [\n    \"00ABC123\"\n  ]",
+         "",
+         true},
+        {{"student", "S3", "--add", " #", "--json"},
+         0,
+         "\"text\": \"New clicker id cannot be blank\"",
+         "",
+         false},
+        {{"student", "S2", "--remove-clicker", "888"}, 2, "", "no clicker '888'", false},
+        {{"student", "#99", "--delete-logs", "--json"},
+         0,
+         "\"heading\": \"Unregistered Clicker\"",
+         "[Tallory] This will permanently delete 99 from the log files.",
+         false},
+        {{"student", "#99", "--delete-logs", "--yes"},
+         0,
+         "",
+         "[Tallory] 99 records deleted from the log files.",
+         true},
+        {{"unregistered-students", "--clipboard"},
+         0,
+         "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n",
+         "[Export] Un Registered Student(s) information copied to clipboard sucessfully",
+         false},
+    };
+    for (const auto& c : cases) {
+        SampleCourse sample;
+        std::vector<std::string> arguments = {"--course", sample.folder.Path()};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const test::CliResult result = test::RunCli(arguments);
+        const std::string shown = c.arguments[0] + " " + c.arguments[1];
+        EXPECT_EQ(result.status, c.status) << shown << "\n" << result.err;
+        EXPECT_NE(result.out.find(c.out), std::string::npos) << shown << "\n" << result.out;
+        EXPECT_NE(result.err.find(c.err), std::string::npos) << shown << "\n" << result.err;
+        bool changed = false;
+        for (const char* log : kLogs)
+            changed |= sample.Log(log) !=
+                       test::ReadBytes(
+                           test::DataPath(std::string("housekeeping/course/SessionData/") + log));
+        EXPECT_EQ(changed, c.logsChange) << shown;
+    }
+}
+
+TEST(HousekeepingCli, PurgingEveryStrayClickerGivesTheGoldenLogs) {
+    SampleCourse sample;
+    const test::CliResult result =
+        test::RunCli({"--course", sample.folder.Path(), "purge", "--all", "--yes", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    for (const char* log : kLogs)
+        EXPECT_EQ(
+            sample.Log(log),
+            test::ReadBytes(test::DataPath(std::string("housekeeping/purged/SessionData/") + log)))
+            << log;
+    const test::CliResult grid = test::RunCli({"--course", sample.folder.Path(), "grid", "--json"});
+    EXPECT_EQ(grid.out.find("\"#"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tallory
