@@ -32,8 +32,9 @@ struct LoadedSample {
     RecordingHost host;
     std::string path;
 
-    explicit LoadedSample(const std::string& source = DataPath("reports/course")) {
-        path = temp.Path() + "/" + kCourseFolder;
+    explicit LoadedSample(const std::string& source = DataPath("reports/course"),
+                          const std::string& folder = kCourseFolder) {
+        path = temp.Path() + "/" + folder;
         fs::copy(source, path, fs::copy_options::recursive);
         course.AppPath = path;
         HeadlessScreen screen;
@@ -152,6 +153,7 @@ TEST(PageWriter, StudentDisplayNameInEveryMode) {
 // --- the golden pages --------------------------------------------------------------------------
 
 struct GoldenCase {
+    bool demo;  // the demo course rather than the sample course of these tests
     int mode;
     const char* page;    // under the course folder
     const char* golden;  // under tests/data/reports
@@ -161,7 +163,10 @@ class GoldenPages : public testing::TestWithParam<GoldenCase> {};
 
 TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
     const GoldenCase& c = GetParam();
-    LoadedSample sample;
+    LoadedSample sample =
+        c.demo
+            ? LoadedSample(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course", "demo-course")
+            : LoadedSample();
     sample.host.option = OptionChoice{c.mode, false};
     ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
     const std::string written = sample.Read(c.page);
@@ -176,18 +181,25 @@ TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
 INSTANTIATE_TEST_SUITE_P(
     Reports, GoldenPages,
     testing::Values(
-        GoldenCase{0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
-        GoldenCase{0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
-        GoldenCase{0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
-        GoldenCase{0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
-        GoldenCase{0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
-        GoldenCase{0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
-        GoldenCase{0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
-        GoldenCase{0, "Student Voting Data.html", "golden/StudentVotingData.html"},
-        GoldenCase{0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
-        GoldenCase{2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
-        GoldenCase{2, "Reports/StudentTermReport.html", "golden/StudentTermReport.idonly.html"},
-        GoldenCase{4, "Reports/StudentTermReport.html", "golden/StudentTermReport.remote.html"}));
+        GoldenCase{false, 0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
+        GoldenCase{false, 0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
+        GoldenCase{false, 0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
+        GoldenCase{false, 0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
+        GoldenCase{false, 0, "Student Voting Data.html", "golden/StudentVotingData.html"},
+        GoldenCase{false, 0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
+        GoldenCase{false, 2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
+        GoldenCase{false, 2, "Reports/StudentTermReport.html",
+                   "golden/StudentTermReport.idonly.html"},
+        GoldenCase{false, 4, "Reports/StudentTermReport.html",
+                   "golden/StudentTermReport.remote.html"},
+        GoldenCase{true, 0, "Reports/SessionSummary_1.html", "demo/SessionSummary_1.html"},
+        GoldenCase{true, 0, "Reports/SessionDetail_1.html", "demo/SessionDetail_1.html"},
+        GoldenCase{true, 0, "Term_Session Summary and Review.html", "demo/TermSummary.html"},
+        GoldenCase{true, 0, "Student Voting Data.html", "demo/StudentVotingData.html"},
+        GoldenCase{true, 0, "Reports/StudentTermReport.html", "demo/StudentTermReport.html"}));
 
 // --- the commands ------------------------------------------------------------------------------
 
