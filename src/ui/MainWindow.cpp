@@ -19,6 +19,7 @@
 
 #include "ui/CommandLabel.h"
 #include "ui/QtHost.h"
+#include "ui/ReportSummaryDialog.h"
 #include "ui/SessionDialogs.h"
 
 namespace tallory {
@@ -313,7 +314,21 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdHelp_, &QPushButton::clicked, this,
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
+    lblSessionSummaryReport_ = MakeLink("HTML Reports", "lblSessionSummaryReport");
+    lblTermSummaryReport_ = MakeLink("Term Summary Report", "lblTermSummaryReport");
+    for (CommandLabel* report : {lblSessionSummaryReport_, lblTermSummaryReport_}) {
+        Scale(report, kTextPoints);
+        report->SetHoverUnderline(true);
+    }
+    lblSessionSummaryReport_->setToolTip("Write every HTML report of the course");
+    lblTermSummaryReport_->setToolTip("Write the term summary and the student term report again");
+    connect(lblSessionSummaryReport_, &CommandLabel::clicked, this,
+            [this] { OnSessionSummaryReport(); });
+    connect(lblTermSummaryReport_, &CommandLabel::clicked, this, [this] { OnTermSummaryReport(); });
     footer->addWidget(cmdHelp_);
+    footer->addSpacing(12);
+    footer->addWidget(lblSessionSummaryReport_);
+    footer->addWidget(lblTermSummaryReport_);
     footer->addStretch(1);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);
@@ -361,6 +376,14 @@ void MainWindow::OnEdit(int column) {
         if (const int session = grid_.EditClick(column))
             OpenSetScores(this, course_, host_, grid_, session, largeFonts_);
     });
+}
+
+void MainWindow::OnSessionSummaryReport() {
+    Guarded([&] { RunSessionSummaryReport(this, course_, host_); });
+}
+
+void MainWindow::OnTermSummaryReport() {
+    Guarded([&] { RunTermSummaryReport(course_, host_); });
 }
 
 void MainWindow::Exit() {

@@ -62,6 +62,8 @@ class MainWindow : public QWidget {
 
     void OnHeading(int index);
     void OnEdit(int column);
+    void OnSessionSummaryReport();
+    void OnTermSummaryReport();
     void Exit();
 
     Course& course_;
@@ -87,6 +89,8 @@ class MainWindow : public QWidget {
     QScrollBar* vscrlStudent_ = nullptr;
     QPushButton* cmdHelp_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    CommandLabel* lblSessionSummaryReport_ = nullptr;
+    CommandLabel* lblTermSummaryReport_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;
