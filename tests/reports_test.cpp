@@ -293,6 +293,24 @@ TEST(RunTermReports, WithoutAReportsFolderEndsAtTheStudentTermReport) {
     EXPECT_EQ(sample.host.progressTexts.back(), "Student Term Report Report 1 Of 3");
 }
 
+TEST(RunReports, APageThatCannotBeOpenedEndsTheRunThere) {
+    // A folder stands where the second session's summary goes: the first session's pages are
+    // written, then the message, then the run-time error, and nothing after it.
+    LoadedSample sample;
+    fs::create_directories(sample.path + "/Reports/SessionSummary_2.html");
+    try {
+        RunReports(sample.course, sample.host);
+        FAIL() << "the run must end";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), kBadFileNameOrNumber);
+    }
+    ASSERT_EQ(sample.host.messages.size(), 1u);
+    EXPECT_EQ(sample.host.messages[0].text, "Error opening html summary file");
+    EXPECT_EQ(sample.host.written.size(), 2u);
+    EXPECT_FALSE(sample.Exists("Reports/SessionDetail_2.html"));
+    EXPECT_FALSE(sample.Exists("Term_Session Summary and Review.html"));
+}
+
 TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
     // Session 2's title carries the deletion mark. Each session is tested on the tables as the
     // session read before left them, so once session 2 has been read no later session passes,

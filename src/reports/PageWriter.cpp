@@ -1,5 +1,7 @@
 #include "reports/PageWriter.h"
 
+#include <unistd.h>
+
 #include "common/AtomicFile.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
@@ -94,6 +96,9 @@ FilePageOutput::FilePageOutput(Host& host) : host_(host) {}
 FilePageOutput::~FilePageOutput() = default;
 
 bool FilePageOutput::Begin(const std::string& path) {
+    // A page is replaced whole, but what could not be opened for writing in place still fails:
+    // a folder of the page's name, or a page the instructor made read-only.
+    if (FolderExists(path) || (FileExists(path) && ::access(path.c_str(), W_OK) != 0)) return false;
     file_ = std::make_unique<AtomicFile>(path, &host_);
     if (file_->Open()) return true;
     file_.reset();
