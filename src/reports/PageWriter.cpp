@@ -132,6 +132,7 @@ PageWriter::PageWriter(const Course& course, Host& host, PageOutput& output)
     : course_(course), host_(host), output_(output), courseName_(ReportCourseName(course)) {}
 
 void PageWriter::Open(const std::string& path) {
+    path_ = path;
     open_ = output_.Begin(path);
     if (!open_) host_.Message(kOpenFailed);
 }
@@ -145,7 +146,7 @@ void PageWriter::Close() {
 void PageWriter::Write(std::string_view text) {
     // The page writers' own lines do not ask whether the page is open: the first of them on a
     // page that could not be opened ends the run.
-    if (!open_) throw RunTimeError(kBadFileNameOrNumber, "report page not open");
+    if (!open_) throw RunTimeError(kBadFileNameOrNumber, "writing " + path_);
     output_.Write(text);
 }
 

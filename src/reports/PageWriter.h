@@ -152,6 +152,7 @@ class PageWriter {
     Host& host_;
     PageOutput& output_;
     bool open_ = false;
+    std::string path_;  // of the page last opened, or tried
     std::string courseName_;
 
     // Roster rows up to the first without an ID, by normal key (first row wins), and the
