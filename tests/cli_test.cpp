@@ -5,6 +5,8 @@
 
 #include "LogText.h"
 #include "TestSupport.h"
+// The console host is compiled into tallory-cli itself; its test compiles the same source.
+#include "../src/cli/Cli.cpp"
 
 namespace tallory {
 namespace {
@@ -24,6 +26,19 @@ std::map<std::string, std::string> Snapshot(const std::string& folder) {
         if (entry.is_regular_file()) files[entry.path().string()] = test::ReadBytes(entry.path());
     return files;
 }
+
+std::string Joined(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
+    return line;
+}
+
+// A copy of the demo course that a command may change.
+struct DemoCopy : TempCourse {
+    DemoCopy() {
+        std::filesystem::copy(DemoCourse(), Path(), std::filesystem::copy_options::recursive);
+    }
+};
 
 TEST(Cli, GridOfTheDemoCourse) {
     auto before = Snapshot(DemoCourse());
@@ -86,8 +101,7 @@ TEST(Cli, SessionMatchesTheLogReadAlone) {
 }
 
 TEST(Cli, RewriteTwiceGivesTheSameBytes) {
-    TempCourse course;
-    std::filesystem::copy(DemoCourse(), course.Path(), std::filesystem::copy_options::recursive);
+    DemoCopy course;
     std::string log = "SessionData/L2609241000.csv";
     ASSERT_EQ(RunCli({"--course", course.Path(), "rewrite", "7"}).status, 0);
     std::string once = course.Read(log);
@@ -130,17 +144,161 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
     EXPECT_EQ(Snapshot(course.Path()), before);
 }
 
-TEST(Cli, UsageErrorsExitWithTwo) {
-    TempCourse course;
-    for (auto arguments :
-         std::vector<std::vector<std::string>>{{},
-                                               {"frobnicate"},
-                                               {"--course", course.Path(), "session", "1"},
-                                               {"--course", course.Path(), "grid", "--sideways"}}) {
+TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
+    DemoCopy course;
+    auto before = Snapshot(course.Path());
+    const std::string dir = course.Path();
+    for (auto arguments : std::vector<std::vector<std::string>>{
+             {},
+             {"frobnicate"},
+             {"--course", dir, "grid", "--sideways"},
+             {"--course", dir, "grid", "extra"},
+             {"--course", dir, "session"},
+             {"--course", dir, "session", "0"},
+             {"--course", dir, "session", "10"},
+             {"--course", dir, "rewrite", "x"},
+             {"--course", dir, "rename", "1"},
+             {"--course", dir, "remove", "1", "--yes", "--no"},
+             {"--course", dir, "set-scores", "7", "--question", "3", "--title", "x", "--bogus"},
+             {"--course", dir, "set-scores", "7", "--question", "3", "--correct", "F"},
+             {"--course", dir, "set-scores", "7", "--question", "9", "--title", "x"},
+             {"--course", dir, "set-scores", "7", "--points", "1,2,3"},
+             {"--course", dir, "set-scores", "7", "--title"},
+             {"--course", dir + "/no-such-folder", "grid"},
+             {"--course"},
+         }) {
         auto result = RunCli(arguments);
-        EXPECT_EQ(result.status, 2) << (arguments.empty() ? "" : arguments.back());
-        EXPECT_FALSE(result.err.empty());
+        EXPECT_EQ(result.status, 2) << Joined(arguments);
+        EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos) << Joined(arguments);
+        EXPECT_TRUE(result.out.empty()) << Joined(arguments);
     }
+    EXPECT_EQ(Snapshot(course.Path()), before);
+}
+
+TEST(Cli, HelpAndVersion) {
+    for (auto arguments : std::vector<std::vector<std::string>>{
+             {"--help"},
+             {"grid", "--help"},
+             {"session", "--help"},
+             {"log", "--help"},
+             {"rewrite", "--help"},
+             {"set-scores", "--help"},
+             {"rename", "--help"},
+             {"remove", "-h"},
+             {"--course", "/no-such-folder", "grid", "--help"},
+         }) {
+        auto result = RunCli(arguments);
+        EXPECT_EQ(result.status, 0) << Joined(arguments) << result.err;
+        std::string usage = "Usage: tallory-cli";
+        if (arguments.size() > 1) usage += " " + arguments[arguments.size() - 2];
+        EXPECT_NE(result.out.find(usage), std::string::npos) << Joined(arguments) << result.out;
+    }
+    auto help = RunCli({"--help"});
+    for (const char* command :
+         {"grid", "session", "log", "rewrite", "set-scores", "rename", "remove"})
+        EXPECT_NE(help.out.find(std::string("\n  ") + command + " "), std::string::npos) << command;
+
+    auto version = RunCli({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, "tallory-cli " + std::to_string(TALLORY_VERSION_MAJOR) + "." +
+                               std::to_string(TALLORY_VERSION_MINOR) + "." +
+                               std::to_string(TALLORY_VERSION_REV) + "\n");
+}
+
+TEST(Cli, GlobalOptionsStandAnywhere) {
+    const std::string dir = DemoCourse();
+    auto reference = RunCli({"--course", dir, "--json", "grid", "--by-name"});
+    ASSERT_EQ(reference.status, 0) << reference.err;
+    for (auto arguments : std::vector<std::vector<std::string>>{
+             {"--course=" + dir, "grid", "--by-name", "--json"},
+             {"grid", "--course=" + dir, "--json", "--by-name"},
+             {"grid", "--by-name", "--json", "--course", dir + "/"},
+             {"--json", "grid", "--course", dir + "/./", "--by-name"},
+         }) {
+        auto result = RunCli(arguments);
+        EXPECT_EQ(result.status, 0) << Joined(arguments) << result.err;
+        EXPECT_EQ(result.out, reference.out) << Joined(arguments);
+    }
+}
+
+// The edits of set-scores act in the order given, across options: each --question moves the
+// screen, and the --title/--correct after it act on that question.
+TEST(Cli, SetScoresEditsKeepTheirOrder) {
+    struct Case {
+        std::vector<std::string> edits;
+        std::vector<std::pair<std::string, int>> questions;  // name and correct answer, 1..4
+    };
+    const std::vector<Case> cases = {
+        {{"--question", "3", "--title=-x", "--question", "1", "--correct", "B"},
+         {{"CIRCULAR MOTION", 2}, {"CENTRIPETAL FORCE", 4}, {"-X", 1}, {"ORBITS", 5}}},
+        {{"--question", "4", "--title", "first", "--question", "3", "--title", "second"},
+         {{"CIRCULAR MOTION", 4}, {"CENTRIPETAL FORCE", 4}, {"SECOND", 1}, {"FIRST", 5}}},
+        {{"--question", "3", "--title", "first", "--question", "4", "--title", "second"},
+         {{"CIRCULAR MOTION", 4}, {"CENTRIPETAL FORCE", 4}, {"FIRST", 1}, {"SECOND", 5}}},
+        {{"--title", "one", "--question=4", "--correct", "--", "--question", "1", "--correct", "C"},
+         {{"ONE", 3}, {"CENTRIPETAL FORCE", 4}, {"BANKED CURVE", 1}, {"ORBITS", 0}}},
+    };
+    for (const Case& test : cases) {
+        DemoCopy course;
+        std::vector<std::string> arguments = {"--course", course.Path(), "set-scores", "7"};
+        arguments.insert(arguments.end(), test.edits.begin(), test.edits.end());
+        arguments.push_back("--json");
+        auto result = RunCli(arguments);
+        ASSERT_EQ(result.status, 0) << Joined(test.edits) << result.err;
+        for (const json& document :
+             {json::parse(result.out),
+              json::parse(RunCli({"--course", course.Path(), "session", "7", "--json"}).out)}) {
+            ASSERT_EQ(document["questions"].size(), test.questions.size());
+            for (size_t q = 0; q < test.questions.size(); ++q) {
+                EXPECT_EQ(document["questions"][q]["name"], test.questions[q].first)
+                    << Joined(test.edits) << " question " << q + 1;
+                EXPECT_EQ(document["questions"][q]["correct"], test.questions[q].second)
+                    << Joined(test.edits) << " question " << q + 1;
+            }
+        }
+    }
+}
+
+// rewrite N is Set Scores opened and saved with no edit: the very bytes of set-scores N.
+TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
+    DemoCopy demo;
+    TempCourse deleted;
+    test::LogPlan plan;
+    plan.names = {"Q1|Y", "Q2|Y"};
+    plan.points = {{1, 0, 0, 0, 0}, {0, 1, 0, 0, 0}};
+    plan.voters = {{"#A1", "", {"A", "B"}}, {"#B2", "", {"C", ""}}};
+    deleted.Write("SessionData/L2609081000.csv", test::LogText(plan));
+
+    struct Course {
+        const TempCourse& folder;
+        int sessions;
+    };
+    for (const Course& course : {Course{demo, 9}, Course{deleted, 1}}) {
+        TempCourse bySetScores;
+        std::filesystem::copy(course.folder.Path(), bySetScores.Path(),
+                              std::filesystem::copy_options::recursive);
+        for (int s = 1; s <= course.sessions; ++s) {
+            auto rewrite = RunCli({"--course", course.folder.Path(), "rewrite", std::to_string(s)});
+            ASSERT_EQ(rewrite.status, 0) << s << rewrite.err;
+            EXPECT_TRUE(rewrite.out.empty());
+            auto set = RunCli({"--course", bySetScores.Path(), "set-scores", std::to_string(s)});
+            ASSERT_EQ(set.status, 0) << s << set.err;
+        }
+        EXPECT_EQ(Snapshot(course.folder.Path()).size(), Snapshot(bySetScores.Path()).size());
+        for (const auto& entry : std::filesystem::directory_iterator(
+                 std::filesystem::path(course.folder.Path()) / "SessionData")) {
+            std::string name = "SessionData/" + entry.path().filename().string();
+            EXPECT_EQ(course.folder.Read(name), bySetScores.Read(name)) << name;
+        }
+    }
+    std::string line = deleted.Read("SessionData/L2609081000.csv");
+    line = line.substr(0, line.find('\r'));
+    EXPECT_NE(line.find("Participation =  0 ,"), std::string::npos) << line;
+
+    auto json = RunCli({"--course", demo.Path(), "rewrite", "1", "--json"});
+    ASSERT_EQ(json.status, 0);
+    EXPECT_EQ(json::parse(json.out).size(), 1u);
+    EXPECT_TRUE(json::parse(json.out)["messages"].is_array());
 }
 
 TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
@@ -155,6 +313,70 @@ TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
     EXPECT_EQ(grid["students"][0]["id"], "S9");
     EXPECT_EQ(grid["students"][1]["id"], "#A1");
     EXPECT_EQ(grid["course"], std::filesystem::path(course.Path()).filename().string());
+}
+
+// The conventions every later command relies on: files and programs named relative to the course
+// folder, once each, in first-write order; option dialogs, OK/Cancel and the clipboard answered
+// from the command line; the extra JSON keys only when asked for.
+TEST(ConsoleHost, AnswersAndListsAsTheCommandLineSays) {
+    cli::Context context;
+    context.json = true;
+    cli::ConsoleHost& host = context.host;
+    host.appPath = "/courses/Physics 101";
+    host.printClipboard = false;
+
+    for (const char* path :
+         {"/courses/Physics 101/SessionData/L2609081000.csv", "Export.csv",
+          "/courses/Physics 101/SessionData/L2609081000.csv",
+          "/courses/Physics 101/Reports/../Reports/Index.htm", "./Export.csv", "/elsewhere/x.txt"})
+        host.FileWritten(path);
+    EXPECT_EQ(host.FilesJson(), json({"SessionData/L2609081000.csv", "Export.csv",
+                                      "Reports/Index.htm", "/elsewhere/x.txt"}));
+
+    host.StartProgram("/courses/Physics 101/Campus Bridgeline.exe", "upload");
+    EXPECT_EQ(host.StartedJson(), json({"Campus Bridgeline.exe upload"}));
+
+    OptionDialog dialog;
+    struct Case {
+        std::optional<int> filter;
+        bool cancel;
+        int index;
+    };
+    for (const Case& test :
+         {Case{{}, false, 2}, Case{4, false, 4}, Case{0, true, 0}, Case{{}, true, 2}}) {
+        host.filter = test.filter;
+        host.cancel = test.cancel;
+        OptionChoice choice = host.ChooseOption(dialog);
+        EXPECT_EQ(choice.index, test.index);
+        EXPECT_EQ(choice.cancelled, test.cancel);
+    }
+
+    struct Question {
+        std::optional<bool> yes;
+        Buttons buttons;
+        Answer answer;
+    };
+    for (const Question& test : {Question{{}, Buttons::OkCancel, Answer::Cancel},
+                                 Question{true, Buttons::OkCancel, Answer::Ok},
+                                 Question{false, Buttons::OkCancel, Answer::Cancel},
+                                 Question{{}, Buttons::YesNo, Answer::No},
+                                 Question{true, Buttons::YesNoCancel, Answer::Yes},
+                                 Question{false, Buttons::Ok, Answer::Ok}}) {
+        host.answerYes = test.yes;
+        EXPECT_EQ(host.Message("Sure?", "Question", Icon::Question, test.buttons), test.answer);
+    }
+
+    EXPECT_TRUE(host.ClipboardJson().is_null());
+    host.SetClipboardText("Ames\tAnn\r\n");
+    EXPECT_EQ(host.ClipboardJson(), "Ames\tAnn\r\n");
+
+    testing::internal::CaptureStdout();
+    cli::Print(context, {{"purged", json::array()}}, "", {.files = true, .clipboard = true});
+    json printed = json::parse(testing::internal::GetCapturedStdout());
+    EXPECT_EQ(printed.size(), 4u);  // purged, files, clipboard, messages; no "started"
+    EXPECT_EQ(printed["files"], host.FilesJson());
+    EXPECT_EQ(printed["clipboard"], "Ames\tAnn\r\n");
+    EXPECT_EQ(printed["messages"].size(), 6u);
 }
 
 }  // namespace

@@ -56,9 +56,11 @@ struct OpenGrid {
     }
 
     const GridView& view() const { return grid.View(); }
-    std::string Heading(int column) const { return view().session[column * kLabelsPerColumn]; }
+    std::string Heading(int column) const {
+        return view().lblSession[column * kLabelsPerColumn].text;
+    }
     std::string Cell(int row, int column) const {
-        return view().session[column * kLabelsPerColumn + row];
+        return view().lblSession[column * kLabelsPerColumn + row].text;
     }
 };
 
@@ -82,16 +84,16 @@ TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
         open.Open();
         const GridView& view = open.view();
         EXPECT_EQ(open.grid.PageNo(), c.pageNo);
-        EXPECT_EQ(view.nextVisible, c.next);
-        EXPECT_EQ(view.previousVisible, c.previous);
+        EXPECT_EQ(view.lblNext.visible, c.next);
+        EXPECT_EQ(view.lblPrevious.visible, c.previous);
         EXPECT_EQ(view.sessionScroll.visible, c.bar);
         if (c.bar) {
             EXPECT_EQ(view.sessionScroll.maximum, c.barMaximum);
             EXPECT_EQ(view.sessionScroll.value, c.pageNo);
         }
         EXPECT_EQ(open.Heading(0), DateOf(c.pageNo + 1));
-        EXPECT_EQ(view.editVisible[3], c.lastColumnShown);
-        EXPECT_EQ(view.exportVisible[3], c.lastColumnShown);
+        EXPECT_EQ(view.cmdEdit[3].visible, c.lastColumnShown);
+        EXPECT_EQ(view.chkExport[3].visible, c.lastColumnShown);
         if (!c.lastColumnShown) {
             EXPECT_EQ(open.Heading(3), " ");
             EXPECT_EQ(open.Cell(1, 3), " ");
@@ -114,12 +116,12 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
     EXPECT_EQ(grid.PageNo(), 1);
     EXPECT_EQ(open.view().sessionScroll.value, 1);
     EXPECT_EQ(open.Heading(0), DateOf(2));
-    EXPECT_TRUE(open.view().nextVisible);
-    EXPECT_TRUE(open.view().previousVisible);
+    EXPECT_TRUE(open.view().lblNext.visible);
+    EXPECT_TRUE(open.view().lblPrevious.visible);
 
     grid.SessionScrollChanged(0);
     EXPECT_EQ(open.Heading(0), DateOf(1));
-    EXPECT_FALSE(open.view().previousVisible);
+    EXPECT_FALSE(open.view().lblPrevious.visible);
     grid.PreviousClick();
     EXPECT_EQ(grid.PageNo(), 0);
 
@@ -144,15 +146,15 @@ TEST(ScoreGrid, StudentScrollBarAndWheel) {
         }
         if (c.students < 7) continue;
         ScoreGrid& grid = open.grid;
-        EXPECT_EQ(open.view().name[6], " S6");
+        EXPECT_EQ(open.view().lblStudentName[6].text, " S6");
         grid.MouseWheel(-120);  // towards the user: down the list
         EXPECT_EQ(open.view().studentScroll.value, 1);
-        EXPECT_EQ(open.view().name[1], " S2");
-        EXPECT_EQ(open.view().name[6], " S7");
+        EXPECT_EQ(open.view().lblStudentName[1].text, " S2");
+        EXPECT_EQ(open.view().lblStudentName[6].text, " S7");
         grid.MouseWheel(-120);  // the last student is already shown
         EXPECT_EQ(open.view().studentScroll.value, 1);
         grid.MouseWheel(120);
-        EXPECT_EQ(open.view().name[1], " S1");
+        EXPECT_EQ(open.view().lblStudentName[1].text, " S1");
         grid.StudentScrollChanged(1);
         EXPECT_EQ(grid.StudentClick(6), 7);
     }
@@ -167,10 +169,10 @@ TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
     EXPECT_EQ(open.Heading(1), DateOf(2));
     EXPECT_EQ(open.Cell(1, 0), " ");
     EXPECT_EQ(open.Cell(1, 1), " ");
-    EXPECT_EQ(view.total[1], " ");
-    EXPECT_EQ(view.average[1], "Average: 0");
-    EXPECT_EQ(view.name[2], "");
-    EXPECT_EQ(view.total[2], "");
+    EXPECT_EQ(view.lblTotal[1].text, " ");
+    EXPECT_EQ(view.lblAverage[1].text, "Average: 0");
+    EXPECT_EQ(view.lblStudentName[2].text, "");
+    EXPECT_EQ(view.lblTotal[2].text, "");
     EXPECT_EQ(open.grid.StudentClick(2), 0);
 }
 
@@ -188,7 +190,7 @@ TEST(ScoreGrid, NamesAndColoursInBothOrders) {
     auto rows = [&] {
         std::vector<Row> shown;
         for (int r = 1; r <= 4; ++r)
-            shown.push_back({open.view().name[r], open.view().nameColour[r]});
+            shown.push_back({open.view().lblStudentName[r].text, open.view().nameColour[r]});
         return shown;
     };
     using enum NameColour;
@@ -222,8 +224,8 @@ TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
     EXPECT_EQ(open.Cell(1, 0), "2");
     EXPECT_EQ(open.Cell(1, 2), "2");
     EXPECT_EQ(open.Cell(2, 2), "Ab");
-    EXPECT_EQ(view.total[1], "6");
-    EXPECT_EQ(view.total[2], "4");
+    EXPECT_EQ(view.lblTotal[1].text, "6");
+    EXPECT_EQ(view.lblTotal[2].text, "4");
     struct Case {
         int index;
         bool underline;
@@ -246,9 +248,9 @@ TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
     open.course.Students[1].Score[0] = 7;
     open.course.Students[2].Score[0] = 7.035;
     open.grid.UpdateTable();
-    EXPECT_EQ(view.total[1], "7");
-    EXPECT_EQ(view.average[1], "Average: 2.33");
-    EXPECT_EQ(view.average[2], "Average: 2.34");  // 2.345: the half goes to the even digit
+    EXPECT_EQ(view.lblTotal[1].text, "7");
+    EXPECT_EQ(view.lblAverage[1].text, "Average: 2.33");
+    EXPECT_EQ(view.lblAverage[2].text, "Average: 2.34");  // 2.345: the half goes to the even digit
 }
 
 TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
@@ -260,10 +262,10 @@ TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
     grid.ExportChanged(0, true);  // session 2
     EXPECT_EQ(open.course.ExportSel[2], 1);
     grid.PreviousClick();
-    EXPECT_FALSE(open.view().exportChecked[0]);
-    EXPECT_TRUE(open.view().exportChecked[1]);
+    EXPECT_FALSE(open.view().chkExport[0].checked);
+    EXPECT_TRUE(open.view().chkExport[1].checked);
     grid.NextClick();
-    EXPECT_TRUE(open.view().exportChecked[0]);
+    EXPECT_TRUE(open.view().chkExport[0].checked);
     grid.ExportChanged(0, false);
     EXPECT_EQ(open.course.ExportSel[2], 0);
 
@@ -287,7 +289,7 @@ TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
     ScoreGrid& grid = open.grid;
     const GridView& view = open.view();
     grid.ToggleHelp();
-    EXPECT_TRUE(view.helpOpen);
+    EXPECT_TRUE(view.HelpOpen());
     for (Control usable : {Control::CmdHelp, Control::PicHelp, Control::LblHelpCaption,
                            Control::CmdExit, Control::CmdExitApp, Control::LblExit,
                            Control::CmdEdit, Control::LblSession, Control::ChkExport})
@@ -296,7 +298,7 @@ TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
                            Control::LblStudentName, Control::LblSubject})
         EXPECT_FALSE(view.Enabled(locked)) << static_cast<int>(locked);
     grid.ToggleHelp();
-    for (int i = 0; i < kControlCount; ++i) EXPECT_TRUE(view.enabled[i]) << i;
+    for (int i = 0; i < kControlCount; ++i) EXPECT_TRUE(view.Enabled(static_cast<Control>(i))) << i;
 }
 
 TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
@@ -306,8 +308,8 @@ TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
     const GridView& view = open.view();
     EXPECT_EQ(open.course.NumSessions, 0);
     EXPECT_EQ(view.caption, "Tallory-" + LastComponent(open.folder.Path()));
-    EXPECT_EQ(view.name[1], " 12345");
-    EXPECT_EQ(view.average[1], "Average: 0");
+    EXPECT_EQ(view.lblStudentName[1].text, " 12345");
+    EXPECT_EQ(view.lblAverage[1].text, "Average: 0");
     EXPECT_FALSE(view.sessionScroll.visible);
     for (int i = 0; i < kControlCount; ++i) {
         const Control control = static_cast<Control>(i);
@@ -335,8 +337,8 @@ TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
         // Images is made in every case, by the move of stray images.
         EXPECT_EQ(open.folder.Exists("Reports"), c.foldersMade);
         EXPECT_EQ(open.view().caption, "Tallory-Optics");
-        EXPECT_EQ(open.view().subject, "Optics");
-        EXPECT_EQ(open.view().cms, open.grid.Format().caption);
+        EXPECT_EQ(open.view().lblSubject.text, "Optics");
+        EXPECT_EQ(open.view().lblCMS.text, open.grid.Format().caption);
     }
 }
 

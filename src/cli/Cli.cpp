@@ -1,6 +1,8 @@
 #include "cli/Cli.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <sstream>
 
@@ -29,16 +31,160 @@ Answer ConsoleHost::Message(std::string_view text, std::string_view title, Icon 
     return Answer::Ok;
 }
 
+OptionChoice ConsoleHost::ChooseOption(const OptionDialog& dialog) {
+    return OptionChoice{filter.value_or(dialog.preselected), cancel};
+}
+
+void ConsoleHost::StartProgram(const std::string& program, const std::string& argument) {
+    std::string line = CourseRelative(program) + " " + argument;
+    std::cerr << "[start] " << line << "\n";
+    started_.push_back(line);
+}
+
+void ConsoleHost::SetClipboardText(const std::string& text) {
+    clipboard_ = text;
+    if (printClipboard) std::cout << text << std::flush;
+}
+
+void ConsoleHost::FileWritten(const std::string& path) {
+    std::string relative = CourseRelative(path);
+    if (std::find(files_.begin(), files_.end(), relative) == files_.end())
+        files_.push_back(relative);
+}
+
+std::string ConsoleHost::CourseRelative(const std::string& path) const {
+    std::filesystem::path full(path);
+    // The process works in the course folder, so a bare name is a file of the course folder.
+    if (full.is_relative()) full = std::filesystem::path(appPath) / full;
+    full = full.lexically_normal();
+    std::filesystem::path relative = full.lexically_relative(appPath);
+    if (relative.empty() || *relative.begin() == "..") return full.generic_string();
+    return relative.generic_string();
+}
+
+nlohmann::json ConsoleHost::FilesJson() const {
+    nlohmann::json files = nlohmann::json::array();
+    for (const std::string& file : files_) files.push_back(JsonText(file));
+    return files;
+}
+
+nlohmann::json ConsoleHost::StartedJson() const {
+    nlohmann::json started = nlohmann::json::array();
+    for (const std::string& line : started_) started.push_back(JsonText(line));
+    return started;
+}
+
+nlohmann::json ConsoleHost::ClipboardJson() const {
+    if (!clipboard_) return nullptr;
+    return JsonText(*clipboard_);
+}
+
+std::string Context::InvocationPath(const std::string& path) const {
+    std::filesystem::path given(path);
+    if (given.is_absolute() || invocationDir.empty()) return path;
+    return (std::filesystem::path(invocationDir) / given).string();
+}
+
+namespace {
+
+struct RegisteredCommand {
+    std::string name;
+    AddCommandFunction add;
+};
+
+// A function-local list, so that registrations in any file may run first.
+std::vector<RegisteredCommand>& Registry() {
+    static std::vector<RegisteredCommand> commands;
+    return commands;
+}
+
+}  // namespace
+
+CommandRegistration::CommandRegistration(const char* name, AddCommandFunction add) {
+    Registry().push_back({name, add});
+}
+
+void AddRegisteredCommands(CLI::App& app, Context& context) {
+    std::vector<RegisteredCommand> commands = Registry();
+    std::sort(
+        commands.begin(), commands.end(),
+        [](const RegisteredCommand& a, const RegisteredCommand& b) { return a.name < b.name; });
+    for (const RegisteredCommand& command : commands) command.add(app, context);
+}
+
+CLI::App& AddCommand(CLI::App& app, Context& context, const std::string& name,
+                     const std::string& description, std::function<int()> run) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->footer(
+        "Global options, before or after the command: --course DIR, --json, --yes | --no.");
+    command->callback([&context, run = std::move(run)] { context.run = run; });
+    return *command;
+}
+
+void AddByNameOption(CLI::App& command, Context& context) {
+    command.add_flag("--by-name", context.byName,
+                     "sort the students by last name (display order \"Last Name\")");
+}
+
+void AddOptionDialogOptions(CLI::App& command, Context& context) {
+    CLI::Option* filter =
+        command
+            .add_option_function<int>(
+                "--filter", [&context](const int& index) { context.host.filter = index; },
+                "the option chosen in the option dialog, 0..4 (default: the preselected one)")
+            ->check(CLI::Range(0, 4))
+            ->type_name("N");
+    CLI::Option* cancel =
+        command.add_flag("--cancel", context.host.cancel, "press the option dialog's Cancel");
+    filter->excludes(cancel);
+}
+
+CLI::Option* AddSessionArgument(CLI::App& command, std::string& number) {
+    return command.add_option("N", number, "the session, 1 for the first column of the grid")
+        ->required()
+        ->type_name("");
+}
+
+void AddGlobalOptions(CLI::App& app, Context& context) {
+    app.add_option("--course", context.courseDir, "the course folder (default: the current one)")
+        ->type_name("DIR");
+    app.add_flag("--json", context.json, "print JSON instead of text");
+    CLI::Option* yes = app.add_flag_callback(
+        "--yes", [&context] { context.host.answerYes = true; },
+        "answer questions with Yes (OK/Cancel questions with OK)");
+    CLI::Option* no = app.add_flag_callback(
+        "--no", [&context] { context.host.answerYes = false; },
+        "answer questions with No (the default)");
+    yes->excludes(no);
+    app.set_version_flag("--version", "tallory-cli " + std::to_string(TALLORY_VERSION_MAJOR) + "." +
+                                          std::to_string(TALLORY_VERSION_MINOR) + "." +
+                                          std::to_string(TALLORY_VERSION_REV));
+}
+
+void EnterCourse(Context& context) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    context.invocationDir = fs::current_path(error).string();
+    fs::path folder = fs::absolute(fs::path(context.courseDir), error).lexically_normal();
+    std::string appPath = folder.string();
+    while (appPath.size() > 1 && appPath.back() == '/') appPath.pop_back();
+    if (!fs::is_directory(appPath, error))
+        throw UsageError{"no such course folder: " + context.courseDir};
+    fs::current_path(appPath, error);
+    if (error)
+        throw UsageError{"cannot enter the course folder " + appPath + ": " + error.message()};
+    context.course.AppPath = appPath;
+    context.course.ProgramFolder = appPath;
+    context.host.appPath = appPath;
+    context.host.printClipboard = !context.json;
+}
+
 std::string JsonText(const std::string& bytes) {
     return Windows1252ToUtf8(bytes);
 }
 
-LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order) {
-    context.course.AppPath = context.courseDir;
-    while (context.course.AppPath.size() > 1 && context.course.AppPath.back() == '/')
-        context.course.AppPath.pop_back();
-    context.course.ProgramFolder = context.course.AppPath;
-    HeadlessScreen screen(order);
+LoadedCourse LoadCourseReadOnly(Context& context) {
+    HeadlessScreen screen(context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
     return LoadCourse(context.course, context.host, screen, ReadOnlyLoad());
 }
 
@@ -146,17 +292,26 @@ std::string Padding(size_t width, size_t used) {
     return std::string(used < width ? width - used : 1, ' ');
 }
 
-void ExpectArguments(const Context& context, size_t count, const char* usage) {
-    if (context.args.size() != count) throw UsageError{std::string("usage: tallory-cli ") + usage};
+void Print(const Context& context, nlohmann::json document, const std::string& text,
+           Extras extras) {
+    if (!context.json) {
+        std::cout << text;
+        return;
+    }
+    if (extras.files) document["files"] = context.host.FilesJson();
+    if (extras.started) document["started"] = context.host.StartedJson();
+    if (extras.clipboard) document["clipboard"] = context.host.ClipboardJson();
+    document["messages"] = context.host.MessagesJson();
+    std::cout << document.dump(2) << "\n";
 }
 
-void Print(const Context& context, nlohmann::json document, const std::string& text) {
+int Failed(const Context& context, nlohmann::json document, const std::string& reason) {
+    std::cerr << "tallory-cli: " << reason << "\n";
     if (context.json) {
-        document["messages"] = context.host.MessagesJson();
-        std::cout << document.dump(2) << "\n";
-    } else {
-        std::cout << text;
+        document["error"] = reason;
+        Print(context, document, "");
     }
+    return 1;
 }
 
 }  // namespace tallory::cli

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,34 +15,104 @@
 
 namespace tallory::cli {
 
-// Prints every message box as "[TITLE] TEXT" on stderr, keeps them for the JSON output, answers
-// questions with --yes / --no (No when neither was given).
+// The person at the console, answered from the command line: every message box is printed as
+// "[TITLE] TEXT" on stderr and kept for the JSON output; questions take --yes / --no (No when
+// neither was given), OK/Cancel questions take OK only with --yes; the option dialog takes
+// --filter / --cancel. Programs are never started, only listed; the clipboard is the output.
 class ConsoleHost : public Host {
   public:
     Answer Message(std::string_view text, std::string_view title, Icon icon,
                    Buttons buttons) override;
-    nlohmann::json MessagesJson() const { return messages_; }
+    OptionChoice ChooseOption(const OptionDialog& dialog) override;
+    void StartProgram(const std::string& program, const std::string& argument) override;
+    void SetClipboardText(const std::string& text) override;
+    void FileWritten(const std::string& path) override;
 
+    nlohmann::json MessagesJson() const { return messages_; }
+    // Files written, relative to the course folder, "/"-separated, once each, in first-write order.
+    nlohmann::json FilesJson() const;
+    // Programs that would have been started: "file relative to the course folder" + " " + argument.
+    nlohmann::json StartedJson() const;
+    // The last text given to the clipboard; null when nothing was copied.
+    nlohmann::json ClipboardJson() const;
+
+    // Answers, from the command line.
     std::optional<bool> answerYes;
+    std::optional<int> filter;  // --filter N: the option ticked in an option dialog
+    bool cancel = false;        // --cancel: the option dialog's cancel button
+    // Text mode prints the clipboard on stdout when it is set; JSON mode keeps it for the output.
+    bool printClipboard = true;
+    // The course folder, absolute: written files and started programs are named relative to it.
+    std::string appPath;
 
   private:
+    std::string CourseRelative(const std::string& path) const;
+
     nlohmann::json messages_ = nlohmann::json::array();
+    std::vector<std::string> files_;
+    std::vector<std::string> started_;
+    std::optional<std::string> clipboard_;
 };
 
-// What every command gets: the course folder, the parsed words and flags.
+// What every command gets: the course folder, the global options, the course and the host.
 struct Context {
-    std::string courseDir = ".";
+    std::string courseDir = ".";  // --course as given
+    std::string invocationDir;    // the working folder the program was started in
     bool json = false;
-    bool byName = false;
-    std::vector<std::string> args;  // the command's own words and options, after the command name
+    bool byName = false;  // --by-name, for the commands that declare it (AddByNameOption)
     Course course;
     ConsoleHost host;
+    // Set by the chosen command's subcommand once the whole command line has been parsed.
+    std::function<int()> run;
+
+    // A path argument as the person meant it: relative ones are relative to the folder the program
+    // was started in, not the course folder the process has moved into.
+    std::string InvocationPath(const std::string& path) const;
 };
 
-// Reads the course as the main window's start sequence does, without writing anything.
-LoadedCourse LoadCourseReadOnly(Context& context, DisplayOrder order = DisplayOrder::StudentId);
+// ---- Commands -----------------------------------------------------------------------------------
+// A command is one file under src/cli/commands/ with an Add function that declares its subcommand
+// with AddCommand, and one registration line at namespace scope:
+//
+//     const CommandRegistration kRegistered("grid", AddGridCommand);
+//
+// The command files are compiled into the program itself (not a library), so every registration
+// runs before main. Commands appear in --help sorted by name.
+using AddCommandFunction = void (*)(CLI::App& app, Context& context);
 
-// The session in Questions/Votes as the contract's JSON object.
+struct CommandRegistration {
+    CommandRegistration(const char* name, AddCommandFunction add);
+};
+
+// Every registered command added to the program's App, in name order.
+void AddRegisteredCommands(CLI::App& app, Context& context);
+
+// Declares a subcommand. `run` runs once the whole command line has been parsed (a usage error
+// anywhere stops the program before any command starts); it returns the exit status.
+CLI::App& AddCommand(CLI::App& app, Context& context, const std::string& name,
+                     const std::string& description, std::function<int()> run);
+
+// The options some commands share. Each binds to the Context, so the command only declares them.
+// --by-name: the display order "Last Name" instead of "Student ID".
+void AddByNameOption(CLI::App& command, Context& context);
+// --filter N (0..4) | --cancel: the answer to an option dialog (ChooseOption).
+void AddOptionDialogOptions(CLI::App& command, Context& context);
+
+// The positional N of the commands that act on one session (1 for the grid's first session column).
+CLI::Option* AddSessionArgument(CLI::App& command, std::string& number);
+
+// The global options (--course, --json, --yes, --no, --version) on the program's App.
+void AddGlobalOptions(CLI::App& app, Context& context);
+
+// Makes the course folder absolute (AppPath, no trailing separator) and moves into it.
+void EnterCourse(Context& context);
+
+// ---- Work ---------------------------------------------------------------------------------------
+// Reads the course as the main window's start sequence does, without writing anything, in the
+// display order --by-name chose.
+LoadedCourse LoadCourseReadOnly(Context& context);
+
+// The session in Questions/Votes as the JSON object of `session`.
 nlohmann::json SessionJson(const Course& course, int number, const std::string& file);
 // The same as readable text.
 std::string SessionText(const Course& course, int number, const std::string& file);
@@ -57,15 +129,26 @@ int SessionNumber(const Context& context, const std::string& word);
 // Blanks that pad a column of `width` after `used` characters (at least one).
 std::string Padding(size_t width, size_t used);
 
-// A usage error: message on stderr, exit status 2.
+// A usage error found after parsing (a session number out of range...): message on stderr, exit
+// status 2. Throw it before anything is written.
 struct UsageError {
     std::string message;
 };
 
-// Throws a usage error unless the command got exactly `count` words.
-void ExpectArguments(const Context& context, size_t count, const char* usage);
+// ---- Output -------------------------------------------------------------------------------------
+// The keys besides "messages" that a command's JSON carries, for the commands that have them.
+struct Extras {
+    bool files = false;      // "files": FilesJson()
+    bool started = false;    // "started": StartedJson()
+    bool clipboard = false;  // "clipboard": ClipboardJson()
+};
 
-// Writes the JSON document (with "messages") or the text on stdout.
-void Print(const Context& context, nlohmann::json document, const std::string& text);
+// Writes the JSON document (with "messages" and the extras asked for) or the text on stdout.
+void Print(const Context& context, nlohmann::json document, const std::string& text,
+           Extras extras = {});
+
+// Ends a command that did not do what was asked: the reason on stderr, and in JSON as "error";
+// exit status 1.
+int Failed(const Context& context, nlohmann::json document, const std::string& reason);
 
 }  // namespace tallory::cli

@@ -1,80 +1,50 @@
 // tallory-cli: the grade book without windows, for scripts and for checking figures.
-#include <cstring>
 #include <iostream>
 #include <string>
-#include <vector>
 
 #include "cli/Cli.h"
-#include "cli/CourseCommands.h"
-#include "cli/ScoringCommands.h"
 #include "common/RunTimeError.h"
 
 namespace {
 
-using tallory::cli::Context;
-using tallory::cli::UsageError;
+constexpr const char* kDescription =
+    "tallory-cli: the grade book without windows. Every command first reads the course folder as "
+    "the desktop program's start does; messages it would show go to stderr as [TITLE] TEXT.";
 
-struct Command {
-    const char* name;
-    int (*run)(Context&);
-};
-
-const Command kCommands[] = {
-    {"grid", tallory::cli::GridCommand},
-    {"session", tallory::cli::SessionCommand},
-    {"log", tallory::cli::LogCommand},
-    {"rewrite", tallory::cli::RewriteCommand},
-    {"set-scores", tallory::cli::SetScoresCommand},
-    {"rename", tallory::cli::RenameCommand},
-    {"remove", tallory::cli::RemoveCommand},
-};
-
-const char* kUsage =
-    "usage: tallory-cli [--course DIR] COMMAND [ARGS] [--json] [--yes|--no]\n"
-    "commands:\n"
-    "  grid [--by-name]      the score grid of the course\n"
-    "  session N             session N read and scored as Set Scores shows it\n"
-    "  log FILE              one log file read and scored\n"
-    "  rewrite N             write session N's log back as saving Set Scores unchanged does\n"
-    "  set-scores N [--participation P] [--cap X | --no-cap] [--min-responses R]\n"
-    "             [--question Q (--correct A..E|--) (--points a,b,c,d,e) (--delete|--restore)\n"
-    "              (--title T)]...   edit session N's scoring as Set Scores does, and save\n"
-    "  rename N TITLE        give session N a new title\n"
-    "  remove N --yes        remove session N (its log is emptied, a copy xL... kept)\n";
+// A usage error: the reason on stderr, exit status 2, nothing run and nothing written.
+int UsageFailure(const std::string& message) {
+    std::cerr << "tallory-cli: " << message << "\nRun with --help for more information.\n";
+    return 2;
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    using namespace tallory::cli;
     Context context;
-    std::string commandName;
+    CLI::App app(kDescription, "tallory-cli");
+    // Global options may stand before or after the command: the command hands them up.
+    app.fallthrough();
+    app.require_subcommand(1);
+    AddGlobalOptions(app, context);
+    AddRegisteredCommands(app, context);
     try {
-        for (int i = 1; i < argc; ++i) {
-            std::string word = argv[i];
-            if (word == "--course") {
-                if (i + 1 >= argc) throw UsageError{"--course needs a folder"};
-                context.courseDir = argv[++i];
-            } else if (word == "--json") {
-                context.json = true;
-            } else if (word == "--yes") {
-                context.host.answerYes = true;
-            } else if (word == "--no") {
-                context.host.answerYes = false;
-            } else if (word == "--help" || word == "-h") {
-                std::cout << kUsage;
-                return 0;
-            } else if (commandName.empty() && word.rfind("--", 0) != 0) {
-                commandName = word;
-            } else {
-                context.args.push_back(word);
-            }
-        }
-        if (commandName.empty()) throw UsageError{"no command given"};
-        for (const Command& command : kCommands)
-            if (commandName == command.name) return command.run(context);
-        throw UsageError{"unknown command '" + commandName + "'"};
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        // --help and --version end the parse with exit code 0 and print on stdout.
+        if (error.get_exit_code() == 0) return app.exit(error);
+        // A mistyped command is left over as an unexpected word: name it rather than the missing
+        // command.
+        if (app.get_subcommands().empty() && !app.remaining().empty())
+            return UsageFailure("unknown command '" + app.remaining().front() + "'");
+        return UsageFailure(error.what());
+    }
+    try {
+        if (!context.run) return UsageFailure("no command given");
+        EnterCourse(context);
+        return context.run();
     } catch (const UsageError& error) {
-        std::cerr << "tallory-cli: " << error.message << "\n" << kUsage;
-        return 2;
+        return UsageFailure(error.message);
     } catch (const tallory::RunTimeError& error) {
         std::cerr << error.what() << "\n";
         return 1;

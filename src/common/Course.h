@@ -67,12 +67,12 @@ struct QuestionRec {
 struct VoteRec {
     std::string StudentId;
     std::string RemoteId;
-    Table<int16_t, kMaxQuestions> Answer;
-    Table<double, kMaxQuestions> FinalTime;
-    Table<double, kMaxQuestions> FirstTime;
-    Table<int16_t, kMaxQuestions> FirstAnswer;
-    Table<int16_t, kMaxQuestions> Attempts;
-    Table<double, kMaxQuestions> Score;
+    Table<int16_t, kMaxQuestions> Answer{"Answer"};
+    Table<double, kMaxQuestions> FinalTime{"FinalTime"};
+    Table<double, kMaxQuestions> FirstTime{"FirstTime"};
+    Table<int16_t, kMaxQuestions> FirstAnswer{"FirstAnswer"};
+    Table<int16_t, kMaxQuestions> Attempts{"Attempts"};
+    Table<double, kMaxQuestions> Score{"Score"};
 };
 
 struct StudentRec {
@@ -96,12 +96,12 @@ struct Course {
     std::string CourseFolderName;  // last component of AppPath, for reports
 
     // Settings (Config.csv): rows 1..NumParams.
-    Table<ParamRec, kMaxParams> Params;
+    Table<ParamRec, kMaxParams> Params{"Params"};
     int NumParams = 0;
 
     // Registrations (RemoteID.csv): rows 1..NumRemotes.
-    Table<RemoteRec, kMaxRemotes> RemoteTable;
-    Table<RemoteRec, kMaxRemotes> RemoteRaw;
+    Table<RemoteRec, kMaxRemotes> RemoteTable{"RemoteTable"};
+    Table<RemoteRec, kMaxRemotes> RemoteRaw{"RemoteRaw"};
     int NumRemotes = 0;
     int NumNewRemotes = 0;
     bool ClickerCheckStarted = false;
@@ -111,16 +111,16 @@ struct Course {
     mutable bool RemoteIndexValid = false;
 
     // Roster: rows 0..NumRoster-1; RosterIDs rows 1..NumRosterIDs sorted.
-    Table<RosterRec, kMaxRoster> Roster;
+    Table<RosterRec, kMaxRoster> Roster{"Roster"};
     int NumRoster = 0;
-    Table<std::string, kMaxRoster> RosterIDs;
+    Table<std::string, kMaxRoster> RosterIDs{"RosterIDs"};
     int NumRosterIDs = 0;
     // Look-up of the first roster row by trimmed upper-case ID.
     std::unordered_map<std::string, int> RosterIndex;
 
     // The session last read: Questions rows 0..NumQuestions, Votes rows 1..NumVoters.
-    Table<QuestionRec, kMaxQuestions> Questions;
-    Table<VoteRec, kMaxVoters> Votes;
+    Table<QuestionRec, kMaxQuestions> Questions{"Questions"};
+    Table<VoteRec, kMaxVoters> Votes{"Votes"};
     int NumQuestions = 0;
     int NumVoters = 0;
     double SessPerformance = 0;
@@ -129,7 +129,7 @@ struct Course {
     int16_t SessMinCorrect = 1;
 
     // All sessions: Students rows 1..NumStudents, sessions 1..NumSessions.
-    Table<StudentRec, kMaxStudents> Students;
+    Table<StudentRec, kMaxStudents> Students{"Students"};
     int NumStudents = 0;
     int NumSessions = 0;
     std::array<std::string, kSessionTableUpper + 1> SessionFile;
@@ -139,7 +139,7 @@ struct Course {
     std::unordered_map<std::string, int> StudentIndex;
 
     // Warnings of the current load about students with several clickers in one session.
-    Table<MultiRemoteRec, kMaxStudents> MultiRemote;
+    Table<MultiRemoteRec, kMaxStudents> MultiRemote{"MultiRemote"};
     std::string MultiRemoteText;
 
     // How the report pages show a student (0 to 4); kept from one report run to the next.

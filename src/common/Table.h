@@ -14,6 +14,9 @@ class Table {
   public:
     static constexpr int kUpper = Upper;
 
+    // The name error 9 gives when an index falls outside the bounds.
+    explicit Table(const char* name = "") : name_(name) {}
+
     T& operator[](long index) {
         if (index < 0 || index > Upper) CheckSubscript(index, 0, Upper, name_);
         if (static_cast<size_t>(index) >= rows_.size()) rows_.resize(index + 1);
@@ -34,8 +37,6 @@ class Table {
         for (auto& row : rows_) row = T{};
     }
 
-    void SetName(const char* name) { name_ = name; }
-
   private:
     static const T& Empty() {
         static const T empty{};
@@ -43,7 +44,7 @@ class Table {
     }
 
     std::vector<T> rows_;
-    const char* name_ = "";
+    const char* name_;
 };
 
 }  // namespace tallory

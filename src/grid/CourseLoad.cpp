@@ -24,11 +24,6 @@ constexpr VersionPart kVersion[] = {
 
 }  // namespace
 
-std::string ProgramVersionText() {
-    return std::to_string(TALLORY_VERSION_MAJOR) + "." + std::to_string(TALLORY_VERSION_MINOR) +
-           "." + std::to_string(TALLORY_VERSION_REV);
-}
-
 void MoveStrayImages(const Course& course) {
     std::string sessionData = CoursePath(course.AppPath, "\\SessionData");
     std::string images = CoursePath(course.AppPath, "\\Images");

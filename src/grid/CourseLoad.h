@@ -45,7 +45,5 @@ void MoveStrayImages(const Course& course);
 // Sets the three version settings to this program's version; rewrites Config.csv only when it
 // exists and a number differed.
 void StampVersion(Course& course);
-// The program's own version as "major", "minor", "rev".
-std::string ProgramVersionText();
 
 }  // namespace tallory

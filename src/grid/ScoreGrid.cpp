@@ -88,8 +88,76 @@ void ScoreGrid::Changed() {
     if (onChanged) onChanged();
 }
 
-void ScoreGrid::SetEnabled(Control control, bool enabled) {
-    view_.enabled[static_cast<int>(control)] = enabled;
+GridView::GridView() {
+    cmbDisplayName.index = static_cast<int>(DisplayOrder::StudentId);
+    cmdHelp.text = "Help";
+    PicHelp.visible = false;
+}
+
+namespace {
+
+// Calls `each` with every state that stands for the control.
+template <class View, class Each>
+void ForEachState(View& view, Control control, Each each) {
+    auto all = [&](auto& states) {
+        for (auto& state : states) each(state);
+    };
+    switch (control) {
+        case Control::CmdHelp:
+            return each(view.cmdHelp);
+        case Control::CmdExit:
+            return each(view.CmdExit);
+        case Control::CmdExitApp:
+            return each(view.CmdExitApp);
+        case Control::LblExit:
+            return each(view.lblExit);
+        case Control::LblSubject:
+            return each(view.lblSubject);
+        case Control::LblCMS:
+            return each(view.lblCMS);
+        case Control::LblNext:
+            return each(view.lblNext);
+        case Control::LblPrevious:
+            return each(view.lblPrevious);
+        case Control::CmbDisplayName:
+            return each(view.cmbDisplayName);
+        case Control::HscrlSession:
+            return each(view.sessionScroll);
+        case Control::VscrlStudent:
+            return each(view.studentScroll);
+        case Control::LblSession:
+            return all(view.lblSession);
+        case Control::LblStudentName:
+            return all(view.lblStudentName);
+        case Control::LblTotal:
+            return all(view.lblTotal);
+        case Control::LblAverage:
+            return all(view.lblAverage);
+        case Control::CmdEdit:
+            return all(view.cmdEdit);
+        case Control::ChkExport:
+            return all(view.chkExport);
+        case Control::PicHelp:
+            return each(view.PicHelp);
+        case Control::LblHelpCaption:
+            return each(view.LblHelpCaption);
+    }
+}
+
+}  // namespace
+
+bool GridView::Enabled(Control control) const {
+    bool enabled = true;
+    bool first = true;
+    ForEachState(*this, control, [&](const auto& state) {
+        if (first) enabled = state.enabled;
+        first = false;
+    });
+    return enabled;
+}
+
+void GridView::SetEnabled(Control control, bool enabled) {
+    ForEachState(*this, control, [&](auto& state) { state.enabled = enabled; });
 }
 
 void ScoreGrid::Start(Host& host, bool largeFonts) {
@@ -101,14 +169,16 @@ void ScoreGrid::Start(Host& host, bool largeFonts) {
     pageNo_ = 0;
     // Choosing the display order sorts and redraws what is there: nothing, before the load.
     DisplayNameChanged(DisplayOrder::StudentId, host);
-    view_.cms.clear();
+    view_.lblCMS.text.clear();
+    view_.lblCMS.visible = false;
 
     CourseLoadOptions options;
     options.shown = [this](const LoadedCourse& loaded) {
         format_ = loaded.format;
         view_.caption = "Tallory-" + loaded.courseName;
-        view_.cms = loaded.format.caption;
-        view_.subject = loaded.courseLabel;
+        view_.lblCMS.text = loaded.format.caption;
+        view_.lblCMS.visible = !view_.lblCMS.text.empty();
+        view_.lblSubject.text = loaded.courseLabel;
         Changed();
     };
     LoadedCourse loaded = LoadCourse(course_, host, *this, options);
@@ -129,13 +199,13 @@ void ScoreGrid::Start(Host& host, bool largeFonts) {
 
 void ScoreGrid::ClearTable() {
     for (int r = 1; r <= kGridRows; ++r) {
-        view_.name[r].clear();
-        view_.total[r].clear();
-        view_.average[r].clear();
+        view_.lblStudentName[r].text.clear();
+        view_.lblTotal[r].text.clear();
+        view_.lblAverage[r].text.clear();
     }
-    for (std::string& label : view_.session) label.clear();
-    view_.editVisible.fill(false);
-    view_.exportVisible.fill(false);
+    for (ControlState& label : view_.lblSession) label.text.clear();
+    for (ControlState& button : view_.cmdEdit) button.visible = false;
+    for (ControlState& tick : view_.chkExport) tick.visible = false;
     Changed();
 }
 
@@ -165,8 +235,8 @@ void ScoreGrid::UpdateTable() {
         Changed();
         return;
     }
-    view_.nextVisible = pageNo_ + kGridColumns < course_.NumSessions;
-    view_.previousVisible = pageNo_ != 0;
+    view_.lblNext.visible = pageNo_ + kGridColumns < course_.NumSessions;
+    view_.lblPrevious.visible = pageNo_ != 0;
     for (int r = 1; r <= kGridRows; ++r) {
         // Rows below the last student keep what they show; the first row is always drawn.
         if (view_.studentScroll.value + r > course_.NumStudents && r != 1) continue;
@@ -178,19 +248,19 @@ void ScoreGrid::UpdateTable() {
 
 void ScoreGrid::ShowSessionCell(int r, int c, int s) {
     const int heading = (c - 1) * kLabelsPerColumn;
-    std::string& cell = view_.session[heading + r];
+    std::string& cell = view_.lblSession[heading + r].text;
     if (c > course_.NumSessions) {
-        view_.session[heading] = " ";
+        view_.lblSession[heading].text = " ";
         cell = " ";
-        view_.editVisible[c - 1] = false;
-        view_.exportVisible[c - 1] = false;
+        view_.cmdEdit[c - 1].visible = false;
+        view_.chkExport[c - 1].visible = false;
         return;
     }
     const int session = pageNo_ + c;
-    view_.session[heading] = Left(Trim(SessionLabel(course_, session)), 12);
-    view_.editVisible[c - 1] = true;
-    view_.exportVisible[c - 1] = true;
-    view_.exportChecked[c - 1] = course_.ExportSel[session] != 0;
+    view_.lblSession[heading].text = Left(Trim(SessionLabel(course_, session)), 12);
+    view_.cmdEdit[c - 1].visible = true;
+    view_.chkExport[c - 1].visible = true;
+    view_.chkExport[c - 1].checked = course_.ExportSel[session] != 0;
     const StudentRec& student = std::as_const(course_).Students[s];
     if (student.Present[session] != 0)
         cell = NumberText(student.Score[session]);
@@ -206,18 +276,19 @@ void ScoreGrid::ShowStudentRow(int r) {
 
     // Past the last student (only ever the first row) the name comes from an empty record.
     const StudentRec& student = std::as_const(course_).Students[s];
-    view_.total[r] = s > course_.NumStudents ? " " : NumberText(student.Score[0]);
-    if (view_.order == DisplayOrder::LastName) {
+    view_.lblTotal[r].text = s > course_.NumStudents ? " " : NumberText(student.Score[0]);
+    std::string& name = view_.lblStudentName[r].text;
+    if (view_.Order() == DisplayOrder::LastName) {
         std::string lastName = Trim(GetRosterEntry(course_, student.StudentId).LastName);
-        view_.name[r] = lastName.empty() ? Trim(student.StudentId) : " " + Left(lastName, 14);
+        name = lastName.empty() ? Trim(student.StudentId) : " " + Left(lastName, 14);
     } else {
-        view_.name[r] = " " + Left(Trim(student.StudentId), 14);
+        name = " " + Left(Trim(student.StudentId), 14);
     }
     const bool unregistered =
         StartsWith(student.StudentId, "#") || SameText(student.RemoteId, "unregistered");
     view_.nameColour[r] = unregistered ? NameColour::Red : NameColour::Blue;
     // The average is over all sessions, not only those attended.
-    view_.average[r] =
+    view_.lblAverage[r].text =
         course_.NumSessions < 1
             ? "Average: 0"
             : "Average: " + NumberText(Round(student.Score[0] / course_.NumSessions, 2));
@@ -264,7 +335,7 @@ void ScoreGrid::MouseWheel(int rotation) {
 }
 
 void ScoreGrid::DisplayNameChanged(DisplayOrder order, Host& host) {
-    view_.order = order;
+    view_.cmbDisplayName.index = static_cast<int>(order);
     host.YieldEvents();
     SortStudents(course_, order);
     UpdateTable();
@@ -298,12 +369,12 @@ int ScoreGrid::EditClick(int column) {
 }
 
 int ScoreGrid::StudentClick(int row) const {
-    if (TrimView(view_.name[row]).empty()) return 0;
+    if (TrimView(view_.lblStudentName[row].text).empty()) return 0;
     return view_.studentScroll.value + row;
 }
 
 Hover ScoreGrid::HoverOf(int index) const {
-    const std::string& text = view_.session[index];
+    const std::string& text = view_.lblSession[index].text;
     if (index % kLabelsPerColumn == 0) {
         if (TrimView(text).empty()) return {};
         return {true, true, ""};
@@ -313,11 +384,13 @@ Hover ScoreGrid::HoverOf(int index) const {
 }
 
 void ScoreGrid::ToggleHelp() {
-    view_.helpOpen = !view_.helpOpen;
+    const bool open = !view_.HelpOpen();
+    view_.PicHelp.visible = open;
+    view_.cmdHelp.text = open ? "Close Help" : "Help";
     for (int i = 0; i < kControlCount; ++i) {
         const Control control = static_cast<Control>(i);
         if (KeepsStateAcrossHelp(control)) continue;
-        if (!view_.helpOpen || !UsableDuringHelp(control)) SetEnabled(control, !view_.helpOpen);
+        if (!open || !UsableDuringHelp(control)) view_.SetEnabled(control, !open);
     }
     Changed();
 }
@@ -325,7 +398,7 @@ void ScoreGrid::ToggleHelp() {
 void ScoreGrid::DisableAllButExits() {
     for (int i = 0; i < kControlCount; ++i) {
         const Control control = static_cast<Control>(i);
-        if (!UsableWithoutSessions(control)) SetEnabled(control, false);
+        if (!UsableWithoutSessions(control)) view_.SetEnabled(control, false);
     }
     Changed();
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "common/ControlState.h"
 #include "common/Course.h"
 #include "common/Host.h"
 #include "export/ExportFormat.h"
@@ -52,6 +53,7 @@ struct ScrollBar {
     int smallChange = 1;
     int largeChange = 1;
     bool visible = true;
+    bool enabled = true;
 };
 
 // What the pointer over a label of the grid shows.
@@ -61,29 +63,28 @@ struct Hover {
     std::string tip;
 };
 
-// Everything the main window shows. Rows of the name, total and average columns are 1..6.
+// Everything the main window shows, one ControlState per control. Rows of the name, total and
+// average columns are 1..6.
 struct GridView {
     std::string caption;  // the window title
-    std::string subject;  // lblSubject
-    std::string cms;      // lblCMS
-    std::array<std::string, kSessionLabels> session;
-    std::array<std::string, kGridRows + 1> name;
-    std::array<std::string, kGridRows + 1> total;
-    std::array<std::string, kGridRows + 1> average;
+    ControlState lblSubject, lblCMS;
+    std::array<ControlState, kSessionLabels> lblSession;
+    std::array<ControlState, kGridRows + 1> lblStudentName, lblTotal, lblAverage;
     std::array<NameColour, kGridRows + 1> nameColour{};
-    std::array<bool, kGridColumns> editVisible{};
-    std::array<bool, kGridColumns> exportVisible{};
-    std::array<bool, kGridColumns> exportChecked{};
-    bool nextVisible = true;
-    bool previousVisible = true;
+    std::array<ControlState, kGridColumns> cmdEdit, chkExport;
+    ControlState lblNext, lblPrevious;
+    ControlState cmbDisplayName;  // index: the DisplayOrder
+    ControlState cmdHelp, PicHelp, LblHelpCaption;
+    ControlState CmdExit, CmdExitApp, lblExit;
     ScrollBar sessionScroll;
     ScrollBar studentScroll;
-    DisplayOrder order = DisplayOrder::StudentId;
-    bool helpOpen = false;
-    std::array<bool, kControlCount> enabled;
 
-    GridView() { enabled.fill(true); }
-    bool Enabled(Control control) const { return enabled[static_cast<int>(control)]; }
+    GridView();
+    DisplayOrder Order() const { return static_cast<DisplayOrder>(cmbDisplayName.index); }
+    bool HelpOpen() const { return PicHelp.visible; }
+    // A control (an array counts as one) takes input.
+    bool Enabled(Control control) const;
+    void SetEnabled(Control control, bool enabled);
 };
 
 // The logic of the main window (frmSubject and its large-font twin): the state of its controls
@@ -97,8 +98,6 @@ class ScoreGrid : public MainScreen {
     // The course's grade-book format (lblCMS caption and tag), known after Start.
     const ExportFormat& Format() const { return format_; }
     int PageNo() const { return pageNo_; }
-    int MaxPages() const { return maxPages_; }
-    bool Busy() const { return busy_; }
 
     // Called after every change of View().
     std::function<void()> onChanged;
@@ -111,10 +110,11 @@ class ScoreGrid : public MainScreen {
     void ClearTable() override;
     void UpdateTable() override;
     void SetPageNo(int pageNo) override { pageNo_ = pageNo; }
-    void SetMaxPages(int maxPages) override { maxPages_ = maxPages; }
+    // The grid counts its pages from the sessions themselves.
+    void SetMaxPages(int) override {}
     void HideStudentScroll() override;
     void SetStudentScroll(int minimum, int maximum, int largeChange) override;
-    DisplayOrder Order() const override { return view_.order; }
+    DisplayOrder Order() const override { return view_.Order(); }
 
     // Moving through sessions and students.
     void NextClick();
@@ -142,7 +142,6 @@ class ScoreGrid : public MainScreen {
 
   private:
     void Changed();
-    void SetEnabled(Control control, bool enabled);
     void ShowStudentRow(int row);
     void ShowSessionCell(int row, int column, int student);
     void ChooseSession(int session);
@@ -151,7 +150,6 @@ class ScoreGrid : public MainScreen {
     GridView view_;
     ExportFormat format_;
     int pageNo_ = 0;
-    int maxPages_ = 0;
     bool busy_ = false;
 };
 

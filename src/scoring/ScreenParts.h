@@ -4,28 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "common/ControlState.h"
 #include "common/Course.h"
 #include "logs/SessionStore.h"
 
 namespace tallory {
-
-// What a widget shows and whether it takes input. Screen logic keeps one per control; the Qt
-// dialog paints from them and never keeps state of its own.
-struct ControlState {
-    std::string text;  // text of a box, caption of a label or button, path of a picture
-    bool visible = true;
-    bool enabled = true;
-    bool checked = false;  // tick boxes and option buttons
-    int index = -1;        // drop-down lists: the selected row, -1 for none
-    // Text boxes: the selection a handler asks for (start and length, in bytes).
-    size_t selectionStart = 0;
-    size_t selectionLength = 0;
-
-    void SelectAll() {
-        selectionStart = 0;
-        selectionLength = text.size();
-    }
-};
 
 // What the session screens need of the main window: its grid, for a redraw or a full reload of
 // the sessions, and the session scroll bar hscrlSession, whose movement redraws the grid.

@@ -81,7 +81,6 @@ class SetScoresScreen {
 
     const SetScoresControls& Controls() const { return controls_; }
     int CurQuestion() const { return curQuestion_; }
-    bool LargeFonts() const { return options_.largeFonts; }
     // The screen has closed itself (cmdSet or cmdCancel).
     bool Closed() const { return closed_; }
     // cmdSet ran; WriteSucceeded tells whether the log on disk took the edits.

@@ -42,11 +42,11 @@ EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, Host& host, QWid
     form->setVerticalSpacing(8);
     auto* fileCaption = new QLabel("Session log :", this);
     fileCaption->setProperty("role", "fact");
-    lblFileName_ = new QLabel(DisplayString(screen_.lblFileName().text), this);
+    lblFileName_ = new QLabel(this);
     lblFileName_->setObjectName("lblFileName");
     auto* nameCaption = new QLabel("Session name :", this);
     nameCaption->setProperty("role", "fact");
-    txtSessionName_ = new QLineEdit(DisplayString(screen_.txtSessionName().text), this);
+    txtSessionName_ = new QLineEdit(this);
     txtSessionName_->setObjectName("txtSessionName");
     txtSessionName_->setMinimumWidth(320);
     form->addWidget(fileCaption, 0, 0);
@@ -80,11 +80,16 @@ EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, Host& host, QWid
     connect(cmdRemove_, &QPushButton::clicked, this,
             [this] { Run(&EditSessionScreen::cmdRemoveClick); });
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+
+    binding_.Bind(lblFileName_, screen_.lblFileName());
+    binding_.Bind(txtSessionName_, screen_.txtSessionName());
+    binding_.Paint();
 }
 
 void EditSessionDialog::Run(void (EditSessionScreen::*handler)()) {
     // A run-time error inside a handler ends the program with its message, as everywhere.
     RunGuarded(host_, [&] { (screen_.*handler)(); });
+    binding_.Paint();
     if (screen_.Closed()) {
         if (screen_.Saved())
             accept();

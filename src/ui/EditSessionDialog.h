@@ -3,6 +3,7 @@
 #include <QDialog>
 
 #include "scoring/EditSessionScreen.h"
+#include "ui/ControlBinding.h"
 
 class QLabel;
 class QLineEdit;
@@ -27,6 +28,7 @@ class EditSessionDialog : public QDialog {
 
     EditSessionScreen& screen_;
     Host& host_;
+    ControlBinding binding_;
     QLabel* lblFileName_ = nullptr;
     QLineEdit* txtSessionName_ = nullptr;
     QPushButton* cmdSave_ = nullptr;

@@ -120,6 +120,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
     exitApp->setObjectName("CmdExitApp");
     connect(exitApp, &QShortcut::activated, this, [this] { Exit(); });
 
+    BindControls();
     grid_.onChanged = [this] { Repaint(); };
 
     resize(layout.design);
@@ -417,36 +418,54 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::wheelEvent(QWheelEvent* event) {
     const int rotation = event->angleDelta().y();
     if (rotation == 0) return QWidget::wheelEvent(event);
-    if (!grid_.View().Enabled(Control::VscrlStudent)) return;
+    if (!grid_.View().studentScroll.enabled) return;
     Guarded([&] { grid_.MouseWheel(rotation); });
     event->accept();
+}
+
+void MainWindow::BindControls() {
+    const GridView& view = grid_.View();
+    binding_.Bind(lblSubject_, view.lblSubject);
+    binding_.Bind(lblCMS_, view.lblCMS);
+    binding_.Bind(lblExit_, view.lblExit);
+    binding_.Bind(lblNext_, view.lblNext);
+    binding_.Bind(lblPrevious_, view.lblPrevious);
+    binding_.Bind(cmbDisplayName_, view.cmbDisplayName);
+    binding_.Bind(cmdHelp_, view.cmdHelp, true);
+    binding_.Bind(cmdExit_, view.CmdExit);
+    binding_.Bind(picHelp_, view.PicHelp);
+    for (QLabel* caption : lblHelpCaption_) binding_.Bind(caption, view.LblHelpCaption);
+    for (int index = 0; index < kSessionLabels; ++index)
+        binding_.Bind(lblSession_[index], view.lblSession[index]);
+    for (int r = 1; r <= kGridRows; ++r) {
+        binding_.Bind(lblStudentName_[r], view.lblStudentName[r]);
+        binding_.Bind(lblTotal_[r], view.lblTotal[r]);
+        binding_.Bind(lblAverage_[r], view.lblAverage[r]);
+    }
+    for (int c = 0; c < kGridColumns; ++c) {
+        binding_.Bind(cmdEdit_[c], view.cmdEdit[c]);
+        binding_.Bind(chkExport_[c], view.chkExport[c]);
+    }
 }
 
 void MainWindow::Repaint() {
     const GridView& view = grid_.View();
     setWindowTitle(view.caption.empty() ? QString("Tallory") : DisplayString(view.caption));
-    lblSubject_->setText(DisplayString(view.subject));
-    lblCMS_->setText(DisplayString(view.cms));
-    lblCMS_->setVisible(!view.cms.empty());
-
-    RepaintSessions(view);
-    for (int r = 1; r <= kGridRows; ++r) {
-        lblStudentName_[r]->setText(DisplayString(view.name[r]));
+    binding_.Paint();
+    // What a ControlState does not hold: the colour of a name, the pointer over a heading or
+    // an absence, and the ranges of the scroll bars.
+    for (int r = 1; r <= kGridRows; ++r)
         SetProperty(lblStudentName_[r], "colour",
                     view.nameColour[r] == NameColour::Red ? "red" : "blue");
-        lblTotal_[r]->setText(DisplayString(view.total[r]));
-        lblAverage_[r]->setText(DisplayString(view.average[r]));
+    for (int index = 0; index < kSessionLabels; ++index) {
+        CommandLabel* label = lblSession_[index];
+        const Hover hover = grid_.HoverOf(index);
+        label->SetHoverUnderline(hover.underline);
+        label->setCursor(hover.handCursor ? Qt::PointingHandCursor : Qt::ArrowCursor);
+        label->setToolTip(QString::fromStdString(hover.tip));
+        if (index % kLabelsPerColumn != 0)
+            SetProperty(label, "absent", !hover.tip.empty() ? "true" : "false");
     }
-    for (int c = 0; c < kGridColumns; ++c) {
-        cmdEdit_[c]->setVisible(view.editVisible[c]);
-        chkExport_[c]->setVisible(view.exportVisible[c]);
-        chkExport_[c]->setChecked(view.exportChecked[c]);
-    }
-    lblNext_->setVisible(view.nextVisible);
-    lblPrevious_->setVisible(view.previousVisible);
-
-    const QSignalBlocker blockCombo(cmbDisplayName_);
-    cmbDisplayName_->setCurrentIndex(static_cast<int>(view.order));
     for (auto [bar, state] : {std::pair{hscrlSession_, &view.sessionScroll},
                               std::pair{vscrlStudent_, &view.studentScroll}}) {
         const QSignalBlocker block(bar);
@@ -455,51 +474,9 @@ void MainWindow::Repaint() {
         bar->setPageStep(state->largeChange);
         bar->setValue(state->value);
         bar->setVisible(state->visible);
+        bar->setEnabled(state->enabled);
     }
-
-    picHelp_->setVisible(view.helpOpen);
-    cmdHelp_->setText(view.helpOpen ? "Close Help" : "Help");
-    if (view.helpOpen) PlaceHelp();
-    RepaintEnabled(view);
-}
-
-void MainWindow::RepaintSessions(const GridView& view) {
-    for (int index = 0; index < kSessionLabels; ++index) {
-        CommandLabel* label = lblSession_[index];
-        label->setText(DisplayString(view.session[index]));
-        const Hover hover = grid_.HoverOf(index);
-        label->SetHoverUnderline(hover.underline);
-        label->setCursor(hover.handCursor ? Qt::PointingHandCursor : Qt::ArrowCursor);
-        label->setToolTip(QString::fromStdString(hover.tip));
-        if (index % kLabelsPerColumn != 0)
-            SetProperty(label, "absent", !hover.tip.empty() ? "true" : "false");
-    }
-}
-
-void MainWindow::RepaintEnabled(const GridView& view) {
-    auto enable = [&](Control control, const auto& widgets) {
-        for (QWidget* widget : widgets)
-            if (widget) widget->setEnabled(view.Enabled(control));
-    };
-    auto one = [](QWidget* widget) { return std::array<QWidget*, 1>{widget}; };
-    enable(Control::CmdHelp, one(cmdHelp_));
-    enable(Control::CmdExit, one(cmdExit_));
-    enable(Control::LblExit, one(lblExit_));
-    enable(Control::LblSubject, one(lblSubject_));
-    enable(Control::LblCMS, one(lblCMS_));
-    enable(Control::LblNext, one(lblNext_));
-    enable(Control::LblPrevious, one(lblPrevious_));
-    enable(Control::CmbDisplayName, one(cmbDisplayName_));
-    enable(Control::HscrlSession, one(hscrlSession_));
-    enable(Control::VscrlStudent, one(vscrlStudent_));
-    enable(Control::PicHelp, one(picHelp_));
-    enable(Control::LblSession, lblSession_);
-    enable(Control::LblStudentName, lblStudentName_);  // row 0 is unused
-    enable(Control::LblTotal, lblTotal_);
-    enable(Control::LblAverage, lblAverage_);
-    enable(Control::CmdEdit, cmdEdit_);
-    enable(Control::ChkExport, chkExport_);
-    enable(Control::LblHelpCaption, lblHelpCaption_);
+    if (view.HelpOpen()) PlaceHelp();
 }
 
 }  // namespace tallory

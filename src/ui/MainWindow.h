@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "grid/ScoreGrid.h"
+#include "ui/ControlBinding.h"
 
 class QCheckBox;
 class QComboBox;
@@ -55,9 +56,8 @@ class MainWindow : public QWidget {
     void Scale(QWidget* widget, double pointSize, bool bold = false);
     void ApplyScale();
     void PlaceHelp();
+    void BindControls();
     void Repaint();
-    void RepaintSessions(const GridView& view);
-    void RepaintEnabled(const GridView& view);
     void Guarded(const std::function<void()>& command);
 
     void OnHeading(int index);
@@ -69,6 +69,7 @@ class MainWindow : public QWidget {
     Course& course_;
     QtHost& host_;
     ScoreGrid grid_;
+    ControlBinding binding_;
     const bool largeFonts_;
     const double designHeight_;
 

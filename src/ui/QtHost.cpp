@@ -1,8 +1,18 @@
 #include "ui/QtHost.h"
 
 #include <QApplication>
+#include <QButtonGroup>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QUrl>
+#include <QVBoxLayout>
 #include <cstdio>
 #include <cstdlib>
 
@@ -66,6 +76,47 @@ QString DisplayString(std::string_view bytes) {
     return text;
 }
 
+OptionDialogWindow::OptionDialogWindow(const OptionDialog& dialog, QWidget* parent)
+    : QDialog(parent), options_(new QButtonGroup(this)) {
+    setObjectName("frmOptions");
+    setWindowTitle(DisplayString(dialog.title));
+    setModal(true);
+    auto* layout = new QVBoxLayout(this);
+    auto* heading = new QLabel(DisplayString(dialog.heading), this);
+    heading->setObjectName("lblHdr");
+    heading->setWordWrap(true);
+    layout->addWidget(heading);
+    for (int index = 0; index < static_cast<int>(dialog.choices.size()); ++index) {
+        auto* option = new QRadioButton(DisplayString(dialog.choices[index]), this);
+        option->setObjectName(QString("optExport%1").arg(index));
+        option->setChecked(index == dialog.preselected);
+        options_->addButton(option, index);
+        layout->addWidget(option);
+    }
+    auto* footer = new QLabel(DisplayString(dialog.footer), this);
+    footer->setObjectName("lblFtr");
+    footer->setWordWrap(true);
+    layout->addWidget(footer);
+    auto* buttons = new QDialogButtonBox(this);
+    QPushButton* accept =
+        buttons->addButton(DisplayString(dialog.acceptCaption), QDialogButtonBox::AcceptRole);
+    accept->setObjectName("CmdExport");
+    accept->setDefault(true);
+    QPushButton* cancel =
+        buttons->addButton(DisplayString(dialog.cancelCaption), QDialogButtonBox::RejectRole);
+    cancel->setObjectName("CmdStop");
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(buttons);
+}
+
+OptionChoice OptionDialogWindow::Choice() const {
+    OptionChoice choice;
+    choice.index = options_->checkedId();
+    choice.cancelled = result() != QDialog::Accepted;
+    return choice;
+}
+
 QtHost::QtHost() = default;
 QtHost::~QtHost() {
     SetWaitCursor(false);
@@ -118,6 +169,29 @@ void QtHost::SetWaitCursor(bool on) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     else
         QGuiApplication::restoreOverrideCursor();
+}
+
+OptionChoice QtHost::ChooseOption(const OptionDialog& dialog) {
+    const bool waiting = waitCursor_;
+    SetWaitCursor(false);
+    OptionDialogWindow window(dialog, QApplication::activeWindow());
+    window.exec();
+    SetWaitCursor(waiting);
+    return window.Choice();
+}
+
+void QtHost::OpenDocument(const std::string& path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+void QtHost::StartProgram(const std::string& program, const std::string& argument) {
+    QProcess::startDetached(QString::fromStdString(program), {QString::fromStdString(argument)});
+}
+
+void QtHost::SetClipboardText(const std::string& text) {
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(QString::fromStdString(DisplayText(text)));
 }
 
 void RunGuarded(Host& host, const std::function<void()>& command) {

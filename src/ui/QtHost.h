@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDialog>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -7,6 +8,7 @@
 
 #include "common/Host.h"
 
+class QButtonGroup;
 class QWidget;
 
 namespace tallory {
@@ -17,7 +19,21 @@ class ProgressDialog;
 // files' CR LF line ends as plain line breaks.
 QString DisplayString(std::string_view bytes);
 
-// The desktop program's Host: modal message boxes, the progress screen, the wait cursor.
+// The modal option dialog (ChooseOption): a heading, five option buttons with the preselected one
+// ticked, a footer, an accept and a cancel button.
+class OptionDialogWindow : public QDialog {
+  public:
+    explicit OptionDialogWindow(const OptionDialog& dialog, QWidget* parent = nullptr);
+
+    // The ticked option; cancelled unless the accept button closed the dialog.
+    OptionChoice Choice() const;
+
+  private:
+    QButtonGroup* options_;
+};
+
+// The desktop program's Host: modal message boxes, the progress screen, the wait cursor, the
+// option dialog, the desktop's viewer for documents, programs and the clipboard.
 class QtHost : public Host {
   public:
     QtHost();
@@ -31,6 +47,10 @@ class QtHost : public Host {
     void SetProgressValue(double fraction) override;
     void YieldEvents() override;
     void SetWaitCursor(bool on) override;
+    OptionChoice ChooseOption(const OptionDialog& dialog) override;
+    void OpenDocument(const std::string& path) override;
+    void StartProgram(const std::string& program, const std::string& argument) override;
+    void SetClipboardText(const std::string& text) override;
 
     // The progress screen while it is up, for tests; null otherwise.
     ProgressDialog* Progress() const { return progress_.get(); }

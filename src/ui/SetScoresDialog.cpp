@@ -16,6 +16,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -74,23 +75,6 @@ QString Shown(const std::string& bytes) {
     return DisplayString(bytes);
 }
 
-void Paint(QWidget* widget, const ControlState& state) {
-    widget->setEnabled(state.enabled);
-    widget->setVisible(state.visible);
-}
-
-void PaintLabel(QLabel* label, const ControlState& state) {
-    const QString text = Shown(state.text);
-    if (label->text() != text) label->setText(text);
-    Paint(label, state);
-}
-
-void PaintBox(QLineEdit* box, const ControlState& state) {
-    const QString text = Shown(state.text);
-    if (box->text() != text) box->setText(text);
-    Paint(box, state);
-}
-
 QLabel* MakeCaption(QWidget* parent, const QString& text, const char* role = "fact") {
     auto* label = new QLabel(text, parent);
     label->setProperty("role", role);
@@ -141,6 +125,7 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
         size = size.boundedTo(screen->availableGeometry().size());
     resize(size);
 
+    BindControls();
     screen_.Load();
     Repaint();
 }
@@ -469,21 +454,30 @@ void SetScoresDialog::Leave(QLineEdit* box) {
     const bool accepted = validation.validate(box->text().toStdString());
     validating_ = false;
     Repaint();
-    if (!validation.keepFocus) return;
-    refused_ = !accepted;
-    if (accepted) return;
+    if (accepted) refused_ = false;
+    if (!validation.keepFocus || accepted) return;
     box->setFocus();
     if (validation.selectAll) box->selectAll();
+    // A click that took the focus from the box arrives after this refusal and is void; once the
+    // events of that moment have run, the next click acts again.
+    refused_ = true;
+    QTimer::singleShot(0, this, [this] { refused_ = false; });
 }
 
 void SetScoresDialog::Command(const std::function<void()>& handler) {
-    // A box that refused its text keeps the focus; the click that tried to leave it is void.
-    if (std::exchange(refused_, false)) return;
+    // A void click leaves its control as the screen holds it, not as the click drew it.
+    if (refused_) {
+        Repaint();
+        return;
+    }
     // Labels take no focus, so the box being edited has not been left yet.
     if (auto* box = qobject_cast<QLineEdit*>(QApplication::focusWidget());
         box && validations_.count(box)) {
         Leave(box);
-        if (std::exchange(refused_, false)) return;
+        if (refused_) {
+            Repaint();
+            return;
+        }
     }
     // A run-time error inside a handler ends the program with its message, as everywhere.
     RunGuarded(host_, handler);
@@ -522,55 +516,57 @@ void SetScoresDialog::ShowPicture(const std::string& path) {
     Image1_->setPixmap(picture.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
 }
 
+void SetScoresDialog::BindControls() {
+    const SetScoresControls& c = screen_.Controls();
+    const std::pair<QLabel*, const ControlState*> labels[] = {
+        {lblClass_, &c.lblClass},
+        {lblSession_, &c.lblSession},
+        {lblTime_, &c.lblTime},
+        {lblStudents_, &c.lblStudents},
+        {lblAverage_, &c.lblAverage},
+        {lblTotQuestions_, &c.lblTotQuestions},
+        {lblCurQuestionNo_, &c.lblCurQuestionNo},
+        {lblNonDeleted_, &c.lblNonDeleted},
+        {lblDeleteNo_, &c.lblDeleteNo},
+        {lblTotalPerfPoints_, &c.lblTotalPerfPoints},
+        {lblTotalPoints_, &c.lblTotalPoints},
+        {lblQuestionDelete_, &c.lblQuestionDelete}};
+    for (const auto& [label, state] : labels) binding_.Bind(label, *state);
+    for (const auto& [box, state] : {std::pair{txtPointsAwarded_, &c.txtPointsAwarded},
+                                     std::pair{txtMinResponses_, &c.txtMinResponses},
+                                     std::pair{txtPerfMaxPoints_, &c.txtPerfMaxPoints},
+                                     std::pair{txtQuestionName_, &c.txtQuestionName}})
+        binding_.Bind(box, *state);
+    // The caption of the participation box goes and comes with it.
+    binding_.Bind(pointsAwardedCaption_, c.txtPointsAwarded);
+    for (int i = 0; i < 5; ++i) {
+        binding_.Bind(txtPoints_[i], c.txtPoints[i]);
+        binding_.Bind(lblNum_[i], c.lblNum[i]);
+        binding_.Bind(lblPer_[i], c.lblPer[i]);
+    }
+    binding_.Bind(chkTruncPerf_, c.chkTruncPerf);
+    binding_.Bind(OptYes_, c.OptYes);
+    binding_.Bind(OptNo_, c.OptNo);
+    binding_.Bind(cmbCorrect_, c.cmbCorrect);
+    for (const auto& [widget, state] :
+         {std::pair<QWidget*, const ControlState*>{lblNext_, &c.lblNext},
+          {lblPrevious_, &c.lblPrevious},
+          {cmdHistogram_, &c.cmdHistogram},
+          {PicHelp_, &c.PicHelp}})
+        binding_.Bind(widget, *state);
+    for (const auto& [button, state] :
+         {std::pair{cmdSet_, &c.cmdSet}, std::pair{cmdCancel_, &c.cmdCancel},
+          std::pair{cmdHelp_, &c.cmdHelp}})
+        binding_.Bind(button, *state);
+    binding_.Bind(cmdViewScreenShot_, c.cmdViewScreenShot, true);
+}
+
 void SetScoresDialog::Repaint() {
     const SetScoresControls& c = screen_.Controls();
-    PaintLabel(lblClass_, c.lblClass);
-    PaintLabel(lblSession_, c.lblSession);
-    PaintLabel(lblTime_, c.lblTime);
-    PaintLabel(lblStudents_, c.lblStudents);
-    PaintLabel(lblAverage_, c.lblAverage);
-    PaintLabel(lblTotQuestions_, c.lblTotQuestions);
-    PaintLabel(lblCurQuestionNo_, c.lblCurQuestionNo);
-    PaintLabel(lblNonDeleted_, c.lblNonDeleted);
-    PaintLabel(lblDeleteNo_, c.lblDeleteNo);
-    PaintLabel(lblTotalPerfPoints_, c.lblTotalPerfPoints);
-    PaintLabel(lblTotalPoints_, c.lblTotalPoints);
-    PaintLabel(lblQuestionDelete_, c.lblQuestionDelete);
-    PaintBox(txtPointsAwarded_, c.txtPointsAwarded);
-    pointsAwardedCaption_->setVisible(c.txtPointsAwarded.visible);
-    PaintBox(txtMinResponses_, c.txtMinResponses);
-    PaintBox(txtPerfMaxPoints_, c.txtPerfMaxPoints);
-    PaintBox(txtQuestionName_, c.txtQuestionName);
-    for (int i = 0; i < 5; ++i) {
-        PaintBox(txtPoints_[i], c.txtPoints[i]);
-        PaintLabel(lblNum_[i], c.lblNum[i]);
-        PaintLabel(lblPer_[i], c.lblPer[i]);
-    }
-    {
-        const QSignalBlocker blockTick(chkTruncPerf_);
-        const QSignalBlocker blockYes(OptYes_);
-        const QSignalBlocker blockNo(OptNo_);
-        const QSignalBlocker blockCorrect(cmbCorrect_);
-        chkTruncPerf_->setChecked(c.chkTruncPerf.checked);
-        Paint(chkTruncPerf_, c.chkTruncPerf);
-        OptYes_->setChecked(c.OptYes.checked);
-        OptNo_->setChecked(c.OptNo.checked);
-        Paint(OptYes_, c.OptYes);
-        Paint(OptNo_, c.OptNo);
-        cmbCorrect_->setCurrentIndex(c.cmbCorrect.index);
-        Paint(cmbCorrect_, c.cmbCorrect);
-    }
-    Paint(lblNext_, c.lblNext);
-    Paint(lblPrevious_, c.lblPrevious);
-    Paint(cmdSet_, c.cmdSet);
-    Paint(cmdCancel_, c.cmdCancel);
-    Paint(cmdHelp_, c.cmdHelp);
-    cmdViewScreenShot_->setText(Shown(c.cmdViewScreenShot.text));
-    Paint(cmdViewScreenShot_, c.cmdViewScreenShot);
-    Paint(cmdHistogram_, c.cmdHistogram);
+    binding_.Paint();
+    // The picture's path is the state; the widget shows the picture itself.
     if (c.Image1.visible) ShowPicture(c.Image1.text);
-    Paint(Image1_, c.Image1);
-    PicHelp_->setVisible(c.PicHelp.visible);
+    Image1_->setVisible(c.Image1.visible);
     if (c.PicHelp.visible) PlaceHelp();
 }
 

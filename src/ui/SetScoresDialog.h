@@ -7,6 +7,7 @@
 #include <string>
 
 #include "scoring/SetScoresScreen.h"
+#include "ui/ControlBinding.h"
 
 class QButtonGroup;
 class QCheckBox;
@@ -60,12 +61,14 @@ class SetScoresDialog : public QDialog {
     void Leave(QLineEdit* box);
     // Runs a command of the screen once the box being edited has taken its text.
     void Command(const std::function<void()>& handler);
+    void BindControls();
     void Repaint();
     void ShowPicture(const std::string& path);
     void ShowHistogram();
     void CloseWhenDone();
 
     SetScoresScreen screen_;
+    ControlBinding binding_;
     const bool largeFonts_;
     std::map<QLineEdit*, Validation> validations_;
     bool validating_ = false;

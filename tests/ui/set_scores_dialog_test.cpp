@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -16,6 +18,7 @@
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "ui/CommandLabel.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
@@ -101,6 +104,63 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
     EXPECT_NE(
         fixture.folder.Read("SessionData/L2609081000.csv").find("Response B,    ,   , 1 , 3 ,"),
         std::string::npos);
+}
+
+// Accepts every message box while it lives, keeping the titles in order.
+struct MessageAnswers {
+    std::vector<std::string> titles;
+    QTimer timer;
+    MessageAnswers() {
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                titles.push_back(box->windowTitle().toStdString());
+                box->accept();
+            }
+        });
+        timer.start(0);
+    }
+};
+
+// A refused point value, left with Tab and answered with OK, must not swallow the next click:
+// each control then acts, and the log holds what the screen showed.
+TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
+    TempCourse folder;
+    LogPlan log;
+    log.names = {"Q1", "Q2"};
+    log.points = {{1, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
+    log.voters = {{"#A1", "S1", {"A", "A"}}, {"#A2", "S2", {"B", "A"}}};
+    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    folder.Write("SessionData/L2609241000.csv", LogText(log));
+    test::OpenWindow opened(folder.Path());
+    MessageAnswers answers;
+    WhenOpen("frmSetSessionScoring", [&answers](QDialog& dialog) {
+        auto* points = Find<QLineEdit>(dialog, "txtPoints0");
+        auto refuse = [&] {
+            points->setFocus();
+            points->setText("x");
+            emit points->editingFinished();  // Tab out of the box; OK on the message
+            QApplication::processEvents();
+        };
+        refuse();
+        auto* cap = Find<QCheckBox>(dialog, "chkTruncPerf");
+        cap->click();
+        EXPECT_FALSE(cap->isChecked());
+        refuse();
+        emit Find<CommandLabel>(dialog, "lblNext")->clicked();
+        EXPECT_EQ(Find<QLabel>(dialog, "lblCurQuestionNo")->text(), "2");
+        refuse();
+        auto* yes = Find<QRadioButton>(dialog, "OptYes");
+        yes->click();
+        EXPECT_TRUE(yes->isChecked());
+        EXPECT_EQ(answers.titles, (std::vector<std::string>{"Tallory", "Tallory", "Tallory",
+                                                            "Deleting a Question"}));
+        Find<QPushButton>(dialog, "cmdSet")->click();
+    });
+    Find<QPushButton>(*opened.window, "cmdEdit0")->click();
+    const std::string saved = folder.Read("SessionData/L2609241000.csv");
+    EXPECT_EQ(saved.rfind("Scoring,  Performance = -1 ,", 0), 0u) << saved.substr(0, 80);
+    EXPECT_NE(saved.find(" ,\"Q1\" ,Score"), std::string::npos);
+    EXPECT_NE(saved.find(" ,\"Q2|Y\" ,"), std::string::npos);
 }
 
 TEST(SetScoresDialog, CancelKeepsGridAndLog) {

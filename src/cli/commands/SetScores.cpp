@@ -1,19 +1,20 @@
-#include "cli/ScoringCommands.h"
+// set-scores N [--participation P] [--cap X | --no-cap] [--min-responses R]
+//              [--question Q [--correct A..E|--] [--points a,b,c,d,e] [--delete|--restore]
+//               [--title T]]...
+// Works the Set Scores screen of session N: each option is the edit of one of its boxes, applied
+// in the order given, then the session is saved as "Set" saves it. An edit the screen refuses
+// stops the command before anything is written.
+#include <map>
+#include <memory>
 
-#include <iostream>
-
+#include "cli/Cli.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
-#include "scoring/EditSessionScreen.h"
 #include "scoring/SetScoresScreen.h"
 
 namespace tallory::cli {
 
 namespace {
-
-constexpr const char* kSetScoresUsage =
-    "usage: tallory-cli set-scores N [--participation P] [--cap X | --no-cap] [--min-responses R] "
-    "[--question Q [--correct A..E|--] [--points a,b,c,d,e] [--delete|--restore] [--title T]]...";
 
 // One edit on the Set Scores screen, as an option of the command line names it.
 struct Edit {
@@ -21,32 +22,47 @@ struct Edit {
     std::string value;
 };
 
-bool TakesValue(const std::string& option) {
-    for (const char* name : {"--participation", "--cap", "--min-responses", "--question",
-                             "--correct", "--points", "--title"})
-        if (option == name) return true;
-    return false;
-}
+// The edit options in the order --help lists them: name, value name (none for a flag), help.
+struct EditOption {
+    const char* name;
+    const char* valueName;
+    const char* help;
+};
 
-bool IsFlag(const std::string& option) {
-    return option == "--no-cap" || option == "--delete" || option == "--restore";
-}
+constexpr EditOption kEditOptions[] = {
+    {"--participation", "P", "participation points of the session"},
+    {"--cap", "X", "cap the performance points at X"},
+    {"--no-cap", nullptr, "no cap on the performance points"},
+    {"--min-responses", "R", "the minimum number of responses for participation points"},
+    {"--question", "Q", "go to question Q; the edits after it act on it"},
+    {"--correct", "A..E|--", "the correct answer of the question (-- for none)"},
+    {"--points", "a,b,c,d,e", "the points of the answers A to E"},
+    {"--delete", nullptr, "delete the question"},
+    {"--restore", nullptr, "restore the deleted question"},
+    {"--title", "T", "the question's title (a title starting with - as --title=-x)"},
+};
 
-std::vector<Edit> ParseEdits(const std::vector<std::string>& words) {
-    std::vector<Edit> edits;
-    for (size_t i = 1; i < words.size(); ++i) {
-        const std::string& option = words[i];
-        if (IsFlag(option)) {
-            edits.push_back({option, ""});
-        } else if (TakesValue(option)) {
-            if (i + 1 >= words.size()) throw UsageError{option + " needs a value"};
-            edits.push_back({option, words[++i]});
-        } else {
-            throw UsageError{std::string("unknown option '") + option + "'\n" + kSetScoresUsage};
+struct SetScoresOptions {
+    std::string session;
+    CLI::App* command = nullptr;
+    std::map<const CLI::Option*, const EditOption*> edits;
+
+    // The edits in command-line order. Each option keeps its own values; the order across options
+    // is the order in which the parser met them.
+    std::vector<Edit> OrderedEdits() const {
+        std::vector<Edit> ordered;
+        std::map<const CLI::Option*, size_t> used;
+        for (const CLI::Option* option : command->parse_order()) {
+            auto edit = edits.find(option);
+            if (edit == edits.end()) continue;
+            size_t index = used[option]++;
+            std::string value;
+            if (edit->second->valueName != nullptr) value = option->results().at(index);
+            ordered.push_back({edit->second->name, value});
         }
+        return ordered;
     }
-    return edits;
-}
+};
 
 // The screen refused an edit: its message has been shown, and nothing is saved.
 struct Refused {
@@ -141,24 +157,11 @@ class ScreenScript {
     const Course& course_;
 };
 
-// Ends a command that did not do what was asked: the reason on stderr, and in JSON as well.
-int Failed(const Context& context, nlohmann::json document, const std::string& reason) {
-    std::cerr << "tallory-cli: " << reason << "\n";
-    if (context.json) {
-        document["error"] = reason;
-        Print(context, document, "");
-    }
-    return 1;
-}
-
-}  // namespace
-
-int SetScoresCommand(Context& context) {
-    if (context.args.empty()) throw UsageError{kSetScoresUsage};
-    std::vector<Edit> edits = ParseEdits(context.args);
+int RunSetScores(Context& context, const SetScoresOptions& options) {
+    std::vector<Edit> edits = options.OrderedEdits();
     LoadCourseReadOnly(context);
     Course& course = context.course;
-    const int number = SessionNumber(context, context.args[0]);
+    const int number = SessionNumber(context, options.session);
     ReadSessionForScoring(course, number);
     HeadlessSessionGrid grid(course);
     SetScoresScreen screen(course, context.host, grid);
@@ -181,66 +184,27 @@ int SetScoresCommand(Context& context) {
     return screen.WriteSucceeded() ? 0 : 1;
 }
 
-namespace {
-
-int LoadAndChooseSession(Context& context) {
-    LoadCourseReadOnly(context);
-    return SessionNumber(context, context.args[0]);
+void AddSetScoresCommand(CLI::App& app, Context& context) {
+    auto options = std::make_shared<SetScoresOptions>();
+    CLI::App& command = AddCommand(
+        app, context, "set-scores",
+        "edit session N's scoring as the Set Scores screen does, in the order given, and save",
+        [&context, options] { return RunSetScores(context, *options); });
+    options->command = &command;
+    AddSessionArgument(command, options->session);
+    for (const EditOption& edit : kEditOptions) {
+        CLI::Option* option = edit.valueName != nullptr ? command.add_option(edit.name, edit.help)
+                                                              ->type_name(edit.valueName)
+                                                              ->type_size(1)
+                                                              ->expected(1)
+                                                        : command.add_flag(edit.name, edit.help);
+        option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        options->edits[option] = &edit;
+    }
 }
 
-// The course loaded read-only and frmEditSession open on the session named by the first word.
-struct OpenedSessionEdit {
-    explicit OpenedSessionEdit(Context& context)
-        : number(LoadAndChooseSession(context)),
-          grid(context.course),
-          screen(context.course, context.host, grid, number) {}
-
-    const int number;
-    HeadlessSessionGrid grid;
-    EditSessionScreen screen;
-};
+const CommandRegistration kRegistered("set-scores", AddSetScoresCommand);
 
 }  // namespace
-
-int RenameCommand(Context& context) {
-    ExpectArguments(context, 2, "rename N TITLE");
-    OpenedSessionEdit opened(context);
-    const int number = opened.number;
-    EditSessionScreen& screen = opened.screen;
-    screen.txtSessionNameChange(context.args[1]);
-    screen.cmdSaveClick();
-    nlohmann::json document = {{"number", number},
-                               {"file", JsonText(screen.lblFileName().text)},
-                               {"title", JsonText(screen.txtSessionName().text)},
-                               {"written", screen.Saved() && screen.WriteSucceeded()}};
-    if (!screen.Saved()) return Failed(context, document, "the title was refused");
-    if (!screen.WriteSucceeded()) return Failed(context, document, "the log was not written");
-    screen.AfterClose();
-    Print(
-        context, document,
-        "Renamed " + screen.lblFileName().text + " to \"" + screen.txtSessionName().text + "\"\n");
-    return 0;
-}
-
-int RemoveCommand(Context& context) {
-    ExpectArguments(context, 1, "remove N [--yes]");
-    OpenedSessionEdit opened(context);
-    const int number = opened.number;
-    EditSessionScreen& screen = opened.screen;
-    screen.cmdRemoveClick();
-    const std::string& file = screen.lblFileName().text;
-    nlohmann::json document = {{"number", number},
-                               {"file", JsonText(file)},
-                               {"copy", JsonText("x" + file)},
-                               {"removed", screen.Removed()},
-                               {"sessions", context.course.NumSessions}};
-    if (!screen.Removed())
-        return Failed(context, document,
-                      "session " + std::to_string(number) + " was not removed (--yes confirms)");
-    Print(context, document,
-          "Removed " + file + "; its copy is x" + file + ", " +
-              std::to_string(context.course.NumSessions) + " sessions remain\n");
-    return 0;
-}
 
 }  // namespace tallory::cli

@@ -1,17 +1,10 @@
-#include "cli/CourseCommands.h"
-
+// grid [--by-name]: the score grid as the main window shows it after its start sequence.
 #include <sstream>
 
+#include "cli/Cli.h"
 #include "common/Numbers.h"
-#include "common/Paths.h"
 #include "common/Text.h"
-#include "logs/SessionLog.h"
-#include "logs/SessionLogWriter.h"
-#include "registration/RemoteTable.h"
 #include "registration/Roster.h"
-#include "scoring/Grading.h"
-#include "scoring/SetScoresScreen.h"
-#include "start/Settings.h"
 
 namespace tallory::cli {
 
@@ -53,17 +46,8 @@ std::string GridText(const Course& course, const LoadedCourse& loaded) {
     return out.str();
 }
 
-}  // namespace
-
-int GridCommand(Context& context) {
-    for (const std::string& word : context.args) {
-        if (word == "--by-name")
-            context.byName = true;
-        else
-            throw UsageError{"usage: tallory-cli grid [--by-name] [--json]"};
-    }
-    LoadedCourse loaded = LoadCourseReadOnly(
-        context, context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
+int RunGrid(Context& context) {
+    LoadedCourse loaded = LoadCourseReadOnly(context);
     const Course& course = context.course;
     nlohmann::json sessions = nlohmann::json::array();
     for (int s = 1; s <= course.NumSessions; ++s) {
@@ -99,46 +83,15 @@ int GridCommand(Context& context) {
     return 0;
 }
 
-int SessionCommand(Context& context) {
-    ExpectArguments(context, 1, "session N [--json]");
-    LoadCourseReadOnly(context);
-    int number = SessionNumber(context, context.args[0]);
-    ReadSessionForScoring(context.course, number);
-    const std::string& file = context.course.SessionFile[number];
-    Print(context, SessionJson(context.course, number, file),
-          SessionText(context.course, number, file));
-    return 0;
+void AddGridCommand(CLI::App& app, Context& context) {
+    CLI::App& command = AddCommand(app, context, "grid",
+                                   "the score grid of the course, as the main window shows it",
+                                   [&context] { return RunGrid(context); });
+    AddByNameOption(command, context);
 }
 
-int LogCommand(Context& context) {
-    ExpectArguments(context, 1, "log FILE [--json]");
-    Course& course = context.course;
-    course.AppPath = context.courseDir;
-    course.ProgramFolder = context.courseDir;
-    ReadConfig(course, context.host);
-    ReadRemoteIds(course, context.host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
-    const std::string& path = context.args[0];
-    if (!FileExists(path)) throw UsageError{"no such log file: " + path};
-    ReadSessionLog(course, path);
-    RecomputeSession(course);
-    std::string file = LastComponent(path);
-    Print(context, SessionJson(course, 0, file), SessionText(course, 0, file));
-    return 0;
-}
+const CommandRegistration kRegistered("grid", AddGridCommand);
 
-int RewriteCommand(Context& context) {
-    ExpectArguments(context, 1, "rewrite N");
-    LoadCourseReadOnly(context);
-    Course& course = context.course;
-    const int number = SessionNumber(context, context.args[0]);
-    // Set Scores opened on the session and saved with no edit.
-    ReadSessionForScoring(course, number);
-    HeadlessSessionGrid grid(course);
-    SetScoresScreen screen(course, context.host, grid);
-    screen.Load();
-    screen.cmdSetClick();
-    Print(context, nlohmann::json::object(), "");
-    return screen.WriteSucceeded() ? 0 : 1;
-}
+}  // namespace
 
 }  // namespace tallory::cli

@@ -1,0 +1,43 @@
+// remove N: empties the session's log and keeps the "x" copy; asks first (--yes confirms).
+#include <memory>
+
+#include "cli/SessionEdit.h"
+
+namespace tallory::cli {
+
+namespace {
+
+int RunRemove(Context& context, const std::string& word) {
+    OpenedSessionEdit opened(context, word);
+    EditSessionScreen& screen = opened.screen;
+    screen.cmdRemoveClick();
+    const std::string& file = screen.lblFileName().text;
+    nlohmann::json document = {{"number", opened.number},
+                               {"file", JsonText(file)},
+                               {"copy", JsonText("x" + file)},
+                               {"removed", screen.Removed()},
+                               {"sessions", context.course.NumSessions}};
+    if (!screen.Removed())
+        return Failed(
+            context, document,
+            "session " + std::to_string(opened.number) + " was not removed (--yes confirms)");
+    Print(context, document,
+          "Removed " + file + "; its copy is x" + file + ", " +
+              std::to_string(context.course.NumSessions) + " sessions remain\n");
+    return 0;
+}
+
+void AddRemoveCommand(CLI::App& app, Context& context) {
+    auto number = std::make_shared<std::string>();
+    CLI::App& command = AddCommand(
+        app, context, "remove",
+        "remove session N: its log is emptied, a copy xL... kept (asks first: --yes confirms)",
+        [&context, number] { return RunRemove(context, *number); });
+    AddSessionArgument(command, *number);
+}
+
+const CommandRegistration kRegistered("remove", AddRemoveCommand);
+
+}  // namespace
+
+}  // namespace tallory::cli

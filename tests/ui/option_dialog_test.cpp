@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <functional>
+
+#include "QtEnvironment.h"
+#include "ui/QtHost.h"
+
+namespace tallory {
+namespace {
+
+OptionDialog ReportPreferences() {
+    OptionDialog dialog;
+    dialog.title = "HTML Report Display Preferences";
+    dialog.heading = "Show students by";
+    dialog.choices = {"Name", "ID", "Name and ID", "Remote", "Nothing"};
+    dialog.footer = "Applies to every page";
+    dialog.acceptCaption = "Continue";
+    dialog.cancelCaption = "Stop";
+    dialog.preselected = 1;
+    return dialog;
+}
+
+// Runs `work` on the option dialog once QtHost has it up, then lets ChooseOption return.
+OptionChoice ChooseWith(const OptionDialog& dialog, std::function<void(QWidget&)> work) {
+    QTimer::singleShot(0, [work] {
+        QWidget* window = QApplication::activeModalWidget();
+        if (window == nullptr || window->objectName() != "frmOptions") {
+            ADD_FAILURE() << "the option dialog did not open";
+            if (window) window->close();
+            return;
+        }
+        work(*window);
+    });
+    QtHost host;
+    return host.ChooseOption(dialog);
+}
+
+QRadioButton* Option(QWidget& window, int index) {
+    return window.findChild<QRadioButton*>(QString("optExport%1").arg(index));
+}
+
+TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
+    struct Case {
+        const char* what;
+        std::function<void(QWidget&)> press;
+        int index;
+        bool cancelled;
+    };
+    const Case cases[] = {
+        {"accept the preselected",
+         [](QWidget& w) { w.findChild<QPushButton*>("CmdExport")->click(); }, 1, false},
+        {"tick another, accept",
+         [](QWidget& w) {
+             Option(w, 4)->click();
+             w.findChild<QPushButton*>("CmdExport")->click();
+         },
+         4, false},
+        {"tick another, cancel",
+         [](QWidget& w) {
+             Option(w, 0)->click();
+             w.findChild<QPushButton*>("CmdStop")->click();
+         },
+         0, true},
+        {"close the window", [](QWidget& w) { w.close(); }, 1, true},
+    };
+    for (const Case& test : cases) {
+        bool checked = false;
+        OptionChoice choice = ChooseWith(ReportPreferences(), [&](QWidget& window) {
+            EXPECT_EQ(window.windowTitle(), "HTML Report Display Preferences");
+            EXPECT_EQ(window.findChild<QLabel*>("lblHdr")->text(), "Show students by");
+            EXPECT_EQ(window.findChild<QLabel*>("lblFtr")->text(), "Applies to every page");
+            EXPECT_EQ(window.findChild<QPushButton*>("CmdExport")->text(), "Continue");
+            EXPECT_EQ(window.findChild<QPushButton*>("CmdStop")->text(), "Stop");
+            const char* captions[] = {"Name", "ID", "Name and ID", "Remote", "Nothing"};
+            for (int i = 0; i < 5; ++i) {
+                ASSERT_NE(Option(window, i), nullptr);
+                EXPECT_EQ(Option(window, i)->text(), captions[i]);
+                EXPECT_EQ(Option(window, i)->isChecked(), i == 1) << i;
+            }
+            checked = true;
+            test.press(window);
+        });
+        EXPECT_TRUE(checked) << test.what;
+        EXPECT_EQ(choice.index, test.index) << test.what;
+        EXPECT_EQ(choice.cancelled, test.cancelled) << test.what;
+    }
+}
+
+}  // namespace
+}  // namespace tallory
