@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -348,6 +350,43 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
         if (!c.termPointsCounted) {
             EXPECT_EQ(count(voting, "\">0% </font></td>"), 3) << c.lastRead;
         }
+    }
+}
+
+// --- tallory-cli -------------------------------------------------------------------------------
+
+TEST(ReportCommands, RunFromTheCommandLine) {
+    struct Case {
+        std::vector<std::string> args;
+        bool reportsFolder;  // whether the course has a Reports folder beforehand
+        int status;
+        int files;  // files written; -1 when no JSON is printed
+        int mode;
+    };
+    const Case cases[] = {
+        {{"report", "--filter", "3", "--json"}, false, 0, 9, 3},
+        {{"report", "--cancel", "--json"}, false, 0, 0, 2},
+        {{"term-report", "--mode", "4", "--json"}, true, 0, 3, 4},
+        {{"term-report", "--json"}, false, 1, -1, 0},
+        {{"term-report", "--mode", "5"}, true, 2, -1, 0},
+    };
+    for (const Case& c : cases) {
+        TempCourse temp;
+        const std::string course = temp.Path() + "/" + kCourseFolder;
+        fs::copy(DataPath("reports/course"), course, fs::copy_options::recursive);
+        if (c.reportsFolder) fs::create_directory(course + "/Reports");
+        std::vector<std::string> args = {"--course", course};
+        args.insert(args.end(), c.args.begin(), c.args.end());
+        const test::CliResult result = test::RunCli(args);
+        const std::string what = c.args[0] + " " + c.args[1];
+        EXPECT_EQ(result.status, c.status) << what << result.err;
+        if (c.files < 0) {
+            EXPECT_TRUE(result.out.empty()) << what;
+            continue;
+        }
+        const nlohmann::json output = nlohmann::json::parse(result.out);
+        EXPECT_EQ(output["files"].size(), static_cast<size_t>(c.files)) << what;
+        EXPECT_EQ(output["mode"], c.mode) << what;
     }
 }
 
