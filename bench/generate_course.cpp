@@ -2,7 +2,11 @@
 // clickers nobody registered), settings and session logs laid out as the polling application
 // leaves them.
 //
-//   generate_course FOLDER STUDENTS SESSIONS QUESTIONS [STRAY_CLICKERS] [SEED]
+//   generate_course FOLDER STUDENTS SESSIONS QUESTIONS [STRAY_CLICKERS] [SEED] [odd]
+//
+// With "odd" the numbers of the data lines take the other forms a reader must accept ("+1",
+// "1.", ".5", "1E0", "-0", tabs, long digit runs, no blanks), some lines are blank or short, and
+// some fields carry quotes.
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -19,6 +23,37 @@ std::string NumberItem(double value) {
     std::string digits = buffer;
     if (digits.rfind("0.", 0) == 0) digits.erase(0, 1);
     return (value < 0 ? "-" : " ") + digits + " ";
+}
+
+// The same value in one of the forms a person or another program might have written.
+std::string OddItem(double value, std::mt19937& random) {
+    char buffer[64];
+    switch (random() % 12) {
+        case 0:
+            std::snprintf(buffer, sizeof buffer, "+%g", value);
+            return buffer;
+        case 1:
+            std::snprintf(buffer, sizeof buffer, "%.1E", value);
+            return buffer;
+        case 2:
+            std::snprintf(buffer, sizeof buffer, "\t%.17g\t", value);
+            return buffer;
+        case 3:
+            std::snprintf(buffer, sizeof buffer, "%g.", value);
+            return buffer;
+        case 4:
+            std::snprintf(buffer, sizeof buffer, "%.20f", value);
+            return buffer;
+        case 5:
+            return value == 0 ? "-0" : "\"" + NumberItem(value) + "\"";
+        case 6:
+            std::snprintf(buffer, sizeof buffer, "%gD0", value);
+            return buffer;
+        case 7:
+            return "x";
+        default:
+            return NumberItem(value);
+    }
 }
 
 void WriteFile(const std::string& path, const std::string& text) {
@@ -51,6 +86,8 @@ int main(int argc, char** argv) {
     int questions = std::atoi(argv[4]);
     int stray = argc > 5 ? std::atoi(argv[5]) : students / 50;
     std::mt19937 random(argc > 6 ? std::atoi(argv[6]) : 7);
+    const bool odd = argc > 7 && std::string(argv[7]) == "odd";
+    auto item = [&](double value) { return odd ? OddItem(value, random) : NumberItem(value); };
     ::mkdir(folder.c_str(), 0777);
     ::mkdir((folder + "/SessionData").c_str(), 0777);
 
@@ -87,6 +124,11 @@ int main(int argc, char** argv) {
             // A student who never registered is known to the log by the ID typed at the receiver.
             bool registered = isStray || voter % 20 != 19;
             std::string student = registered ? " " : "\"" + std::to_string(30000000 + voter) + "\"";
+            if (odd && random() % 50 == 0) data += "\r\n";  // a blank line
+            if (odd && random() % 50 == 0) {
+                data += "\r\n#" + remote + ", ";  // a line without a total
+                continue;
+            }
             data += "\r\n#" + remote + "," + student + "," + NumberItem(questions / 2) + ",";
             for (int q = 0; q < questions; ++q) {
                 int answer = choice(random);
@@ -94,9 +136,10 @@ int main(int argc, char** argv) {
                     answer == 5 ? "" : std::string(1, static_cast<char>('A' + answer));
                 if (answer < 5) ++counts[q][answer];
                 double seconds = tenths(random) / 10.0;
-                data += letter + " ," + NumberItem(answer + 1 == correct[q] ? 1 : 0) + "," +
-                        NumberItem(seconds) + "," + NumberItem(1) + "," + letter + " ," +
-                        NumberItem(seconds) + ",";
+                data += letter + " ," + item(answer + 1 == correct[q] ? 1 : 0) + "," +
+                        item(seconds) + "," + item(1 + (odd ? random() % 3 : 0)) + "," +
+                        (odd && random() % 9 == 0 ? item(answer + 1) : letter + " ") + "," +
+                        item(seconds) + ",";
             }
         }
         std::string log = "Scoring,  Performance = " + NumberItem(questions) +

@@ -82,34 +82,76 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
     EXPECT_EQ(FindExportFormat("GENERAL").text, "");
 }
 
-struct Opened {
+// Each format's grade book, as the course start reads it: the roster gives the grid its names.
+TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
+    struct Case {
+        const char* cms;
+        const char* file;    // in the course folder
+        const char* source;  // under tests/data/export
+        const char* id;      // a student of the grade book, as the grid would ask for it
+        const char* last;
+        const char* first;
+        int rosterIds;  // NumRosterIDs afterwards
+    } cases[] = {
+        {"General", "Roster.txt", "general/Roster.txt", "BSMITH", "Smith", "Bob", 2},
+        {"unknown", "Roster.txt", "general/Roster.txt", "adoe", "Doe", "Ann", 2},
+        {"WEB CT", "class.txt", "webct/class.crlf.txt", "bsmith", "Smith", "Bob", 4},
+        {"web ct v", "class.txt", "webct/class.lf.txt", "adoe", "Doe, Jr.", "Ann", 4},
+        {"WEB CT CE 4.1", "class.txt", "campus/class.lf.txt", "cnew", "Nguyen", "Cam", 4},
+        {"WEB CT CE 6.1", "class.txt", "campus/class.crlf.txt", "zlate", "Late", "Zoe", 4},
+        {"BB", "gb_export.csv", "blackboard/gb_export.crlf.csv", "BSMITH", "Smith", "Bob", 5},
+        {"blackboard", "gb_export.csv", "blackboard/gb_export.lf.csv", "adoe", "Doe", "Ann", 5},
+        {"BB80", "gb_export.csv", "blackboard-columns/gb_export.lf.csv", "cnew", "Nguyen", "Cam",
+         5},
+        {"D2L", "gradesexport.csv", "d2l/gradesexport.crlf.csv", "zlate", "Late", "Zoe", 5},
+        {"Moodle", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "BOB@uni.example", "Smith",
+         "Bob", 4},
+        {"SAKAI", "sakaigradebook.csv", "sakai/sakaigradebook.lf.csv", "adoe", "Doe", "Ann", 5},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cms);
+        TempCourse folder;
+        Course course;
+        RecordingHost host;
+        course.AppPath = folder.Path();
+        folder.Write(c.file, test::ReadBytes(test::DataPath(std::string("export/") + c.source)));
+        SetExportFormat(course, host, c.cms);
+        EXPECT_TRUE(host.messages.empty());
+        RosterRec entry = GetRosterEntry(course, c.id);
+        EXPECT_EQ(entry.LastName, c.last);
+        EXPECT_EQ(entry.FirstName, c.first);
+        EXPECT_EQ(course.NumRosterIDs, c.rosterIds);
+    }
+}
+
+TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
     TempCourse folder;
     Course course;
     RecordingHost host;
-    Opened() {
-        course.AppPath = folder.Path();
-        folder.Write("Roster.txt", "Doe,Jane,R1\r\n");
-        folder.Write("class.txt", "Last Name,First Name,User ID\r\nRoe,Rick,C1\r\n");
-    }
-};
+    course.AppPath = folder.Path();
+    folder.Write("gradebook.csv", test::ReadBytes(test::DataPath("export/angel/gradebook.lf.csv")));
+    SetExportFormat(course, host, "ANGEL");
+    EXPECT_TRUE(host.messages.empty());
+    // The students stand in rows 1..3, their quotes taken away by the course start, behind a
+    // roster count of one empty row.
+    EXPECT_EQ(course.NumRoster, 1);
+    EXPECT_EQ(course.Roster[0].StudentId, "");
+    EXPECT_EQ(course.Roster[2].StudentId, "BSmith");
+    EXPECT_EQ(course.Roster[2].LastName, "Smith");
+    EXPECT_EQ(course.RosterIDs[1], "");
+    EXPECT_EQ(GetRosterEntry(course, "BSmith").LastName, "");
+}
 
-TEST(ExportFormat, OpeningACourseReadsTheRosterOfItsFormat) {
-    struct Case {
-        const char* cms;
-        const char* student;
-    } cases[] = {
-        {"General", "R1"}, {"blackboard", "R1"}, {"MOODLE", "R1"},        {"unknown", "R1"},
-        {"WEB CT", "C1"},  {"web ct v", "C1"},   {"WEB CT CE 6.1", "C1"},
-    };
-    for (const Case& c : cases) {
-        Opened opened;
-        ExportFormat format = SetExportFormat(opened.course, opened.host, c.cms);
-        EXPECT_EQ(format.tag, FindExportFormat(c.cms).tag) << c.cms;
-        ASSERT_EQ(opened.course.NumRoster, 1) << c.cms;
-        EXPECT_EQ(opened.course.Roster[0].StudentId, c.student) << c.cms;
-        EXPECT_EQ(opened.course.NumRosterIDs, 1) << c.cms;
-        EXPECT_TRUE(opened.host.messages.empty()) << c.cms;
-    }
+TEST(ExportFormat, WebCTKeepsTheColumnsOfItsGradeBook) {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    course.AppPath = folder.Path();
+    folder.Write("class.txt", "Email,User ID , last name,First Name\r\nx,u1,Doe,Ann\r\n");
+    SetExportFormat(course, host, "WEB CT");
+    EXPECT_EQ(course.WebCTUserCol, 1);
+    EXPECT_EQ(course.WebCTLastCol, 2);
+    EXPECT_EQ(course.WebCTFirstCol, 3);
 }
 
 TEST(ExportFormat, QuotesAreStrippedFromEveryRosterRowAndTheIdsStillFound) {

@@ -384,11 +384,11 @@ TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
 TEST(RemoteIds, ClickerCheckStartsAfreshOncePerRun) {
     Folder f;
     f.folder.Write("SessionData/clickercheck.TXT", "from an earlier run\r\n");
-    LogClickerCheck(f.course, "first");
-    LogClickerCheck(f.course, "second");
+    LogClickerCheck(f.course, f.host, "first");
+    LogClickerCheck(f.course, f.host, "second");
     EXPECT_EQ(f.folder.Read("SessionData/clickercheck.TXT"), "first\r\nsecond\r\n");
     f.course.ClickerCheckStarted = false;
-    LogClickerCheck(f.course, "third");
+    LogClickerCheck(f.course, f.host, "third");
     EXPECT_EQ(f.folder.Read("SessionData/clickercheck.TXT"), "third\r\n");
 }
 

@@ -117,6 +117,10 @@ struct Course {
     int NumRosterIDs = 0;
     // Look-up of the first roster row by trimmed upper-case ID.
     std::unordered_map<std::string, int> RosterIndex;
+    // The columns of the names in class.txt, found when the course opened; -1 while unknown.
+    int WebCTLastCol = -1;
+    int WebCTFirstCol = -1;
+    int WebCTUserCol = -1;
 
     // The session last read: Questions rows 0..NumQuestions, Votes rows 1..NumVoters.
     Table<QuestionRec, kMaxQuestions> Questions{"Questions"};

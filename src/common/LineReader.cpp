@@ -1,64 +1,81 @@
 #include "common/LineReader.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace tallory {
 
 LineReader::LineReader(const std::string& path) : path_(path) {
     fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    open_ = fd_ >= 0;
 }
 
 LineReader::~LineReader() {
     if (fd_ >= 0) ::close(fd_);
 }
 
-bool LineReader::Fill() {
-    if (fd_ < 0) return false;
-    if (start_ > 0) {
-        std::memmove(buffer_, buffer_ + start_, end_ - start_);
-        end_ -= start_;
-        start_ = 0;
-    }
-    while (end_ < sizeof buffer_) {
-        ssize_t got = ::read(fd_, buffer_ + end_, sizeof buffer_ - end_);
+// Reads the file to its end into one block sized by the file's length, growing it only for a
+// file that grew meanwhile or reports no length. A read error ends the text where it stands, as
+// the end of the file would.
+void LineReader::Load() {
+    loaded_ = true;
+    if (fd_ < 0) return;
+    struct stat info {};
+    size_t capacity = ::fstat(fd_, &info) == 0 && info.st_size > 0
+                          ? static_cast<size_t>(info.st_size) + 1
+                          : size_t{1} << 16;
+    text_.reset(new char[capacity]);
+    for (;;) {
+        if (size_ == capacity) {
+            std::unique_ptr<char[]> larger(new char[capacity * 2]);
+            std::memcpy(larger.get(), text_.get(), size_);
+            text_ = std::move(larger);
+            capacity *= 2;
+        }
+        ssize_t got = ::read(fd_, text_.get() + size_, capacity - size_);
         if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) return false;
-        end_ += static_cast<size_t>(got);
-        return true;
+        if (got <= 0) break;
+        size_ += static_cast<size_t>(got);
     }
-    return true;
+    ::close(fd_);
+    fd_ = -1;
 }
 
 bool LineReader::AtEnd() {
-    if (start_ < end_) return false;
-    return !Fill() && start_ >= end_;
+    if (!loaded_) Load();
+    return start_ >= size_;
+}
+
+bool LineReader::ReadLine(std::string_view& line) {
+    if (AtEnd()) {
+        line = {};
+        return false;
+    }
+    const char* begin = text_.get() + start_;
+    const size_t left = size_ - start_;
+    const void* cr = std::memchr(begin, '\r', left);
+    if (cr) {
+        size_t length = static_cast<const char*>(cr) - begin;
+        line = std::string_view(begin, length);
+        start_ += length + 1;
+        if (start_ < size_ && text_[start_] == '\n') ++start_;
+    } else {
+        line = std::string_view(begin, left);
+        start_ = size_;
+    }
+    ++lineNumber_;
+    return true;
 }
 
 bool LineReader::ReadLine(std::string& line) {
-    line.clear();
-    if (AtEnd()) return false;
-    for (;;) {
-        const char* begin = buffer_ + start_;
-        const void* cr = std::memchr(begin, '\r', end_ - start_);
-        if (cr) {
-            size_t length = static_cast<const char*>(cr) - begin;
-            line.append(begin, length);
-            start_ += length + 1;
-            if (start_ >= end_) Fill();
-            if (start_ < end_ && buffer_[start_] == '\n') ++start_;
-            ++lineNumber_;
-            return true;
-        }
-        line.append(begin, end_ - start_);
-        start_ = end_;
-        if (!Fill()) {
-            ++lineNumber_;
-            return true;
-        }
-    }
+    std::string_view view;
+    bool read = ReadLine(view);
+    line.assign(view);
+    return read;
 }
 
 }  // namespace tallory

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace tallory {
 
 // Reads a text file line by line, as the course files are read: CR or CR LF ends a line, a lone
-// LF stays in the text. Streams the file through a fixed buffer.
+// LF stays in the text. The file is read whole at the first use, in one read where the system
+// allows, and lines are handed out as views of that copy.
 class LineReader {
   public:
     explicit LineReader(const std::string& path);
@@ -13,23 +16,27 @@ class LineReader {
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
-    bool IsOpen() const { return fd_ >= 0; }
+    bool IsOpen() const { return open_; }
     // True when no byte is left to read.
     bool AtEnd();
     // The next line without its end; false at the end of the file.
     bool ReadLine(std::string& line);
+    // The same as a view of the reader's copy of the file, valid while the reader lives.
+    bool ReadLine(std::string_view& line);
     // Number of the line last read, from 1.
     long LineNumber() const { return lineNumber_; }
     const std::string& Path() const { return path_; }
 
   private:
-    bool Fill();
+    void Load();
 
     std::string path_;
     int fd_ = -1;
-    char buffer_[1 << 16];
+    bool open_ = false;
+    bool loaded_ = false;
+    std::unique_ptr<char[]> text_;
+    size_t size_ = 0;
     size_t start_ = 0;
-    size_t end_ = 0;
     long lineNumber_ = 0;
 };
 

@@ -1,9 +1,13 @@
 #include "common/Numbers.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+#include <fast_float/fast_float.h>
 
 namespace tallory {
 
@@ -44,7 +48,8 @@ size_t NumericPrefix(std::string_view text, bool& hasExponent) {
     return i;
 }
 
-double ConvertPrefix(std::string_view number, bool hasExponent) {
+// The conversion through the standard library: the definition of what a number text is worth.
+double ConvertPrefixReference(std::string_view number, bool hasExponent) {
     // from_chars takes no '+' and no 'D' exponent.
     bool negative = false;
     if (!number.empty() && (number[0] == '+' || number[0] == '-')) {
@@ -61,6 +66,73 @@ double ConvertPrefix(std::string_view number, bool hasExponent) {
         std::from_chars(number.data(), number.data() + number.size(), value);
     }
     return negative ? -value : value;
+}
+
+// Up to this length a number without exponent lies between 1E-300 and 1E+300 or is exactly 0:
+// no text of it can overflow or underflow.
+constexpr size_t kPlainNumberLength = 300;
+
+// The same value as ConvertPrefixReference, faster. Both conversions round correctly, so they
+// agree wherever the standard library reports no range error: on every normal result, and on
+// every zero that a short text without exponent gives. The rest (overflow, underflow, "D"
+// exponents) takes the reference road, which leaves such values as it defines them.
+double ConvertPrefix(std::string_view number, bool hasExponent) {
+    const char* begin = number.data();
+    const char* end = begin + number.size();
+    bool negative = false;
+    if (begin != end && (*begin == '+' || *begin == '-')) {
+        negative = *begin == '-';
+        ++begin;
+    }
+    double value = 0;
+    fast_float::from_chars_result result = fast_float::from_chars(begin, end, value);
+    if (result.ptr == end && result.ec == std::errc() &&
+        ((!hasExponent && number.size() <= kPlainNumberLength) || std::isnormal(value)))
+        return negative ? -value : value;
+    return ConvertPrefixReference(number, hasExponent);
+}
+
+// The texts that fill the logs: blanks, a sign, up to 15 digits with or without a decimal point,
+// blanks. Their digits form an integer below 2^53, which a double holds exactly, as it holds every
+// power of ten up to 10^15; one division of the two rounds once, to the nearest double, which is
+// the value every correct conversion of the text gives. So the short road needs no library call.
+constexpr int kShortDigits = 15;
+constexpr double kPowersOfTen[kShortDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+enum class ShortScan {
+    kNumber,     // a short number, converted
+    kNoNumber,   // no digit where the number must begin: not numeric
+    kOtherText,  // anything else: the general road decides
+};
+
+bool IsDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+ShortScan ScanShortNumber(std::string_view text, double& value) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end && IsBlank(*p)) ++p;
+    bool negative = false;
+    if (p != end && (*p == '+' || *p == '-')) negative = *p++ == '-';
+    if (p == end || !(IsDigit(*p) || *p == '.')) return ShortScan::kNoNumber;
+    uint64_t digitValue = 0;
+    int digits = 0;
+    int decimals = 0;
+    for (; p != end && IsDigit(*p); ++p, ++digits)
+        digitValue = digitValue * 10 + static_cast<uint64_t>(*p - '0');
+    if (p != end && *p == '.') {
+        for (++p; p != end && IsDigit(*p); ++p, ++digits, ++decimals)
+            digitValue = digitValue * 10 + static_cast<uint64_t>(*p - '0');
+    }
+    if (digits == 0 || digits > kShortDigits) return ShortScan::kOtherText;
+    while (p != end && IsBlank(*p)) ++p;
+    if (p != end) return ShortScan::kOtherText;
+    double converted = static_cast<double>(digitValue);
+    if (decimals > 0) converted /= kPowersOfTen[decimals];
+    value = negative ? -converted : converted;
+    return ShortScan::kNumber;
 }
 
 // The 15 significant digits of a value and its decimal exponent: value = 0.d1d2...d15 x 10^exp.
@@ -110,6 +182,13 @@ double RoundDecimal(double value, int places, bool halfEven) {
 
 std::string NumberText(double value) {
     if (value == 0) return "0";
+    // A whole number below 10^15 prints as its digits in the general form: the usual grid cell.
+    if (std::fabs(value) < 1e15 && value == std::trunc(value)) {
+        char digits[24];
+        char* end =
+            std::to_chars(digits, digits + sizeof digits, static_cast<long long>(value)).ptr;
+        return std::string(digits, end);
+    }
     char buffer[40];
     std::snprintf(buffer, sizeof buffer, "%.15G", value);
     std::string text(buffer);
@@ -159,12 +238,87 @@ bool IsNumeric(std::string_view text) {
     return length > 0 && length == text.size();
 }
 
-bool ToDouble(std::string_view text, double& value) {
+namespace {
+
+bool ConvertWhole(std::string_view text, double& value) {
+    switch (ScanShortNumber(text, value)) {
+        case ShortScan::kNumber:
+            return true;
+        case ShortScan::kNoNumber:
+            return false;
+        case ShortScan::kOtherText:
+            break;
+    }
     text = TrimBlanks(text);
     bool hasExponent;
     size_t length = NumericPrefix(text, hasExponent);
     if (length == 0 || length != text.size()) return false;
     double converted = ConvertPrefix(text, hasExponent);
+    if (!std::isfinite(converted)) return false;
+    value = converted;
+    return true;
+}
+
+// A log repeats a few hundred short texts millions of times (" 0 ", " 1 ", "A ", " 12.5 "), so
+// the answers for texts of up to 8 characters are remembered. The key is the text's bytes in one
+// word with blanks after its end: texts with the same key differ only in trailing blanks, which
+// the conversion drops, so they have the same answer.
+constexpr int kRememberedBits = 10;
+
+struct Remembered {
+    uint64_t key = 0;
+    double value = 0;
+    signed char numeric = -1;  // -1: nothing remembered yet
+};
+
+// The bytes of a text of 1 to 8 characters, the first in the lowest byte, blanks after its end.
+uint64_t KeyOf(std::string_view text) {
+    const char* p = text.data();
+    const size_t n = text.size();
+    uint64_t key;
+    if (n >= 4) {
+        // Two loads that overlap in the middle, where both hold the same bytes.
+        uint32_t low, high;
+        std::memcpy(&low, p, 4);
+        std::memcpy(&high, p + n - 4, 4);
+        key = low | (uint64_t{high} << (8 * (n - 4)));
+    } else {
+        key = uint64_t{static_cast<unsigned char>(p[0])} |
+              uint64_t{static_cast<unsigned char>(p[n / 2])} << (8 * (n / 2)) |
+              uint64_t{static_cast<unsigned char>(p[n - 1])} << (8 * (n - 1));
+    }
+    if (n < 8) key |= uint64_t{0x2020202020202020} << (8 * n);
+    return key;
+}
+
+}  // namespace
+
+bool ToDouble(std::string_view text, double& value) {
+    // The key relies on the first character landing in the lowest byte.
+    if (std::endian::native != std::endian::little || text.empty() ||
+        text.size() > sizeof(uint64_t))
+        return ConvertWhole(text, value);
+    thread_local Remembered remembered[1 << kRememberedBits];
+    const uint64_t key = KeyOf(text);
+    Remembered& entry = remembered[(key * 0x9E3779B97F4A7C15) >> (64 - kRememberedBits)];
+    if (entry.key != key || entry.numeric < 0) {
+        double converted = 0;
+        bool numeric = ConvertWhole(text, converted);
+        entry.key = key;
+        entry.value = converted;
+        entry.numeric = numeric ? 1 : 0;
+    }
+    if (entry.numeric == 0) return false;
+    value = entry.value;
+    return true;
+}
+
+bool ToDoubleReference(std::string_view text, double& value) {
+    text = TrimBlanks(text);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0 || length != text.size()) return false;
+    double converted = ConvertPrefixReference(text, hasExponent);
     if (!std::isfinite(converted)) return false;
     value = converted;
     return true;
@@ -190,6 +344,16 @@ double LeadingNumber(std::string_view text) {
     size_t length = NumericPrefix(text, hasExponent);
     if (length == 0) return 0;
     double value = ConvertPrefix(text.substr(0, length), hasExponent);
+    return std::isfinite(value) ? value : 0;
+}
+
+double LeadingNumberReference(std::string_view text) {
+    while (!text.empty() && (IsBlank(text.front()) || text.front() == '\n' || text.front() == '\r'))
+        text.remove_prefix(1);
+    bool hasExponent;
+    size_t length = NumericPrefix(text, hasExponent);
+    if (length == 0) return 0;
+    double value = ConvertPrefixReference(text.substr(0, length), hasExponent);
     return std::isfinite(value) ? value : 0;
 }
 

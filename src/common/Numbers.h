@@ -41,4 +41,9 @@ double LeadingNumber(std::string_view text);
 // Rounds to a 16-bit integer, halves to even; false when out of range.
 bool RoundToInt16(double value, int16_t& result);
 
+// ToDouble and LeadingNumber through the standard library's conversion alone: slower, and the
+// definition the two above must equal for every text. Kept for the tests and fuzzers that compare.
+bool ToDoubleReference(std::string_view text, double& value);
+double LeadingNumberReference(std::string_view text);
+
 }  // namespace tallory

@@ -2,14 +2,19 @@
 
 #include "common/Paths.h"
 #include "common/Text.h"
+#include "export/Export.h"
 #include "registration/Roster.h"
 
 namespace tallory {
 
 namespace {
 
-// Which reader fills the roster when the course opens.
-enum class RosterReader { General, WebCT };
+// The reader that fills the roster when the course opens.
+using RosterReader = void (*)(Course&, Host&);
+
+void ReadGeneralRoster(Course& course, Host&) {
+    ReadRoster(course, CoursePath(course.AppPath, "\\Roster.Txt"));
+}
 
 // What the explanation of a format says beyond the pairing of its two files.
 enum class Explanation {
@@ -35,41 +40,35 @@ constexpr std::string_view kUpload = "UploadFile.csv";
 constexpr std::string_view kCampusCaption = "Campus Edition {Ver 4, 6, 6.1, 6.1.2}";
 
 constexpr FormatRow kFormats[] = {
-    {"GENERAL", "General", "GENERAL", "Roster.Txt", kUpload, RosterReader::General,
-     Explanation::None},
-    {"WEB CT V", "Vista {Ver 3, 4, 8}", "WEB CT V", "class.txt", kUpload, RosterReader::WebCT,
+    {"GENERAL", "General", "GENERAL", "Roster.Txt", kUpload, ReadGeneralRoster, Explanation::None},
+    {"WEB CT V", "Vista {Ver 3, 4, 8}", "WEB CT V", "class.txt", kUpload, ReadWebCTRoster,
      Explanation::WebCTPairing},
-    {"WEB CT", "Web Ct Campus Edition", "WEB CT", "class.txt", kUpload, RosterReader::WebCT,
+    {"WEB CT", "Web Ct Campus Edition", "WEB CT", "class.txt", kUpload, ReadWebCTRoster,
      Explanation::WebCTPairing},
-    {"D2L", "Desire2Learn", "D2L", "gradesexport.csv", kUpload, RosterReader::General,
+    {"D2L", "Desire2Learn", "D2L", "gradesexport.csv", kUpload, ReadD2LGradebook,
      Explanation::Important},
-    {"ANGEL", "Angel {Ver 6, 7.1, 7.2, 7.3}", "ANGEL", "gradebook.csv", kUpload,
-     RosterReader::General, Explanation::Pairing},
-    {"BB", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB", "gb_export.csv", kUpload, RosterReader::General,
+    {"ANGEL", "Angel {Ver 6, 7.1, 7.2, 7.3}", "ANGEL", "gradebook.csv", kUpload, ReadAngelGradebook,
      Explanation::Pairing},
+    {"BB", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB", "gb_export.csv", kUpload,
+     ReadBlackboardGradebook, Explanation::Pairing},
     {"BB73", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB73", "gb_export.csv", kUpload,
-     RosterReader::General, Explanation::Important},
-    {"BB80", "Blackboard {Ver 8}", "BB80", "gb_export.csv", kUpload, RosterReader::General,
+     ReadBlackboardGradebook, Explanation::Important},
+    {"BB80", "Blackboard {Ver 8}", "BB80", "gb_export.csv", kUpload, ReadBlackboardGradebook,
      Explanation::Important},
     {"BLACKBOARD", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", kUpload,
-     RosterReader::General, Explanation::Pairing},
+     ReadBlackboardGradebook, Explanation::Pairing},
     {"MOODLE", "Moodle {Ver 1.6, 1.8, 1.9}", "MOODLE", "MoodleRoster.txt", "MoodleUpload.xls",
-     RosterReader::General, Explanation::Moodle},
-    {"SAKAI", "Sakai {Ver 2.4, 2.5}", "SAKAI", "sakaigradebook.csv", kUpload, RosterReader::General,
+     ReadMoodleRoster, Explanation::Moodle},
+    {"SAKAI", "Sakai {Ver 2.4, 2.5}", "SAKAI", "sakaigradebook.csv", kUpload, ReadSakaiGradebook,
      Explanation::Important},
-    {"WEB CT CE 4.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, RosterReader::WebCT,
+    {"WEB CT CE 4.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, ReadCampusClass,
      Explanation::WebCTPairing},
-    {"WEB CT CE 6.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, RosterReader::WebCT,
+    {"WEB CT CE 6.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, ReadCampusClass,
      Explanation::WebCTPairing},
 };
 
-constexpr FormatRow kAnyOtherFormat = {"",
-                                       "General",
-                                       "GENERAL",
-                                       "Roster.Txt",
-                                       kUpload,
-                                       RosterReader::General,
-                                       Explanation::ChooseSystem};
+constexpr FormatRow kAnyOtherFormat = {
+    "", "General", "GENERAL", "Roster.Txt", kUpload, ReadGeneralRoster, Explanation::ChooseSystem};
 
 const FormatRow& FindRow(std::string_view cms) {
     std::string key = NormalKey(cms);
@@ -136,16 +135,7 @@ ExportFormat FindExportFormat(std::string_view cms) {
 
 ExportFormat SetExportFormat(Course& course, Host& host, std::string_view cms) {
     const FormatRow& row = FindRow(cms);
-    switch (row.reader) {
-        case RosterReader::WebCT:
-            ReadWebCTRoster(course, host);
-            break;
-        case RosterReader::General:
-            // The grade-book readers of the other systems come with their exports; until then
-            // their courses take the general roster.
-            ReadRoster(course, CoursePath(course.AppPath, "\\Roster.Txt"));
-            break;
-    }
+    row.reader(course, host);
     StripRosterQuotes(course);
     return FormatOf(row);
 }

@@ -166,6 +166,14 @@ int ReadHeaderLines(Course& course, LineReader& reader, std::string& line) {
     return count;
 }
 
+// Rows 0 to `last` of a vote table as one array. Touching the last row allocates the rows before
+// it, as touching each of them in turn would, so the values read and written stay the same.
+template <class T, int Upper>
+T* RowsUpTo(Table<T, Upper>& table, int last) {
+    table[last];
+    return &table[0];
+}
+
 // One data line, split into the caller's `fields` so that a whole log reuses one buffer.
 void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& row,
                     int& groupCount) {
@@ -187,13 +195,22 @@ void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& 
     }
     vote.Score[0] = FloatOf(fields[2]);
 
-    for (int q = 1; q <= groups; ++q) {
-        vote.Answer[q] = AnswerFromLetter(GroupField(fields, q, kAnswerColumn));
-        KeepIfNumeric(GroupField(fields, q, kPointsColumn), vote.Score[q]);
-        KeepIfNumeric(GroupField(fields, q, kFinalTimeColumn), vote.FinalTime[q]);
-        KeepIfNumeric(GroupField(fields, q, kAttemptsColumn), vote.Attempts[q]);
-        KeepIfNumeric(GroupField(fields, q, kFirstAnswerColumn), vote.FirstAnswer[q]);
-        KeepIfNumeric(GroupField(fields, q, kFirstTimeColumn), vote.FirstTime[q]);
+    if (groups > 0) {
+        int16_t* answer = RowsUpTo(vote.Answer, groups);
+        double* score = RowsUpTo(vote.Score, groups);
+        double* finalTime = RowsUpTo(vote.FinalTime, groups);
+        int16_t* attempts = RowsUpTo(vote.Attempts, groups);
+        int16_t* firstAnswer = RowsUpTo(vote.FirstAnswer, groups);
+        double* firstTime = RowsUpTo(vote.FirstTime, groups);
+        for (int q = 1; q <= groups; ++q) {
+            const int group = kFirstGroupField + kGroupWidth * (q - 1);
+            answer[q] = AnswerFromLetter(fields[group + kAnswerColumn]);
+            KeepIfNumeric(fields[group + kPointsColumn], score[q]);
+            KeepIfNumeric(fields[group + kFinalTimeColumn], finalTime[q]);
+            KeepIfNumeric(fields[group + kAttemptsColumn], attempts[q]);
+            KeepIfNumeric(fields[group + kFirstAnswerColumn], firstAnswer[q]);
+            KeepIfNumeric(fields[group + kFirstTimeColumn], firstTime[q]);
+        }
     }
     groupCount = groups;
 }
@@ -202,7 +219,7 @@ void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& 
 // through, so a blank or skipped line still adds a voter once any line was read.
 void ReadVoteLines(Course& course, LineReader& reader) {
     Fields fields(kMaxLogFieldIndex);
-    std::string line;
+    std::string_view line;
     int row = 1;
     int groupCount = 0;
     while (reader.ReadLine(line)) {

@@ -194,15 +194,23 @@ std::string TrimRightBlanks(std::string_view text) {
     return TrimRight(text);
 }
 
-void LogClickerCheck(Course& course, std::string_view text) {
+void LogClickerCheck(Course& course, Host& host, std::string_view text) {
     std::string path = CoursePath(course.AppPath, "\\SessionData\\ClickerCheck.txt");
-    // The first line of a web registration run starts the file afresh.
-    std::FILE* file = std::fopen(path.c_str(), course.ClickerCheckStarted ? "ab" : "wb");
+    // The first line of a web registration run starts the file afresh; later lines are added to
+    // what the run wrote, and the file is replaced whole each time.
+    std::string content;
+    if (course.ClickerCheckStarted) {
+        if (std::FILE* old = std::fopen(path.c_str(), "rb")) {
+            char buffer[4096];
+            for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, old)) > 0;)
+                content.append(buffer, got);
+            std::fclose(old);
+        }
+    }
     course.ClickerCheckStarted = true;
-    if (!file) return;
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fwrite("\r\n", 1, 2, file);
-    std::fclose(file);
+    content.append(text);
+    content.append("\r\n");
+    ReplaceFile(path, content, nullptr, &host);
 }
 
 bool IsRemoteIdKey(int key) {

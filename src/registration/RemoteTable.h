@@ -23,7 +23,7 @@ std::string NormalRemote(std::string_view remoteId);
 int FindRemoteRow(const Course& course, std::string_view remoteId);
 std::string TrimLeftBlanks(std::string_view text);
 std::string TrimRightBlanks(std::string_view text);
-void LogClickerCheck(Course& course, std::string_view text);
+void LogClickerCheck(Course& course, Host& host, std::string_view text);
 // The keys allowed while typing a remote ID: 0-9, A-F in either case, backspace, enter.
 bool IsRemoteIdKey(int key);
 

@@ -142,6 +142,10 @@ void ReadWebCTRoster(Course& course, Host& host) {
     std::string line;
     if (reader.IsOpen() && reader.ReadLine(line)) {
         ClassColumns columns = FindClassColumns(line, host);
+        // The WebCT export finds each line's user ID in the same column.
+        course.WebCTLastCol = columns.last;
+        course.WebCTFirstCol = columns.first;
+        course.WebCTUserCol = columns.user;
         Fields cells(kClassTopField);
         do {
             AddClassEntries(line, columns, cells, entries);

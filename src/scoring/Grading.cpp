@@ -55,17 +55,30 @@ void SumAvailablePoints(Course& course, const std::vector<char>& live) {
         session.MaxPoints = course.SessPerformance;
 }
 
+// Rows 0 to `last` of a table as one array. Touching the last row allocates the rows before it,
+// as touching each of them in turn would, so the values read and written stay the same.
+template <class T, int Upper>
+T* RowsUpTo(Table<T, Upper>& table, int last) {
+    table[last];
+    return &table[0];
+}
+
 // One voter's session points: the final answers on live questions, held at the cap after every
-// question, then the participation points, which the cap does not hold.
-void ScoreVoter(Course& course, VoteRec& vote, const std::vector<char>& live) {
+// question, then the participation points, which the cap does not hold. `liveRows` lists the
+// live questions in order; `questions` is the table's rows 0..NumQuestions.
+void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liveRows,
+                QuestionRec* questions) {
     const bool capped = course.SessPerformance >= 0;
+    const double cap = course.SessPerformance;
+    const int voters = course.NumVoters;
+    const int16_t* answers = RowsUpTo(vote.Answer, course.NumQuestions);
+    double* scores = RowsUpTo(vote.Score, course.NumQuestions);
     int16_t responses = 0;
     int16_t earned = 0;
-    vote.Score[0] = 0;
-    for (int q = 1; q <= course.NumQuestions; ++q) {
-        if (!live[q]) continue;
-        QuestionRec& question = course.Questions[q];
-        int16_t answer = vote.Answer[q];
+    scores[0] = 0;
+    for (int q : liveRows) {
+        QuestionRec& question = questions[q];
+        int16_t answer = answers[q];
         if (answer == kAnonymousAnswer) {
             // Nobody may see an anonymous answer: it counts as a response and earns nothing.
             Raise(responses, 1, "responses");
@@ -73,18 +86,17 @@ void ScoreVoter(Course& course, VoteRec& vote, const std::vector<char>& live) {
             continue;
         }
         double points = ChoicePointsOf(question, answer);
-        question.AveragePoints += points / course.NumVoters;
-        vote.Score[q] = points;
-        vote.Score[0] += points;
-        if (capped && vote.Score[0] > course.SessPerformance)
-            vote.Score[0] = course.SessPerformance;
+        question.AveragePoints += points / voters;
+        scores[q] = points;
+        scores[0] += points;
+        if (capped && scores[0] > cap) scores[0] = cap;
         if (points > 0) Raise(earned, 1, "earned");
         // A choice A to E is a response; no answer (6) and a row the log never filled (0) are not.
         if (answer >= 1 && answer < kNoAnswer) Raise(responses, 1, "responses");
         question.Anonymous = kFalse;
     }
     if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
-        vote.Score[0] += course.SessParticipation;
+        scores[0] += course.SessParticipation;
 }
 
 // ResponseCount[0] of a question with per-voter answers becomes the sum of its choices; an
@@ -148,10 +160,14 @@ void RecomputeSession(Course& course) {
     const std::vector<char> live = MarkLiveQuestions(course);
     SumAvailablePoints(course, live);
 
+    std::vector<int> liveRows;
+    for (int q = 1; q <= course.NumQuestions; ++q)
+        if (live[q]) liveRows.push_back(q);
+    QuestionRec* questions = RowsUpTo(course.Questions, course.NumQuestions);
     double classSum = 0;
     for (int r = 1; r <= course.NumVoters; ++r) {
         VoteRec& vote = course.Votes[r];
-        ScoreVoter(course, vote, live);
+        ScoreVoter(course, vote, liveRows, questions);
         classSum += vote.Score[0];
     }
     course.Questions[0].AveragePoints = course.NumVoters > 0 ? classSum / course.NumVoters : 0;

@@ -7,8 +7,9 @@
 
 namespace tallory {
 
-// The fields of one CSV line, numbered from 0 up to a top index the caller chose. Holds the texts
-// in one buffer that is reused from line to line, so splitting a long file allocates nothing.
+// The fields of one CSV line, numbered from 0 up to a top index the caller chose. Holds a copy of
+// the line in one buffer that is reused from line to line, and each field as a place in it, so
+// splitting a long file allocates nothing and copies no field on its own.
 class Fields {
   public:
     explicit Fields(int topIndex) : top_(topIndex) {}
@@ -17,16 +18,24 @@ class Fields {
     int Count() const { return count_; }
     bool Has(int index) const { return index >= 0 && index <= count_; }
     // The text of a field; empty for a field that is not there.
-    std::string_view operator[](int index) const;
+    std::string_view operator[](int index) const {
+        if (index < 0 || index > count_) return {};
+        const Span& span = spans_[static_cast<size_t>(index)];
+        return std::string_view(buffer_.data() + span.begin, span.size);
+    }
     std::string Text(int index) const { return std::string((*this)[index]); }
     int Top() const { return top_; }
 
   private:
+    struct Span {
+        uint32_t begin;
+        uint32_t size;
+    };
     friend void SplitFields(std::string_view line, Fields& fields);
     int top_;
     int count_ = -1;
     std::string buffer_;
-    std::vector<uint32_t> ends_;
+    std::vector<Span> spans_;
 };
 
 // Splits a line at commas and line feeds outside double quotes. Quotes are dropped; fields past the

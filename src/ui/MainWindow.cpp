@@ -17,10 +17,13 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "export/Export.h"
 #include "ui/CommandLabel.h"
 #include "ui/QtHost.h"
 #include "ui/ReportSummaryDialog.h"
 #include "ui/SessionDialogs.h"
+#include "ui/WebSyncDialog.h"
+#include "ui/WebUpdateDialog.h"
 
 namespace tallory {
 
@@ -326,11 +329,35 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(lblSessionSummaryReport_, &CommandLabel::clicked, this,
             [this] { OnSessionSummaryReport(); });
     connect(lblTermSummaryReport_, &CommandLabel::clicked, this, [this] { OnTermSummaryReport(); });
+    lblSyncWebRegn_ = MakeLink("Sync Web Registrations", "lblSyncWebRegn");
+    Scale(lblSyncWebRegn_, kTextPoints);
+    connect(lblSyncWebRegn_, &CommandLabel::clicked, this, [this] { OnSyncWebRegistrations(); });
+    CmdWebUpdate_ = new QPushButton("Web Update", this);
+    CmdWebUpdate_->setObjectName("CmdWebUpdate");
+    Scale(CmdWebUpdate_, kTextPoints);
+    connect(CmdWebUpdate_, &QPushButton::clicked, this, [this] { OnWebUpdate(); });
     footer->addWidget(cmdHelp_);
-    footer->addSpacing(12);
-    footer->addWidget(lblSessionSummaryReport_);
-    footer->addWidget(lblTermSummaryReport_);
+    footer->addWidget(CmdWebUpdate_);
     footer->addStretch(1);
+    // The grade exports, in the format the course was opened with (lblCMS's tag).
+    cmdExportAll_ = new QPushButton("Export All", this);
+    cmdExportAll_->setObjectName("CmdExportAll");
+    cmdExportSelected_ = new QPushButton("Export Selected", this);
+    cmdExportSelected_->setObjectName("CmdExportSelected");
+    for (QPushButton* button : {cmdExportAll_, cmdExportSelected_}) {
+        Scale(button, kTextPoints);
+        button->setMinimumWidth(130);
+        footer->addWidget(button);
+    }
+    connect(cmdExportAll_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { ExportAll(course_, host_, grid_.Format().tag); }); });
+    connect(cmdExportSelected_, &QPushButton::clicked, this,
+            [this] { Guarded([&] { ExportSelected(course_, host_, grid_.Format().tag); }); });
+    footer->addStretch(1);
+    footer->addWidget(lblSessionSummaryReport_, 0, Qt::AlignVCenter);
+    footer->addWidget(lblTermSummaryReport_, 0, Qt::AlignVCenter);
+    footer->addWidget(lblSyncWebRegn_, 0, Qt::AlignVCenter);
+    footer->addSpacing(12);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);
 }
@@ -385,6 +412,15 @@ void MainWindow::OnSessionSummaryReport() {
 
 void MainWindow::OnTermSummaryReport() {
     Guarded([&] { RunTermSummaryReport(course_, host_); });
+}
+
+void MainWindow::OnSyncWebRegistrations() {
+    Guarded([&] { OpenWebSync(this, course_, host_, grid_, fetcher_); });
+}
+
+void MainWindow::OnWebUpdate() {
+    WebUpdateDialog dialog(this);
+    dialog.exec();
 }
 
 void MainWindow::Exit() {

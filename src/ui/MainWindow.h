@@ -7,6 +7,7 @@
 
 #include "grid/ScoreGrid.h"
 #include "ui/ControlBinding.h"
+#include "web/CurlFetcher.h"
 
 class QCheckBox;
 class QComboBox;
@@ -64,6 +65,8 @@ class MainWindow : public QWidget {
     void OnEdit(int column);
     void OnSessionSummaryReport();
     void OnTermSummaryReport();
+    void OnSyncWebRegistrations();
+    void OnWebUpdate();
     void Exit();
 
     Course& course_;
@@ -92,6 +95,11 @@ class MainWindow : public QWidget {
     QPushButton* cmdExit_ = nullptr;
     CommandLabel* lblSessionSummaryReport_ = nullptr;
     CommandLabel* lblTermSummaryReport_ = nullptr;
+    QPushButton* cmdExportAll_ = nullptr;
+    QPushButton* cmdExportSelected_ = nullptr;
+    CommandLabel* lblSyncWebRegn_ = nullptr;
+    QPushButton* CmdWebUpdate_ = nullptr;
+    CurlFetcher fetcher_;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
     std::vector<ScaledFont> fonts_;

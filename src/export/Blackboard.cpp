@@ -1,0 +1,237 @@
+// Blackboard: the grade book gb_export.csv, in one of two layouts, and the two upload writers.
+
+#include <vector>
+
+#include "common/LineReader.h"
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "export/Export.h"
+#include "export/ExportTarget.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+
+namespace {
+
+struct Entry {
+    std::string username;
+    std::string lastName;
+    std::string firstName;
+};
+
+// What one pass over gb_export.csv found. Row 0 of `entries` stands for the header.
+struct Pass {
+    bool columns = false;  // the three separate columns, rather than names joined with the ID
+    std::vector<Entry> entries = std::vector<Entry>(1);
+    std::vector<std::pair<std::string, std::string>> raw;  // username and raw name cells per row
+};
+
+// The mark of 16-bit text as 8-bit text shows it; the file is not decoded any further.
+std::string WithoutQuotesAndMark(std::string_view text) {
+    return ReplaceAllNoCase(WithoutQuotes(text), "\xFF\xFE", "");
+}
+
+bool IsColumnsHeader(const std::vector<std::string>& cells) {
+    return cells.size() >= 3 && NormalKey(cells[0]) == "LAST NAME" &&
+           NormalKey(cells[1]) == "FIRST NAME" && NormalKey(cells[2]) == "USERNAME";
+}
+
+// The header: its first two cells are the upload's header cell.
+void ReadHeader(std::string_view line, bool keepRaw, Pass& pass, GradeBook& book) {
+    if (TrimView(line).empty()) return;
+    const std::vector<std::string> cells = SplitAt(line, ",");
+    if (keepRaw) book.header = CellAt(cells, 0) + "," + CellAt(cells, 1);
+    if (IsColumnsHeader(cells)) pass.columns = true;
+}
+
+// A student row. Joined layout: "Doe","Ann (adoe)|12345", the username in parentheses.
+void ReadRow(std::string_view line, Pass& pass) {
+    const std::vector<std::string> cells = SplitAt(line, ",");
+    Entry entry;
+    if (pass.columns) {
+        entry.lastName = Trim(WithoutQuotes(CellAt(cells, 0)));
+        entry.firstName = Trim(WithoutQuotes(CellAt(cells, 1)));
+        entry.username = Trim(WithoutQuotes(CellAt(cells, 2)));
+    } else {
+        const std::string raw = CellAt(cells, 0) + "," + CellAt(cells, 1);
+        const std::string names = Trim(cells[1]);
+        entry.lastName = WithoutQuotes(Trim(cells[0]));
+        entry.firstName = WithoutQuotes(Trim(names.substr(0, names.find('('))));
+        const std::vector<std::string> beforeId = SplitAt(names, "|");
+        const std::vector<std::string> nameAndUser = SplitAt(Trim(CellAt(beforeId, 0)), "(");
+        std::string user = Trim(CellAt(nameAndUser, 1));
+        for (std::string_view mark : {")", "|", "\""}) user = ReplaceAll(user, mark, "");
+        entry.username = Trim(user);
+        pass.raw.emplace_back(entry.username, raw);
+    }
+    // Entries(0..4000): one more row ends the read as a short row does.
+    if (pass.entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
+    pass.entries.push_back(std::move(entry));
+}
+
+// The first pass reads the file as one text. A file with bare line feeds keeps its rows that way;
+// a file with CR LF becomes one long line and gives no rows.
+Pass ReadWhole(const std::string& path, GradeBook& book) {
+    LineReader reader(path);
+    if (!reader.IsOpen()) throw GradeBookError{};
+    std::string text;
+    for (std::string line; reader.ReadLine(line);) text += line;
+    Pass pass;
+    if (TrimView(text).empty()) return pass;
+    const std::vector<std::string> lines = SplitAt(WithoutQuotesAndMark(text), "\n");
+    ReadHeader(lines[0], lines.size() > 1, pass, book);
+    for (size_t i = 1; i < lines.size(); ++i)
+        if (!TrimView(lines[i]).empty()) ReadRow(lines[i], pass);
+    return pass;
+}
+
+// The second pass, line by line, for a file with CR or CR LF line ends.
+Pass ReadByLine(const std::string& path, GradeBook& book) {
+    LineReader reader(path);
+    if (!reader.IsOpen()) throw GradeBookError{};
+    Pass pass;
+    std::string line;
+    if (reader.ReadLine(line)) ReadHeader(WithoutQuotesAndMark(line), true, pass, book);
+    while (reader.ReadLine(line)) {
+        const std::string text = WithoutQuotesAndMark(line);
+        if (!TrimView(text).empty()) ReadRow(text, pass);
+    }
+    return pass;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook& book) {
+    const std::string path = CoursePath(course.AppPath, "\\gb_export.csv");
+    try {
+        Pass pass = ReadWhole(path, book);
+        if (pass.entries.size() < 2) pass = ReadByLine(path, book);
+        if (pass.entries.size() < 2) throw GradeBookError{};
+        // The row one above the last is empty, and enters the roster as such.
+        const int next = static_cast<int>(pass.entries.size());
+        pass.entries.emplace_back();
+        for (int i = 1; i <= next; ++i) {
+            const Entry& entry = pass.entries[i];
+            course.RosterIDs[i] = entry.username;
+            AddRosterEntry(course, entry.username, entry.firstName, entry.lastName);
+        }
+        for (const auto& [user, raw] : pass.raw) book.rawByUser.emplace(NormalKey(user), raw);
+        course.NumRosterIDs = next;
+        return next;
+    } catch (const GradeBookError&) {
+    } catch (const RunTimeError&) {
+    }
+    ShowGradeBookMissing(
+        course, host, "Blackboard Roster not found", Icon::Information,
+        "Uploading your Polvane scores into Blackboard requires that your course gradebook has "
+        "already been imported from Blackboard into your Polvane course folder. Please run "
+        "'Campus Bridgeline' to import your Blackboard gradebook prior to exporting scores from "
+        "Tallory.",
+        "Exporting in Blackboard format requires the grade book to be  downloaded and placed in "
+        "the main directory with name gb_export.csv.",
+        true);
+    course.NumRosterIDs = 0;
+    return 0;
+}
+
+int ReadAgain(Course& course, Host& host, GradeBook& book) {
+    ClearRoster(course);
+    return ReadGradebook(course, host, book);
+}
+
+std::string Quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+std::string RawHeader(const GradeBook& book) {
+    return Quoted(book.header);
+}
+
+std::string SeparateHeader(const GradeBook&) {
+    return "\"Last Name\",\"First Name\",\"Username\"";
+}
+
+std::string PlainHeading(const std::string& label) {
+    return "," + label;
+}
+
+std::string QuotedHeading(const std::string& label) {
+    return "," + Quoted(label);
+}
+
+// The grade book's own name cells of the student, as one cell; empty in the three-column layout.
+std::string GradeBookRawOf(const GradeBook& book, const Course&, const UploadRow& row) {
+    auto found = book.rawByUser.find(NormalKey(row.id));
+    return Quoted(found == book.rawByUser.end() ? std::string() : found->second);
+}
+
+std::string RosterCellsOf(const GradeBook& book, const Course& course, const UploadRow& row) {
+    auto found = book.rosterRowOf.find(NormalKey(row.id));
+    if (found == book.rosterRowOf.end()) return Quoted(row.id);
+    const RosterRec& entry = course.Roster[found->second];
+    return Quoted(entry.LastName + "\",\"" + entry.FirstName + "\",\"" + entry.StudentId);
+}
+
+std::string QuotedScore(double score) {
+    return "," + Quoted(NumberText(score));
+}
+
+constexpr std::string_view kEmpty =
+    "No students found in Black Board download file. Grades not exported";
+
+constexpr ExportTarget kBlackboard{
+    .uploadFile = "UploadFile.csv",
+    .bareName = false,
+    .emptyText = kEmpty,
+    .doneText = "Wrote upload file: ",
+    .totalTitle = "Total",
+    .read = ReadAgain,
+    .userOf = nullptr,
+    .skipEmptyIds = true,
+    .headerCells = RawHeader,
+    .heading = PlainHeading,
+    .headerEnd = " \r\n",
+    .nameCells = GradeBookRawOf,
+    .scoreCell = QuotedScore,
+    .lineEnd = " \r\n",
+    .unmatched = UnmatchedRow::Left,
+    .unmatchedFrom = 0,
+    .unmatchedCell = "",
+};
+
+constexpr ExportTarget kBlackboard8{
+    .uploadFile = "UploadFile.csv",
+    .bareName = false,
+    .emptyText = kEmpty,
+    .doneText = "Wrote upload file: ",
+    .totalTitle = "Total",
+    .read = ReadAgain,
+    .userOf = nullptr,
+    .skipEmptyIds = true,
+    .headerCells = SeparateHeader,
+    .heading = QuotedHeading,
+    .headerEnd = " \r\n",
+    .nameCells = RosterCellsOf,
+    .scoreCell = QuotedScore,
+    .lineEnd = " \r\n",
+    .unmatched = UnmatchedRow::Left,
+    .unmatchedFrom = 0,
+    .unmatchedCell = "",
+};
+
+}  // namespace
+
+void ReadBlackboardGradebook(Course& course, Host& host) {
+    GradeBook book;
+    ReadGradebook(course, host, book);
+}
+
+void ExportBlackboard(Course& course, Host& host, bool fullUpload) {
+    RunExport(course, host, kBlackboard, fullUpload);
+}
+
+void ExportBlackboard8(Course& course, Host& host, bool fullUpload) {
+    RunExport(course, host, kBlackboard8, fullUpload);
+}
+
+}  // namespace tallory

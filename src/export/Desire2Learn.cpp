@@ -1,0 +1,180 @@
+// Desire2Learn: the grade book gradesexport.csv, and an upload in the system's import layout,
+// with a " Points Grade" column per session and a "#" at the end of every row.
+
+#include <vector>
+
+#include "common/LineReader.h"
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "export/Export.h"
+#include "export/ExportTarget.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+
+namespace {
+
+struct Entry {
+    std::string username;
+    std::string lastName;
+    std::string firstName;
+};
+
+// The marks of 16-bit and of UTF-8 text, as 8-bit text shows them.
+constexpr std::string_view kUnicodeMark = "\xFF\xFE";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+struct Columns {
+    int username = -1;
+    int lastName = -1;
+    int firstName = -1;
+};
+
+// Header cells in any order and case; the last cell of a name wins.
+Columns FindColumns(std::string_view header) {
+    Columns columns;
+    if (TrimView(header).empty()) return columns;
+    const std::vector<std::string> cells = SplitAt(header, ",");
+    if (cells.size() < 3) return columns;
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const std::string key = NormalKey(cells[i]);
+        if (key == "USERNAME") columns.username = static_cast<int>(i);
+        if (key == "LAST NAME") columns.lastName = static_cast<int>(i);
+        if (key == "FIRST NAME") columns.firstName = static_cast<int>(i);
+    }
+    return columns;
+}
+
+// Every row counts, whether or not a column of it is known.
+void ReadRow(std::string_view line, const Columns& columns, std::vector<Entry>& entries) {
+    const std::vector<std::string> cells = SplitAt(line, ",");
+    Entry entry;
+    if (columns.username >= 0) entry.username = Trim(CellAt(cells, columns.username));
+    if (columns.lastName >= 0) entry.lastName = Trim(CellAt(cells, columns.lastName));
+    if (columns.firstName >= 0) entry.firstName = Trim(CellAt(cells, columns.firstName));
+    if (entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
+    entries.push_back(std::move(entry));
+}
+
+// The first pass takes the first line only: the whole file when it uses bare line feeds.
+std::vector<Entry> ReadWhole(const std::string& path) {
+    LineReader reader(path);
+    std::string text;
+    if (!reader.IsOpen() || !reader.ReadLine(text)) throw GradeBookError{};
+    std::vector<Entry> entries(1);
+    text = WithoutQuotes(text);
+    if (TrimView(text).empty()) return entries;
+    const std::vector<std::string> lines = SplitAt(ReplaceAllNoCase(text, kUtf8Mark, ""), "\n");
+    const Columns columns = FindColumns(lines[0]);
+    for (size_t i = 1; i < lines.size(); ++i)
+        if (!TrimView(lines[i]).empty()) ReadRow(lines[i], columns, entries);
+    return entries;
+}
+
+// The second pass, line by line; only the first line is looked at for the 16-bit mark.
+std::vector<Entry> ReadByLine(const std::string& path) {
+    LineReader reader(path);
+    std::vector<Entry> entries(1);
+    std::string line;
+    if (!reader.ReadLine(line)) return entries;
+    const std::string header =
+        ReplaceAllNoCase(ReplaceAllNoCase(WithoutQuotes(line), kUnicodeMark, ""), kUtf8Mark, "");
+    const Columns columns = FindColumns(header);
+    while (reader.ReadLine(line)) {
+        const std::string text = ReplaceAllNoCase(WithoutQuotes(line), kUtf8Mark, "");
+        if (!TrimView(text).empty()) ReadRow(text, columns, entries);
+    }
+    return entries;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    const std::string path = CoursePath(course.AppPath, "\\gradesexport.csv");
+    try {
+        std::vector<Entry> entries = ReadWhole(path);
+        if (entries.size() < 2) entries = ReadByLine(path);
+        if (entries.size() >= 2) {
+            // The row one above the last is empty, and enters the roster as such.
+            const int next = static_cast<int>(entries.size());
+            entries.emplace_back();
+            for (int i = 1; i <= next; ++i) {
+                course.RosterIDs[i] = entries[i].username;
+                AddRosterEntry(course, entries[i].username, entries[i].firstName,
+                               entries[i].lastName);
+            }
+            course.NumRosterIDs = next;
+            return next;
+        }
+    } catch (const GradeBookError&) {
+    } catch (const RunTimeError&) {
+    }
+    ShowGradeBookMissing(
+        course, host, "Desire2Learn Roster not found", Icon::None,
+        "To integrate Polvane with your Desire2Learn system, \r\nPlease run 'Campus Bridgeline' "
+        "to import your Desire2Learn gradebook prior to exporting scores from Tallory.",
+        "To integrate Polvane with your Desire2Learn system, you must download your Desire2Learn "
+        "Gradebook and place a copy in your course folder with the filename "
+        "\"gradesexport.csv\".\r\n\r\nYou may conduct sessions without this file in place; your "
+        "student's voting information will be saved,but may not display or export in the proper "
+        "format until after the \"gradesexport.csv\" file has been added to your course folder.",
+        false);
+    course.NumRosterIDs = 0;
+    return 0;
+}
+
+int ReadAgain(Course& course, Host& host, GradeBook& book) {
+    ClearRoster(course);
+    return ReadGradebook(course, host, book);
+}
+
+std::string Header(const GradeBook&) {
+    return "username";
+}
+
+// The system takes no "/" or "\" in a column name: 09/14/2009 becomes 09_14_2009.
+std::string Heading(const std::string& label) {
+    return ", " + ReplaceAll(ReplaceAll(Trim(label), "/", "_"), "\\", "_") + " Points Grade";
+}
+
+std::string NameCells(const GradeBook&, const Course&, const UploadRow& row) {
+    return Trim(row.roster->StudentId);
+}
+
+// The file writer's own number item: a sign place, the digits, a blank.
+std::string Score(double score) {
+    return "," + NumberItem(score);
+}
+
+constexpr ExportTarget kDesire2Learn{
+    .uploadFile = "UploadFile.csv",
+    .bareName = false,
+    .emptyText = "No students found in Black Board download file. Grades not exported",
+    .doneText = "Wrote upload file: ",
+    .totalTitle = "Total",
+    .read = ReadAgain,
+    .userOf = nullptr,
+    .skipEmptyIds = true,
+    .headerCells = Header,
+    .heading = Heading,
+    .headerEnd = ", End-of-Line Indicator \r\n",
+    .nameCells = NameCells,
+    .scoreCell = Score,
+    .lineEnd = ",#\r\n",
+    .unmatched = UnmatchedRow::Left,
+    .unmatchedFrom = 0,
+    .unmatchedCell = "",
+};
+
+}  // namespace
+
+void ReadD2LGradebook(Course& course, Host& host) {
+    GradeBook book;
+    ReadGradebook(course, host, book);
+}
+
+void ExportD2L(Course& course, Host& host, bool fullUpload) {
+    RunExport(course, host, kDesire2Learn, fullUpload);
+}
+
+}  // namespace tallory

@@ -1,0 +1,159 @@
+// Moodle: the tab-separated grade book MoodleRoster.txt, and the tab-separated upload
+// MoodleUpload.xls. The email address serves as the student's ID.
+
+#include <vector>
+
+#include "common/LineReader.h"
+#include "common/Numbers.h"
+#include "common/Paths.h"
+#include "common/RunTimeError.h"
+#include "common/Text.h"
+#include "export/Export.h"
+#include "export/ExportTarget.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+
+namespace {
+
+// A header without one of the names reads that name from the first cell.
+struct Columns {
+    size_t firstName = 0;
+    size_t surname = 0;
+    size_t email = 0;
+};
+
+Columns FindColumns(std::string_view header) {
+    Columns columns;
+    const std::vector<std::string> cells = SplitAt(header, "\t");
+    for (size_t i = 0; i < cells.size(); ++i) {
+        const std::string key = NormalKey(cells[i]);
+        if (key == "FIRST NAME") columns.firstName = i;
+        if (key == "SURNAME") columns.surname = i;
+        if (ContainsNoCase(cells[i], "Email")) columns.email = i;
+    }
+    return columns;
+}
+
+// Students fill Roster from row 0, counted by NumRoster.
+void ReadRow(Course& course, std::string_view line, const Columns& columns) {
+    const std::vector<std::string> cells = SplitAt(line, "\t");
+    if (TrimView(CellAt(cells, 0)).empty()) return;
+    const std::string id = Trim(CellAt(cells, columns.email));
+    RosterRec& row = RosterRow(course, course.NumRoster);
+    course.RosterIDs[course.NumRoster] = id;
+    row.StudentId = id;
+    row.LastName = Trim(CellAt(cells, columns.surname));
+    row.FirstName = Trim(CellAt(cells, columns.firstName));
+    ++course.NumRoster;
+}
+
+// The file with CR or CR LF line ends, one line at a time.
+void ReadByLine(Course& course, const std::string& path) {
+    LineReader reader(path);
+    std::string line;
+    if (!reader.ReadLine(line)) return;
+    const Columns columns = FindColumns(line);
+    while (reader.ReadLine(line))
+        if (!TrimView(line).empty()) ReadRow(course, line, columns);
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    course.NumRoster = 1;
+    const std::string path = CoursePath(course.AppPath, "\\MoodleRoster.txt");
+    try {
+        LineReader reader(path);
+        if (!reader.IsOpen()) throw GradeBookError{};
+        std::string text;
+        if (reader.ReadLine(text)) {
+            ClearRoster(course);
+            const std::vector<std::string> lines = SplitAt(text, "\n");
+            if (lines.size() > 1) {
+                const Columns columns = FindColumns(lines[0]);
+                for (size_t i = 1; i < lines.size(); ++i)
+                    if (!TrimView(lines[i]).empty()) ReadRow(course, lines[i], columns);
+            } else {
+                ReadByLine(course, path);
+            }
+        }
+    } catch (const GradeBookError&) {
+    } catch (const RunTimeError&) {
+    }
+    // The rows so far stay, even after a short row.
+    if (course.NumRoster >= 2) {
+        RebuildRosterIndex(course);
+        course.NumRosterIDs = course.NumRoster;
+        return course.NumRoster;
+    }
+    ShowGradeBookMissing(
+        course, host, "File Not Found", Icon::Information,
+        "Uploading your Polvane scores into Moodle requires that your course gradebook has "
+        "already been imported from Moodle into your Polvane course folder. Please run 'Campus "
+        "Bridgeline' to import your Moodle gradebook prior to exporting scores from Tallory.",
+        "Exporting in Moodle {Ver 1.6, 1.8} format requires the grade book to be  downloaded and "
+        "placed in the main directory with name MoodleRoster.txt.",
+        true);
+    course.NumRoster = 0;
+    RebuildRosterIndex(course);
+    return 0;
+}
+
+std::string Header(const GradeBook&) {
+    return "First name\tSurname\tID number";
+}
+
+std::string Heading(const std::string& label) {
+    return "\t" + label;
+}
+
+std::string NameCells(const GradeBook&, const Course&, const UploadRow& row) {
+    return row.roster->FirstName + "\t" + row.roster->LastName + "\t" + row.roster->StudentId;
+}
+
+std::string Score(double score) {
+    return "\t" + NumberText(score) + " ";
+}
+
+constexpr ExportTarget kMoodle{
+    .uploadFile = "MoodleUpload.xls",
+    .bareName = false,
+    .emptyText = "No students found in Moodle download file. Grades not exported",
+    .doneText = "Wrote upload file: ",
+    .totalTitle = "Total",
+    .read = ReadGradebook,
+    .userOf = nullptr,
+    .skipEmptyIds = false,
+    .headerCells = Header,
+    .heading = Heading,
+    .headerEnd = " \r\n",
+    .nameCells = NameCells,
+    .scoreCell = Score,
+    .lineEnd = " \r\n",
+    .unmatched = UnmatchedRow::FirstName,
+    .unmatchedFrom = 1,
+    .unmatchedCell = "\t ",
+};
+
+}  // namespace
+
+void ReadMoodleRoster(Course& course, Host& host) {
+    GradeBook book;
+    ReadGradebook(course, host, book);
+}
+
+void CheckMoodleRoster(Course& course, Host& host, bool fullUpload) {
+    if (!FileExists(CoursePath(course.AppPath, "\\MoodleRoster.Txt"))) {
+        host.Message("Please copy student Grade Book (Exported in Text File)from Moodle in '\r\n" +
+                         course.AppPath +
+                         "' folder and rename it to 'MoodleRoster.Txt' and then try again",
+                     "MoodleRoster Not found", Icon::Information);
+        return;
+    }
+    ExportMoodle(course, host, fullUpload);
+}
+
+void ExportMoodle(Course& course, Host& host, bool fullUpload) {
+    RunExport(course, host, kMoodle, fullUpload);
+}
+
+}  // namespace tallory

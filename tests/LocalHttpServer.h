@@ -1,0 +1,137 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tallory::test {
+
+// A small HTTP server on 127.0.0.1 (a free port) for the tests of the registration fetches. It
+// answers each GET from a handler, one connection at a time, and stops with the object. Requests
+// never leave the machine: the test sets no_proxy for the loopback address.
+class LocalHttpServer {
+  public:
+    struct Reply {
+        int status = 200;
+        std::string body;
+    };
+    using Handler = std::function<Reply(const std::string& target)>;
+
+    explicit LocalHttpServer(Handler handler) : handler_(std::move(handler)) {
+        setenv("no_proxy", "127.0.0.1,localhost", 1);
+        setenv("NO_PROXY", "127.0.0.1,localhost", 1);
+        listener_ = socket(AF_INET, SOCK_STREAM, 0);
+        int yes = 1;
+        setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_port = 0;
+        bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        socklen_t length = sizeof address;
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
+        port_ = ntohs(address.sin_port);
+        listen(listener_, 8);
+        thread_ = std::thread([this] { Serve(); });
+    }
+
+    ~LocalHttpServer() {
+        stop_ = true;
+        thread_.join();
+        close(listener_);
+    }
+
+    LocalHttpServer(const LocalHttpServer&) = delete;
+    LocalHttpServer& operator=(const LocalHttpServer&) = delete;
+
+    int Port() const { return port_; }
+    // "http://127.0.0.1:<port>/"
+    std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+
+    // The request targets ("/path?query") and heads received so far.
+    std::vector<std::string> Targets() const {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return targets_;
+    }
+    std::vector<std::string> Heads() const {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return heads_;
+    }
+
+    // A loopback port that nobody listens on: taken from the system and given back at once.
+    static int UnusedPort() {
+        int probe = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        socklen_t length = sizeof address;
+        getsockname(probe, reinterpret_cast<sockaddr*>(&address), &length);
+        close(probe);
+        return ntohs(address.sin_port);
+    }
+
+  private:
+    void Serve() {
+        while (!stop_) {
+            pollfd waiting{listener_, POLLIN, 0};
+            if (poll(&waiting, 1, 50) <= 0) continue;
+            const int connection = accept(listener_, nullptr, nullptr);
+            if (connection < 0) continue;
+            Answer(connection);
+            close(connection);
+        }
+    }
+
+    void Answer(int connection) {
+        std::string head;
+        char buffer[1024];
+        while (head.find("\r\n\r\n") == std::string::npos) {
+            pollfd readable{connection, POLLIN, 0};
+            if (poll(&readable, 1, 2000) <= 0) return;
+            const ssize_t got = recv(connection, buffer, sizeof buffer, 0);
+            if (got <= 0) return;
+            head.append(buffer, static_cast<size_t>(got));
+        }
+        const size_t start = head.find(' ') + 1;
+        const std::string target = head.substr(start, head.find(' ', start) - start);
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            targets_.push_back(target);
+            heads_.push_back(head);
+        }
+        const Reply reply = handler_(target);
+        std::string text =
+            "HTTP/1.1 " + std::to_string(reply.status) +
+            (reply.status == 200 ? " OK" : " Not Found") +
+            "\r\nContent-Type: text/plain\r\nContent-Length: " + std::to_string(reply.body.size()) +
+            "\r\nConnection: close\r\n\r\n" + reply.body;
+        for (size_t sent = 0; sent < text.size();) {
+            const ssize_t wrote =
+                send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+            if (wrote <= 0) return;
+            sent += static_cast<size_t>(wrote);
+        }
+    }
+
+    Handler handler_;
+    int listener_ = -1;
+    int port_ = 0;
+    std::atomic<bool> stop_{false};
+    std::thread thread_;
+    mutable std::mutex mutex_;
+    std::vector<std::string> targets_;
+    std::vector<std::string> heads_;
+};
+
+}  // namespace tallory::test

@@ -1,0 +1,509 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "export/Export.h"
+#include "export/ExportFormat.h"
+#include "registration/Roster.h"
+
+namespace tallory {
+namespace {
+
+using test::DataPath;
+using test::ReadBytes;
+using test::TempCourse;
+
+const std::string kHelp =
+    "\r\nPlease see manual for more information or go to https://www.tallory.example/support "
+    "for help.";
+
+// A course opened with a CMS setting and, when given, its grade-book file. Its three sessions are
+// an untitled one, "Quiz 1" and another untitled one; the students and their scores per session
+// come from a students.csv ("id,s1,s2,s3").
+struct OpenCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    ExportFormat format;
+
+    OpenCourse(const std::string& cms, const std::string& studentsFile,
+               const std::vector<std::pair<std::string, std::string>>& files = {}) {
+        course.AppPath = folder.Path();
+        for (const auto& [name, content] : files) folder.Write(name, content);
+        format = SetExportFormat(course, host, cms);
+        course.NumSessions = 3;
+        course.SessionFile[1] = "L2609081000.csv";
+        course.SessionFile[2] = "L2609101000.csv";
+        course.SessionTitle[2] = "Quiz 1";
+        course.SessionFile[3] = "L2609151000.csv";
+        std::istringstream lines(ReadBytes(studentsFile));
+        for (std::string line; std::getline(lines, line);) {
+            StudentRec& student = course.Students[++course.NumStudents];
+            std::istringstream cells(line);
+            std::getline(cells, student.StudentId, ',');
+            for (int k = 1; k <= 3; ++k) {
+                std::string cell;
+                std::getline(cells, cell, ',');
+                student.Score[k] = std::stod(cell);
+                student.Score[0] += student.Score[k];
+            }
+        }
+    }
+
+    void Select(std::initializer_list<int> sessions) {
+        for (int k : sessions) course.ExportSel[k] = 1;
+    }
+    std::vector<std::string> Texts() const {
+        std::vector<std::string> texts;
+        for (const auto& shown : host.messages) texts.push_back(shown.text);
+        return texts;
+    }
+    std::vector<std::string> Titles() const {
+        std::vector<std::string> titles;
+        for (const auto& shown : host.messages) titles.push_back(shown.title);
+        return titles;
+    }
+    // The names in the course folder, apart from the grade book the course was given.
+    std::vector<std::string> Written() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+};
+
+std::string ExportData(const std::string& relative) {
+    return ReadBytes(DataPath("export/" + relative));
+}
+
+std::string StudentsOf(const std::string& target) {
+    const std::string own = DataPath("export/" + target + "/students.csv");
+    return std::filesystem::exists(own) ? own : DataPath("export/students.csv");
+}
+
+// ---- Golden uploads: every target, each grade book in both line-end styles where the reader
+// tells them apart, export all and export selected (sessions 1 and 3).
+
+struct Golden {
+    const char* target;      // tests/data/export/<target>
+    const char* cms;         // the course's CMS setting
+    const char* gradeBook;   // the file in the target's folder
+    const char* courseFile;  // its name in the course folder
+    const char* all;         // expected uploads in the target's folder
+    const char* selected;
+    const char* upload;          // the upload file of export all
+    const char* selectedUpload;  // that of export selected, when it differs
+    const char* done;            // the message after writing, without the file name
+};
+
+constexpr Golden kGolden[] = {
+    {"general", "General", "Roster.txt", "Roster.txt", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Saved scores to file: "},
+    {"general", "no such system", "Roster.txt", "roster.TXT", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Saved scores to file: "},
+    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "all.expected",
+     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.bb.expected",
+     "selected.bb.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", "all.bb80.expected",
+     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", "all.bb80.expected",
+     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", "all.crlf.expected",
+     "selected.crlf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
+    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", "all.lf.expected",
+     "selected.lf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
+    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "all.expected", "selected.expected",
+     "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "all.expected",
+     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
+    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "all.expected",
+     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
+    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "all.expected",
+     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "all.expected",
+     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+};
+
+TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
+    for (const Golden& c : kGolden) {
+        for (bool all : {true, false}) {
+            SCOPED_TRACE(testing::Message() << c.target << " " << c.cms << " " << c.gradeBook
+                                            << (all ? " all" : " selected"));
+            const std::string target = c.target;
+            OpenCourse open(c.cms, StudentsOf(target),
+                            {{c.courseFile, ExportData(target + "/" + c.gradeBook)}});
+            EXPECT_EQ(open.Texts(), std::vector<std::string>{}) << "at course start";
+            open.host.messages.clear();
+            open.Select({1, 3});
+            // The General export's choices: all three identifying columns, or "Remote ID Only".
+            open.host.option = OptionChoice{all ? 0 : 4, false};
+            const std::string tag = open.format.tag;
+            if (all) {
+                ExportAll(open.course, open.host, tag);
+            } else {
+                ExportSelected(open.course, open.host, tag);
+            }
+            const std::string upload = all || !c.selectedUpload ? c.upload : c.selectedUpload;
+            const std::string path = open.folder.File(upload);
+            EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? c.all : c.selected)));
+            const std::string done =
+                c.done + (std::string_view(c.done).starts_with("Saved") ? path : upload);
+            EXPECT_EQ(open.Texts(), std::vector<std::string>{done});
+            EXPECT_EQ(open.host.written, std::vector<std::string>{path});
+            EXPECT_TRUE(open.host.started.empty());
+        }
+    }
+}
+
+TEST(Export, CampusEditionSixIsReachedOnlyByExportSelected) {
+    for (bool all : {true, false}) {
+        OpenCourse open("WEB CT CE 6.1", DataPath("export/students.csv"),
+                        {{"class.txt", ExportData("campus/class.crlf.txt")}});
+        open.Select({1, 3});
+        if (all) {
+            ExportAll(open.course, open.host, "WebCT CE 6.1");
+        } else {
+            ExportSelected(open.course, open.host, "WebCT CE 6.1");
+        }
+        const std::string upload = all ? "UploadFile.csv" : "WebCT6Upload.csv";
+        EXPECT_EQ(open.folder.Read(upload),
+                  ExportData(all ? "campus/all.expected" : "campus/selected.expected"));
+        EXPECT_EQ(open.Texts(), std::vector<std::string>{"Wrote upload file: " + upload});
+    }
+}
+
+// ---- What the two commands do before any target runs
+
+TEST(Export, ExportSelectedWithoutATickedSessionWritesNothing) {
+    OpenCourse open("BB", DataPath("export/students.csv"),
+                    {{"gb_export.csv", ExportData("blackboard/gb_export.crlf.csv")}});
+    ExportSelected(open.course, open.host, open.format.tag);
+    EXPECT_EQ(open.Texts(), std::vector<std::string>{
+                                "Please first select a session to export using checkbox in top "
+                                "row."});
+    EXPECT_EQ(open.Written(), std::vector<std::string>{"gb_export.csv"});
+}
+
+TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
+    struct Case {
+        bool all;
+        Answer answer;
+        const char* title;
+        const char* text;
+    } cases[] = {
+        {true, Answer::No, "Confirm General Export : UploadFile.csv",
+         "No default or Invalid output Format selected for export, Would you like to proceed "
+         "with general export for the selected session(s)"},
+        {false, Answer::No, "Confirm General Export : Tallory",
+         "No default or Invalid output Format selected for export, Do you want to proceed with "
+         "general export for the selected session(s)"},
+        {true, Answer::Yes, "Confirm General Export : UploadFile.csv", nullptr},
+        {false, Answer::Yes, "Confirm General Export : Tallory", nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.all << (c.answer == Answer::Yes));
+        OpenCourse open("General", DataPath("export/students.csv"),
+                        {{"Roster.txt", ExportData("general/Roster.txt")}});
+        open.Select({1, 3});
+        open.host.answers.push_back(c.answer);
+        open.host.option = OptionChoice{c.all ? 0 : 2, false};
+        if (c.all) {
+            ExportAll(open.course, open.host, "Web CT CE 4.1");
+        } else {
+            ExportSelected(open.course, open.host, "unknown");
+        }
+        ASSERT_FALSE(open.host.messages.empty());
+        EXPECT_EQ(open.host.messages[0].title, c.title);
+        EXPECT_EQ(open.host.messages[0].buttons, Buttons::YesNo);
+        if (c.text) {
+            EXPECT_EQ(open.host.messages[0].text, c.text);
+            EXPECT_EQ(open.host.messages.size(), 1u);
+            EXPECT_FALSE(open.folder.Exists("UploadFile.csv"));
+        } else {
+            EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+                      ExportData(c.all ? "general/all.expected" : "general/selected.expected"));
+        }
+    }
+}
+
+TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
+    OpenCourse open("General", DataPath("export/students.csv"));
+    open.folder.Write("UploadFile.csv", "old");
+    open.host.option = OptionChoice{0, true};
+    ExportAll(open.course, open.host, "GENERAL");
+    EXPECT_EQ(open.folder.Read("UploadFile.csv"), "old");
+    EXPECT_TRUE(open.host.messages.empty());
+    ASSERT_EQ(open.host.dialogs.size(), 1u);
+    const OptionDialog& dialog = open.host.dialogs[0];
+    EXPECT_EQ(dialog.title, "Select export option");
+    EXPECT_EQ(dialog.preselected, 2);
+    EXPECT_EQ(dialog.choices[2], "Student ID only ");
+    EXPECT_EQ(dialog.choices[4], "Remote ID Only");
+
+    // Without a roster, names are empty cells; a row without ID is left out.
+    open.host.option = OptionChoice{3, false};
+    open.Select({2});
+    open.course.Students[2].StudentId = "  ";
+    ExportSelected(open.course, open.host, "GENERAL");
+    EXPECT_EQ(open.Texts(), std::vector<std::string>{"Saved scores to file: " +
+                                                     open.folder.File("UploadFile.csv")});
+    EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+              "Last Name,First Name, Quiz 1 \r\n"
+              "\"\",\"\", 2.5 \r\n"
+              "\"#1A3FA7\",\"\", 0 \r\n"
+              "\"\",\"\", 5 ");
+}
+
+// ---- Grade books that are missing or give no students: the reader's message, then the
+// target's empty-list message, and no file.
+
+TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
+    struct Case {
+        const char* cms;
+        std::vector<std::string> titles;
+        std::vector<std::string> texts;
+    } cases[] = {
+        {"WEB CT",
+         {"Tallory", "Tallory"},
+         {"Exporting in WebCT format requires the grade book to be downloaded and placed in the "
+          "main directory with name class.txt",
+          "No students found in WebCT download file. Grades not exported"}},
+        {"WEB CT CE 4.1",
+         {"File Not Found", "Tallory"},
+         {"Exporting in WebCT Campus Edition format requires the grade book to be  downloaded "
+          "and placed in the main directory with name class.txt." +
+              kHelp,
+          "No students found in WebCT download file. Grades not exported"}},
+        {"BB80",
+         {"Blackboard Roster not found", "Tallory"},
+         {"Exporting in Blackboard format requires the grade book to be  downloaded and placed "
+          "in the main directory with name gb_export.csv." +
+              kHelp,
+          "No students found in Black Board download file. Grades not exported"}},
+        {"ANGEL",
+         {"Angel Roster not found", "Tallory"},
+         {"Exporting in Angel format requires the grade book to be  downloaded and placed in the "
+          "main directory with name gradebook.csv." +
+              kHelp,
+          "No students found in angel download file. Grades not exported"}},
+        {"D2L",
+         {"Desire2Learn Roster not found", "Tallory"},
+         {"To integrate Polvane with your Desire2Learn system, you must download your "
+          "Desire2Learn Gradebook and place a copy in your course folder with the filename "
+          "\"gradesexport.csv\".\r\n\r\nYou may conduct sessions without this file in place; "
+          "your student's voting information will be saved,but may not display or export in the "
+          "proper format until after the \"gradesexport.csv\" file has been added to your course "
+          "folder.",
+          "No students found in Black Board download file. Grades not exported"}},
+        {"SAKAI",
+         {"Sakai Roster not found", "Tallory"},
+         {"To integrate Polvane with your Sakai system, you must download your Sakai Gradebook "
+          "and place a copy in your course folder with the filename \"sakaigradebook.csv\"."
+          "\r\n\r\nYou may conduct sessions without this file in place; your student's voting "
+          "information will be saved,but may not display or export in the proper format until "
+          "after the \"sakaigradebook.csv\" file has been added to your course folder.",
+          "No students found in Sakai download file. Grades not exported"}},
+        {"MOODLE",
+         {"MoodleRoster Not found"},
+         {"Please copy student Grade Book (Exported in Text File)from Moodle in '\r\n{course}' "
+          "folder and rename it to 'MoodleRoster.Txt' and then try again"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cms);
+        OpenCourse open(c.cms, DataPath("export/students.csv"));
+        // The course start reported the same missing file in its own words.
+        EXPECT_FALSE(open.host.messages.empty());
+        open.host.messages.clear();
+        ExportAll(open.course, open.host, open.format.tag);
+        std::vector<std::string> texts = c.texts;
+        for (std::string& text : texts)
+            if (size_t at = text.find("{course}"); at != std::string::npos)
+                text.replace(at, 8, open.course.AppPath);
+        EXPECT_EQ(open.Texts(), texts);
+        EXPECT_EQ(open.Titles(), c.titles);
+        EXPECT_EQ(open.Written(), std::vector<std::string>{});
+    }
+}
+
+TEST(Export, GradeBooksThatGiveNoStudents) {
+    struct Case {
+        const char* why;
+        const char* cms;
+        const char* tag;  // when the export key differs from the course's
+        const char* file;
+        const char* content;
+        std::vector<std::string> titles;  // at export
+    } cases[] = {
+        {"an empty grade book",
+         "BB",
+         nullptr,
+         "gb_export.csv",
+         "",
+         {"Blackboard Roster not found", "Tallory"}},
+        {"joined names without the username in parentheses",
+         "BB",
+         nullptr,
+         "gb_export.csv",
+         "Name,Student\r\nDoe,Ann|1001\r\n",
+         {"Blackboard Roster not found", "Tallory"}},
+        {"an Angel row of two cells",
+         "ANGEL",
+         nullptr,
+         "gradebook.csv",
+         "L,F,ID\r\nDoe,Ann,adoe\r\nSmith,Bob\r\n",
+         {"Angel Roster not found", "Tallory"}},
+        {"a quoted Sakai header",
+         "SAKAI",
+         nullptr,
+         "sakaigradebook.csv",
+         "\"Student ID\",\"Student Name\"\r\nadoe,\"Doe, Ann\"\r\nbsmith,\"Smith, Bob\"\r\n",
+         {"Sakai Roster not found", "Tallory"}},
+        {"a Moodle grade book of one student",
+         "MOODLE",
+         nullptr,
+         "MoodleRoster.txt",
+         "First name\tSurname\tEmail address\r\nAnn\tDoe\tann@x\r\n",
+         {"File Not Found", "Tallory"}},
+        {"a bare-LF class.txt read line by line",
+         "WEB CT CE 6.1",
+         "WEBCT CE 6.1",
+         "class.txt",
+         "Last Name,First Name,User ID\nDoe,Ann,adoe\nSmith,Bob,bsmith\n",
+         {"Unable to read class.txt", "Tallory"}},
+        {"a class.txt of a header alone",
+         "WEB CT",
+         nullptr,
+         "class.txt",
+         "Last Name,First Name,User ID\r\n",
+         {"Tallory"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        OpenCourse open(c.cms, DataPath("export/students.csv"), {{c.file, c.content}});
+        open.host.messages.clear();
+        open.Select({1});
+        ExportSelected(open.course, open.host, c.tag ? c.tag : open.format.tag.c_str());
+        EXPECT_EQ(open.Titles(), c.titles);
+        EXPECT_TRUE(open.Texts().back().starts_with("No students found in "))
+            << open.Texts().back();
+        EXPECT_EQ(open.Written(), std::vector<std::string>{c.file});
+    }
+}
+
+// ---- The sibling upload tool
+
+TEST(Export, TheUploadToolStartsAfterAnExportAndIsNamedInTheMessages) {
+    OpenCourse open("SAKAI", DataPath("export/students.csv"),
+                    {{"campus bridgeline.EXE", ""},
+                     {"sakaigradebook.csv", ExportData("sakai/sakaigradebook.crlf.csv")}});
+    ExportAll(open.course, open.host, open.format.tag);
+    EXPECT_EQ(open.folder.Read("UploadFile.csv"), ExportData("sakai/all.expected"));
+    EXPECT_EQ(open.host.started,
+              std::vector<std::string>{open.course.AppPath + "/Campus Bridgeline.exe upload"});
+
+    // The General export never starts it; a missing grade book says to run it.
+    OpenCourse general("General", DataPath("export/students.csv"), {{"Campus Bridgeline.exe", ""}});
+    ExportAll(general.course, general.host, "GENERAL");
+    EXPECT_TRUE(general.host.started.empty());
+    OpenCourse blackboard("BB", DataPath("export/students.csv"), {{"Campus Bridgeline.exe", ""}});
+    ASSERT_EQ(blackboard.host.messages.size(), 1u);
+    EXPECT_EQ(blackboard.host.messages[0].text,
+              "Uploading your Polvane scores into Blackboard requires that your course gradebook "
+              "has already been imported from Blackboard into your Polvane course folder. Please "
+              "run 'Campus Bridgeline' to import your Blackboard gradebook prior to exporting "
+              "scores from Tallory." +
+                  kHelp);
+}
+
+// ---- An upload that cannot be written: the one message, and nothing half-written left behind.
+
+TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
+    struct Case {
+        const char* cms;
+        const char* file;
+        const char* gradeBook;
+        const char* upload;
+    } cases[] = {
+        {"General", "Roster.txt", "general/Roster.txt", "UploadFile.csv"},
+        {"WEB CT", "class.txt", "webct/class.crlf.txt", "UploadFile.csv"},
+        {"MOODLE", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "MoodleUpload.xls"},
+        {"D2L", "gradesexport.csv", "d2l/gradesexport.lf.csv", "UploadFile.csv"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cms);
+        OpenCourse open(c.cms, DataPath("export/students.csv"),
+                        {{c.file, ExportData(c.gradeBook)}});
+        if (std::string_view(c.cms) == "MOODLE")
+            open.course.Students[1].StudentId = "ann@uni.example";
+        // A folder of the upload's name cannot be replaced by a file.
+        std::filesystem::create_directory(open.folder.File(c.upload));
+        open.host.messages.clear();
+        ExportAll(open.course, open.host, open.format.tag);
+        const std::string name = c.upload;
+        const std::string text =
+            std::string_view(c.cms) == "General"
+                ? "The UploadFile.csv is already open (with write access by another program). "
+                  "Please close this file before attempting to export scores from Tallory.\r\n"
+                  "While UploadFile.csv is open, any changes you make in Tallory will not be saved "
+                  "and will be overwritten. Please close UploadFile.csv before continuing with "
+                  "your work and exporting session data from Tallory"
+                : "The " + name +
+                      " is already open (with write access by another program). Please close "
+                      "this file before attempting to export scores from Tallory.\r\nWhile " +
+                      name +
+                      " is open, any changes you make in Tallory will not be saved and will be "
+                      "overwritten.  Please close " +
+                      name +
+                      " before continuing with your work and exporting session data from "
+                      "Tallory";
+        ASSERT_EQ(open.host.messages.size(), 1u);
+        EXPECT_EQ(open.host.messages[0].text, text);
+        EXPECT_EQ(open.host.messages[0].title, "Error");
+        EXPECT_EQ(open.host.messages[0].icon, Icon::Information);
+        std::vector<std::string> expected{c.file, c.upload};
+        std::sort(expected.begin(), expected.end());
+        EXPECT_EQ(open.Written(), expected);
+        EXPECT_TRUE(open.host.written.empty());
+        EXPECT_TRUE(open.host.started.empty());
+    }
+}
+
+// ---- The export works on the grade book as it is now, and leaves its marks on the course.
+
+TEST(Export, TheGradeBookIsReadAgainAndTheTotalColumnKeepsItsTitle) {
+    OpenCourse open("BB80", DataPath("export/students.csv"),
+                    {{"gb_export.csv", ExportData("blackboard-columns/gb_export.crlf.csv")}});
+    open.folder.Write("gb_export.csv",
+                      "Last Name,First Name,Username\r\nNguyen,Cam,cnew\r\nDoe,Ann,ADOE\r\n");
+    open.Select({2});
+    ExportSelected(open.course, open.host, open.format.tag);
+    EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+              "\"Last Name\",\"First Name\",\"Username\",\"Quiz 1\" \r\n"
+              "\"Nguyen\",\"Cam\",\"cnew\",\"5\" \r\n"
+              "\"Doe\",\"Ann\",\"ADOE\",\"2.5\" \r\n");
+    EXPECT_EQ(open.course.SessionTitle[0], "Total");
+    EXPECT_EQ(GetRosterEntry(open.course, "zlate").StudentId, "");
+}
+
+}  // namespace
+}  // namespace tallory

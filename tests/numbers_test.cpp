@@ -1,0 +1,210 @@
+// The fast conversions against the standard library's: the same answer and the same double, bit
+// for bit, for every text.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "common/Numbers.h"
+
+namespace tallory {
+namespace {
+
+uint64_t Bits(double value) {
+    uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+// Returns the number of texts that disagree, and reports the first few.
+int CountDisagreements(const std::vector<std::string>& texts) {
+    int wrong = 0;
+    for (const std::string& text : texts) {
+        double fast = -7, reference = -7;
+        bool fastNumeric = ToDouble(text, fast);
+        bool referenceNumeric = ToDoubleReference(text, reference);
+        double leading = LeadingNumber(text), leadingReference = LeadingNumberReference(text);
+        if (fastNumeric != referenceNumeric || Bits(fast) != Bits(reference) ||
+            Bits(leading) != Bits(leadingReference) || IsNumeric(text) != referenceNumeric) {
+            if (++wrong <= 10)
+                ADD_FAILURE() << "\"" << text << "\": ToDouble " << fastNumeric << " " << fast
+                              << ", reference " << referenceNumeric << " " << reference
+                              << "; LeadingNumber " << leading << ", reference "
+                              << leadingReference;
+        }
+    }
+    return wrong;
+}
+
+TEST(NumberConversion, HandPickedTextsGiveTheReferenceDouble) {
+    std::vector<std::string> texts = {
+        "1",
+        "-0",
+        "+0",
+        "0",
+        ".5",
+        "-.5",
+        "5.",
+        "1e3",
+        "1E3",
+        "1d3",
+        "1D-3",
+        "1e",
+        "1e+",
+        "1e+5x",
+        "1,5",
+        " 2 ",
+        "\t2\t",
+        " 2 x",
+        "1.0000000000000002",
+        "0.1",
+        "0.3",
+        "12.3",
+        " 12.3 ",
+        "abc",
+        "",
+        " ",
+        ".",
+        "-",
+        "+",
+        "+-1",
+        "--1",
+        "1.2.3",
+        "1 2",
+        "A ",
+        "D ",
+        "e5",
+        ".e5",
+        "1.e5",
+        "123456789012345",
+        "1234567890123456",
+        "12345678901234567890",
+        "9007199254740993",
+        "0.000000000000001",
+        "00000000000000000001",
+        "1e308",
+        "1.8e308",
+        "1e309",
+        "-1e309",
+        "4.9e-324",
+        "2e-324",
+        "2.2250738585072011e-308",
+        "2.2250738585072014e-308",
+        "1e-400",
+        "0e999",
+        "0e-999",
+        "0.0e0",
+        "1E+15",
+        "1E-10",
+        " .333333333333333 ",
+        "1000000000000005",
+        "0.30000000000000004",
+        "3.14159265358979323846",
+        "12abc",
+        " 3.5 points",
+        "\r\n 7",
+        "7\r",
+        "1\n",
+        "12345678",
+        "1234567.",
+        ".1234567",
+        "-1234567",
+        " 123456 ",
+        "1\t",
+        "+.",
+        "-.",
+        "..5",
+        "5..",
+        "1e5.5",
+        "1_0",
+        std::string(30, '9'),
+        std::string(400, '9'),
+        "0." + std::string(330, '0') + "1",
+        "0." + std::string(290, '0') + "1",
+        std::string(299, '1'),
+        std::string(301, '1'),
+        "-" + std::string(310, '9') + ".5",
+    };
+    EXPECT_EQ(CountDisagreements(texts), 0);
+}
+
+TEST(NumberConversion, EveryShortTextOfNumberCharactersGivesTheReferenceDouble) {
+    // Every text of up to five characters over the characters that make or break a number.
+    const std::string alphabet = " \t+-.019eEdDx,";
+    std::vector<std::string> texts = {""};
+    for (size_t from = 0, length = 1; length <= 5; ++length) {
+        size_t to = texts.size();
+        for (size_t i = from; i < to; ++i)
+            for (char c : alphabet) texts.push_back(texts[i] + c);
+        from = to;
+    }
+    EXPECT_EQ(CountDisagreements(texts), 0);
+    // Again, now that short texts have answers remembered, in another order.
+    std::reverse(texts.begin(), texts.end());
+    EXPECT_EQ(CountDisagreements(texts), 0);
+}
+
+TEST(NumberConversion, GeneratedNumberTextsGiveTheReferenceDouble) {
+    std::mt19937_64 random(13);
+    auto pick = [&](int n) { return static_cast<int>(random() % n); };
+    std::vector<std::string> texts;
+    for (int i = 0; i < 300000; ++i) {
+        std::string text(pick(3), ' ');
+        if (pick(4) == 0) text += "+-"[pick(2)];
+        int digits = 1 + pick(i % 3 == 0 ? 25 : 9);
+        int point = pick(digits + 2) - 1;  // -1: no point
+        for (int d = 0; d < digits; ++d) {
+            if (d == point) text += '.';
+            text += static_cast<char>('0' + (pick(5) == 0 ? 0 : pick(10)));
+        }
+        if (pick(8) == 0) text += "eEdD"[pick(4)] + std::to_string(pick(700) - 350);
+        text += std::string(pick(3), " \t"[pick(2)]);
+        texts.push_back(text);
+    }
+    // Numbers as printers write them, with every digit a double can carry.
+    for (int i = 0; i < 100000; ++i) {
+        double value;
+        uint64_t bits = random();
+        std::memcpy(&value, &bits, sizeof value);
+        char buffer[64];
+        const char* format = i % 3 == 0 ? "%.17g" : i % 3 == 1 ? "%.15G" : "%.6f";
+        std::snprintf(buffer, sizeof buffer, format, i % 2 ? value : (random() % 100000) / 100.0);
+        texts.push_back(buffer);
+        texts.push_back(NumberItem(pick(1000) / 8.0 - 60));
+    }
+    EXPECT_EQ(CountDisagreements(texts), 0);
+}
+
+TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
+    // The printer's 15 significant digits without trailing zeros, written out the long way.
+    auto printed = [](double value) {
+        if (value == 0) return std::string("0");
+        char buffer[40];
+        std::snprintf(buffer, sizeof buffer, "%.15G", value);
+        std::string text(buffer);
+        size_t e = text.find('E');
+        std::string mantissa = text.substr(0, e);
+        if (mantissa.find('.') != std::string::npos) {
+            while (mantissa.back() == '0') mantissa.pop_back();
+            if (mantissa.back() == '.') mantissa.pop_back();
+        }
+        return mantissa + (e == std::string::npos ? "" : text.substr(e));
+    };
+    std::mt19937_64 random(5);
+    std::vector<double> values = {1,    -1,    17,   1e15 - 1, 1e15,  -1e15 + 1, 999999999999999.5,
+                                  -0.0, 1e-10, 12.5, 47.5,     1e300, -3.25,     4503599627370497};
+    for (int i = 0; i < 20000; ++i) {
+        values.push_back(static_cast<double>(static_cast<int64_t>(random() >> (i % 60))) *
+                         (i % 2 ? 1 : -1));
+        values.push_back((random() % 100000) / 4.0);
+    }
+    for (double value : values) EXPECT_EQ(NumberText(value), printed(value)) << value;
+}
+
+}  // namespace
+}  // namespace tallory

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTimer>
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+
+#include "../LogText.h"
+#include "../TestSupport.h"
+#include "OpenWindow.h"
+#include "QtEnvironment.h"
+#include "ui/CommandLabel.h"
+
+namespace tallory {
+namespace {
+
+using test::LogPlan;
+using test::LogText;
+using test::TempCourse;
+
+// Two unregistered clickers that WebReg.dat knows: Bennett's (clear, but he has a clicker) and
+// Chen's (two Chens in the roster).
+void WriteCourse(const TempCourse& folder) {
+    folder.Write("Roster.txt", "Bennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n");
+    folder.Write("SessionData/Config.csv", "\"webcode\" ,\"local\" ,\"\"\r\n");
+    folder.Write("SessionData/RemoteID.csv", "#AA0002,\"1002\"\r\n");
+    folder.Write("WebReg.dat", test::ReadBytes(test::DataPath("web/WebReg.csv")));
+    LogPlan log;
+    log.title = "Optics";
+    log.voters = {{"#AA0002", "", {"A"}}, {"#BB0002", "", {"A"}}, {"#BB0003", "", {"B"}}};
+    folder.Write("SessionData/L2609081000.csv", LogText(log));
+}
+
+template <class T>
+T* Find(QWidget& window, const QString& name) {
+    T* widget = window.findChild<T*>(name);
+    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
+    return widget;
+}
+
+// Works the modal window named `name` once it is up; the test fails if it never comes.
+void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
+    QTimer::singleShot(0, [name, work] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
+                work(*dialog);
+                return;
+            }
+        }
+        ADD_FAILURE() << name.toStdString() << " did not open";
+        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+    });
+}
+
+QStringList Rows(QDialog& dialog, const char* name) {
+    QStringList rows;
+    auto* list = Find<QListWidget>(dialog, name);
+    for (int i = 0; i < list->count(); ++i) rows << list->item(i)->text();
+    return rows;
+}
+
+struct WrittenCourse {
+    TempCourse folder;
+    WrittenCourse() { WriteCourse(folder); }
+};
+
+struct Fixture : WrittenCourse, test::OpenWindow {
+    Fixture() : OpenWindow(folder.Path()) {}
+};
+
+TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
+    Fixture fixture;
+    WhenOpen("frmWebSync", [&](QDialog& dialog) {
+        EXPECT_EQ(Find<QLabel>(dialog, "wNote")->text(),
+                  "To update student web registrations through local, press Continue.");
+        EXPECT_FALSE(Find<QPushButton>(dialog, "wAccept")->isVisible());
+        Find<QPushButton>(dialog, "wSync")->click();
+
+        // Bennett's clicker waits: he has one already.
+        EXPECT_TRUE(
+            Find<QLabel>(dialog, "wNote")->text().startsWith("The remote #BB0002 has been"));
+        EXPECT_EQ(Rows(dialog, "wWebList"), QStringList{"Bennett Oliver (1002)"});
+        EXPECT_EQ(Rows(dialog, "wList"), QStringList{"Bennett Oliver (1002) #AA0002"});
+        EXPECT_FALSE(Find<QPushButton>(dialog, "wSync")->isVisible());
+        Find<QPushButton>(dialog, "wIgnore")->click();
+
+        EXPECT_EQ(Rows(dialog, "wList"), (QStringList{"Chen Wei (1003)", "Chen Lin (1004)"}));
+        if (const char* shot = std::getenv("TALLORY_WEBSYNC_SCREENSHOT")) {
+            dialog.resize(720, 460);
+            dialog.grab().save(QString::fromLocal8Bit(shot));
+        }
+        Find<QListWidget>(dialog, "wList")->setCurrentRow(1);
+        Find<QPushButton>(dialog, "wAccept")->click();
+
+        EXPECT_TRUE(
+            Find<QLabel>(dialog, "wNote")
+                ->text()
+                .startsWith("The WebSync process has completed.  1 records have been updated."));
+        auto* done = Find<QPushButton>(dialog, "wCancel");
+        EXPECT_EQ(done->text(), "Done");
+        done->click();
+    });
+    emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
+    EXPECT_EQ(fixture.folder.Read("SessionData/RemoteID.csv"),
+              "#AA0002,\"1002\"\r\n#00BB0003,\"1004\"\r\n");
+    // The reload: Chen Lin's clicker is hers now, so no unregistered row of it is left.
+    for (int s = 1; s <= fixture.course.NumStudents; ++s)
+        EXPECT_NE(fixture.course.Students[s].StudentId, "#BB0003");
+}
+
+TEST(WebSyncDialog, TheCloseBoxCancels) {
+    Fixture fixture;
+    WhenOpen("frmWebSync", [](QDialog& dialog) { dialog.reject(); });
+    emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
+    EXPECT_EQ(fixture.folder.Read("SessionData/RemoteID.csv"), "#AA0002,\"1002\"\r\n");
+}
+
+TEST(WebUpdateDialog, SaysThereAreNoUpgrades) {
+    Fixture fixture;
+    WhenOpen("frmWebUpdateSummary", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Web Update");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "txtClicker")->text(), "No upgrades available");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "txtGrader")->text(), "No upgrades available");
+        Find<QPushButton>(dialog, "CmdQuit")->click();  // does nothing
+        EXPECT_TRUE(dialog.isVisible());
+        Find<QPushButton>(dialog, "cmdClose")->click();
+    });
+    Find<QPushButton>(*fixture.window, "CmdWebUpdate")->click();
+}
+
+}  // namespace
+}  // namespace tallory

@@ -1,0 +1,548 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+
+#include "LocalHttpServer.h"
+#include "LogText.h"
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "grid/CourseLoad.h"
+#include "registration/RemoteTable.h"
+#include "start/Settings.h"
+#include "web/CurlFetcher.h"
+#include "web/WebRegistration.h"
+#include "web/WebSyncScreen.h"
+#include "web/WebUpdate.h"
+
+namespace tallory {
+namespace {
+
+using test::LocalHttpServer;
+using test::LogPlan;
+using test::LogText;
+using test::ReadBytes;
+using test::TempCourse;
+
+std::string DataFile(std::string_view name) {
+    return ReadBytes(test::DataPath("web/") + std::string(name));
+}
+
+// A host that counts the turns the fetch gives to the screen.
+struct CountingHost : RecordingHost {
+    void YieldEvents() override { ++turns; }
+    int turns = 0;
+};
+
+TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
+    std::string exact(2048, '\0');
+    for (size_t i = 0; i < exact.size(); ++i) exact[i] = static_cast<char>('a' + i % 26);
+    const std::string zero("before\0after\xE9", 13);
+    const std::string errorPage = "<html><h1>Object not found!</h1></html>";
+    const std::string large(5000, 'z');
+    LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
+        if (target == "/exact") return {200, exact};
+        if (target == "/zero") return {200, zero};
+        if (target == "/large") return {200, large};
+        return {404, errorPage};
+    });
+    const std::string unreachable =
+        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/exact";
+    struct Case {
+        std::string url;
+        std::string body;
+        int leastTurns;
+    } cases[] = {
+        {server.Base() + "exact", exact, 2},  // a full read, then the read that finds the end
+        {server.Base() + "zero", zero, 1},
+        {server.Base() + "large", large, 4},
+        {server.Base() + "missing", errorPage, 1},  // an error page is a body like any other
+        {unreachable, "", 1},
+        {"not a url at all", "", 1},
+    };
+    CurlFetcher fetcher;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.url);
+        CountingHost host;
+        const std::string body = fetcher.OpenUrlText(c.url, host);
+        EXPECT_EQ(body, c.body);
+        EXPECT_GE(host.turns, c.leastTurns);
+        EXPECT_TRUE(host.messages.empty());
+    }
+    // Every request asks caches on the way for a fresh copy.
+    for (const std::string& head : server.Heads())
+        EXPECT_NE(head.find("no-cache"), std::string::npos);
+}
+
+TEST(ReadLocalText, EndsEveryLineInCrLf) {
+    TempCourse folder;
+    folder.Write("a.txt", "one\r\ntwo\rthree\nstill three");
+    EXPECT_EQ(ReadLocalText(folder.File("a.txt")), "one\r\ntwo\r\nthree\nstill three\r\n");
+    EXPECT_EQ(ReadLocalText(folder.File("missing.txt")), "");
+}
+
+TEST(WebRegistration, KeysCodesAndHosts) {
+    EXPECT_EQ(RemoteLookupKey("AB12"), "0000AB12");
+    EXPECT_EQ(RemoteLookupKey("12345678"), "12345678");
+    EXPECT_EQ(RemoteLookupKey("123456789A"), "123456789A");  // longer keys go unchanged
+    for (auto [code, sql] :
+         std::initializer_list<std::pair<const char*, bool>>{{"SQL", true},
+                                                             {"sql", true},
+                                                             {"", true},
+                                                             {"x", true},
+                                                             {"SQLhttp://h/?c=", true},
+                                                             {"local", false},
+                                                             {"demo", false},
+                                                             {"http://h/f.csv", false}})
+        EXPECT_EQ(IsSqlCode(code), sql) << code;
+    EXPECT_EQ(UrlHostName("http://reg.example.org:8080/svc/"), "reg.example.org");
+    EXPECT_EQ(UrlHostName("https://user@host.example/"), "host.example");
+    EXPECT_EQ(UrlHostName(""), "");
+}
+
+TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
+    WebRegistrations regs;
+    // Fields after the ignored first one: remote, first name, last name, student ID.
+    ASSERT_TRUE(
+        ReadStudentReply(regs, "  i\t0000AB12\tAnn\t\"Lee\"\tS1\r\n\r\n \r\nx\t0000AB12\tBo\n;\n"));
+    ASSERT_EQ(regs.NumWebRegs, 2);  // ";" is too short to count
+    EXPECT_EQ(regs.WebRegs[0].RemoteId, "0000AB12");
+    EXPECT_EQ(regs.WebRegs[0].FirstName, "Ann");
+    EXPECT_EQ(regs.WebRegs[0].LastName, "'Lee'");
+    EXPECT_EQ(regs.WebRegs[0].StudentId, "S1");
+    EXPECT_EQ(regs.WebRegs[1].FirstName, "Bo");
+    EXPECT_EQ(regs.WebRegs[1].LastName, "");  // a short line leaves the rest blank
+    EXPECT_FALSE(ReadStudentReply(regs, "   "));
+    EXPECT_EQ(regs.NumWebRegs, 0);
+
+    // The confirmation splits at CR LF only and keeps quotes.
+    ASSERT_TRUE(ReadConfirmReply(regs, "i\tA\t\"Ann\"\tLee\tS1\r\ni\tB\tBo\tMo\tS2\nmore"));
+    ASSERT_EQ(regs.NumWebRegs, 2);
+    EXPECT_EQ(regs.WebRegs[0].FirstName, "\"Ann\"");
+    EXPECT_EQ(regs.WebRegs[1].StudentId, "S2\nmore");
+
+    // A file record matches its remote in normal form; several matches give several lines.
+    const std::string file = "#00ab12,Lee,Ann,S1\r\nAB12,Mo,Bo,S2\r\nAB123,No,One,S3\r\n\r\n";
+    EXPECT_EQ(LookupInRegistrationFile(file, "0000AB12"),
+              "i\t0000AB12\tAnn\tLee\tS1\r\ni\t0000AB12\tBo\tMo\tS2\r\n");
+    EXPECT_EQ(LookupInRegistrationFile(file, "0000CD34"), "");
+}
+
+struct Roster {
+    Course course;
+    RecordingHost host;
+    TempCourse folder;
+
+    explicit Roster(std::initializer_list<RosterRec> rows) {
+        course.AppPath = folder.Path();
+        folder.Write("SessionData/.keep", "");
+        for (const RosterRec& row : rows) course.Roster[course.NumRoster++] = row;
+    }
+};
+
+RosterRec Student(const char* id, const char* first, const char* last) {
+    RosterRec row;
+    row.StudentId = id;
+    row.FirstName = first;
+    row.LastName = last;
+    return row;
+}
+
+void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string& first,
+            const std::string& last, const std::string& id) {
+    AddWebRegistration(regs, "i\t" + remote + "\t" + first + "\t" + last + "\t" + id);
+}
+
+TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
+    struct Web {
+        const char *first, *last, *id;
+    };
+    struct Case {
+        const char* name;
+        std::vector<Web> web;
+        std::vector<int> scores;  // MatchScore of the three roster rows
+        int matchCount;
+        bool note;
+    } cases[] = {
+        {"name and ID", {{"ann", " LEE ", "s1"}}, {3, 0, 0}, 1, false},
+        {"last name only", {{"Xy", "Lee", ""}}, {1, 0, 0}, 1, false},
+        {"blank last name and ID", {{"Ann", "", ""}}, {0, 0, 0}, 0, false},
+        {"first name alone", {{"Bo", "Zed", ""}}, {0, 0, 0}, 0, false},
+        {"higher score kept", {{"Ann", "Lee", "S1"}, {"", "Lee", ""}}, {3, 0, 0}, 2, false},
+        {"ambiguous", {{"Bo", "Mo", "S1"}}, {1, 2, 0}, 1, true},
+        {"nobody", {{"Nemo", "Nobody", "S9"}}, {0, 0, 0}, 0, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo"), Student("", "", "")};
+        WebRegistrations regs;
+        for (const Web& w : c.web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
+        const std::string note = ScoreWebRegistrations(roster.course, regs);
+        for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, c.scores[k]) << k;
+        EXPECT_EQ(regs.WebMatchCount, c.matchCount);
+        EXPECT_EQ(!note.empty(), c.note);
+    }
+}
+
+TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
+    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Lee")};
+    roster.folder.Write("SessionData/ClickerCheck.txt", "an earlier run\r\n");
+    WebRegistrations regs;
+    AddWeb(regs, "0000AB12", "Ann", "Lee", "");
+    MatchWebRegistrations(roster.course, roster.host, regs);
+    AddWeb(regs, "0000AB12", "Cy", "Lee", "S9");
+    MatchWebRegistrations(roster.course, roster.host, regs);
+    const std::string first =
+        "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , "
+        "0000AB12\r\n-----------------------\r\n\"\r\n";
+    EXPECT_EQ(roster.folder.Read("SessionData/ClickerCheck.txt"),
+              first +
+                  "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , 0000AB12\r\n"
+                  "Cy , Lee , S9 , 0000AB12\r\n-----------------------\r\n\"\r\n");
+    EXPECT_EQ(roster.host.written.size(), 2u);
+}
+
+TEST(WebRegistration, MatchingTakesNinetyNineRows) {
+    Roster roster{Student("S1", "Ann", "Lee")};
+    WebRegistrations regs;
+    for (int r = 0; r < 120; ++r) AddWeb(regs, "0000AB12", "X", r == 99 ? "Lee" : "Zed", "");
+    ScoreWebRegistrations(roster.course, regs);
+    EXPECT_EQ(regs.NumWebRegs, 99);
+    EXPECT_EQ(regs.WebMatchCount, 0);  // row 99 is past the rows that take part
+}
+
+TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
+    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo")};
+    Course& course = roster.course;
+    course.RemoteTable[1] = {"s1", "AA01"};
+    course.NumRemotes = 1;
+    WebRegistrations regs;
+    AddWeb(regs, "0000BB02", "Bo", "Mo", "S2");
+    AddWeb(regs, "0000CC03", "Bo", "Mo", "S2");
+    course.Students[1].StudentId = "#BB02";
+    course.NumStudents = 1;
+    ApplyRegistration(course, regs, 1, 1);
+    EXPECT_EQ(course.Students[1].StudentId, "S2");
+    EXPECT_EQ(course.Students[1].RemoteId, "0000BB02");
+    SaveRemoteEntry(course, " S1 ", "DD04");
+    ASSERT_EQ(course.NumRemotes, 2);
+    EXPECT_EQ(course.RemoteTable[1].RemoteId, "DD04");
+    EXPECT_EQ(course.RemoteTable[2].StudentId, "S2");
+    EXPECT_EQ(course.RemoteTable[2].RemoteId, "0000BB02");
+    EXPECT_EQ(regs.RecordsUpdated, 1);
+    ApplyRegistration(course, regs, -1, 1);
+    ApplyRegistration(course, regs, kMaxRoster, 1);
+    EXPECT_EQ(regs.RecordsUpdated, 1);
+}
+
+// A course with five roster students, two registered clickers, and four clickers that nobody
+// registered in the course, which the registration data (tests/data/web) knows as:
+// BB0001 Alvarez (clear; she has no clicker yet), BB0002 Bennett (clear, but he has one),
+// BB0003 Chen without an ID (two Chens in the roster), BB0009 nobody in the roster.
+struct WebCourse {
+    TempCourse folder;
+    Course course;
+    RecordingHost host;
+    HeadlessScreen screen;
+    std::vector<std::string> verified;  // remote and "auto" or "asked", per verify state
+    std::string doneNote;
+    int recordsUpdated = -1;
+
+    explicit WebCourse(const std::string& webcode, const std::string& base) {
+        setenv(kRegistrationBaseVariable, base.c_str(), 1);
+        folder.Write(
+            "Roster.txt",
+            "Alvarez,Maria,1001\r\nBennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n"
+            "Dubois,Camille,1005\r\n");
+        folder.Write("SessionData/Config.csv", "\"webcode\" ,\"" + webcode + "\" ,\"\"\r\n");
+        folder.Write("SessionData/RemoteID.csv", kRemoteIds);
+        LogPlan plan;
+        for (const char* remote :
+             {"#AA0002", "#AA0005", "#BB0001", "#BB0002", "#BB0003", "#BB0009"})
+            plan.voters.push_back({remote, "", {"A"}});
+        folder.Write("SessionData/L2609081000.csv", LogText(plan));
+        course.AppPath = folder.Path();
+        LoadCourse(course, host, screen, ReadOnlyLoad());
+    }
+
+    void Sync(VerifyAnswer answer) {
+        CurlFetcher fetcher;
+        SyncWebRegistrations(course, host, screen, fetcher, [&](WebSyncScreen& web) {
+            web.onVerify = [&](bool automatic) {
+                verified.push_back(web.wWebList().rows.at(0) + (automatic ? " auto" : " asked"));
+            };
+            doneNote = AnswerWebSync(web, answer).value_or("(cancelled)");
+            recordsUpdated = web.Registrations().RecordsUpdated;
+        });
+    }
+
+    std::vector<std::string> StudentIds() const {
+        std::vector<std::string> ids;
+        for (int s = 1; s <= course.NumStudents; ++s) ids.push_back(course.Students[s].StudentId);
+        return ids;
+    }
+
+    static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
+};
+
+const std::string kChenNote =
+    "\"Wei , Chen ,1003\r\nLin , Chen ,1004\r\nWei , Chen ,  , 00BB0003\r\n"
+    "-----------------------\r\n\"\r\n";
+
+TEST(WebSync, EverySourceRegistersTheSameRemotes) {
+    const std::string file = DataFile("WebReg.csv");
+    LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
+        if (target == "/files/WebReg.csv" || target == "/WebReg/demo") return {200, file};
+        for (const char* prefix : {"/GetRegistered.aspx?c=", "/other?key="})
+            if (target.rfind(prefix, 0) == 0) {
+                const std::string key = target.substr(std::string(prefix).size());
+                const std::string path = test::DataPath("web/service-" + key);
+                return {200, ReadBytes(path)};
+            }
+        return {404, "<h1>Object not found!</h1>"};
+    });
+    struct Case {
+        std::string webcode;
+        size_t requests;
+    } cases[] = {
+        {"http://127.0.0.1:" + std::to_string(server.Port()) + "/files/WebReg.csv", 1},
+        {"demo", 1},     // a school's file on the registration server
+        {"local", 0},    // WebReg.dat in the course folder
+        {"SQL", 4 + 4},  // the service, per unregistered clicker and per registered one
+        {"SQL " + server.Base() + "other?key=", 8},
+    };
+    size_t before = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.webcode);
+        WebCourse web(c.webcode, server.Base());
+        web.folder.Write("WebReg.dat", file);
+        web.Sync(VerifyAnswer::Accept);
+        EXPECT_TRUE(web.host.messages.empty());
+        EXPECT_EQ(web.verified,
+                  (std::vector<std::string>{"Alvarez Maria (1001) auto",
+                                            "Bennett Oliver (1002) asked", "Chen Wei () asked"}));
+        EXPECT_EQ(web.recordsUpdated, 3);
+        EXPECT_EQ(web.doneNote,
+                  "The WebSync process has completed.  3 records have been updated.\r\n"
+                  "ClickerCheck.txt updated.");
+        // Bennett's old clicker gives way; the remotes stand as the source gave them.
+        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"),
+                  "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n"
+                  "#00BB0003,\"1003\"\r\n");
+        // Chen's clicker is noted in the walk and again when the registrations are confirmed.
+        EXPECT_EQ(web.folder.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
+        // The reload: only the clicker nobody registered is left unregistered.
+        EXPECT_EQ(web.StudentIds(), (std::vector<std::string>{"1001", "1002", "1003", "1004",
+                                                              "1005", "#AA0002", "#BB0009"}));
+        const size_t requests = server.Targets().size() - before;
+        before = server.Targets().size();
+        EXPECT_EQ(requests, c.requests);
+    }
+    const std::vector<std::string> targets = server.Targets();
+    EXPECT_NE(std::find(targets.begin(), targets.end(), "/GetRegistered.aspx?c=00BB0001"),
+              targets.end());
+    EXPECT_NE(std::find(targets.begin(), targets.end(), "/other?key=00AA0005"), targets.end());
+}
+
+TEST(WebSync, IgnoreAndCancel) {
+    const std::string file = DataFile("WebReg.csv");
+    LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
+    {
+        SCOPED_TRACE("ignore: only the automatic accept stands");
+        WebCourse web("demo", server.Base());
+        web.Sync(VerifyAnswer::Ignore);
+        EXPECT_EQ(web.recordsUpdated, 1);
+        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"),
+                  std::string(WebCourse::kRemoteIds) + "#00BB0001,\"1001\"\r\n");
+        EXPECT_EQ(web.folder.Read("SessionData/ClickerCheck.txt"), kChenNote);
+    }
+    {
+        SCOPED_TRACE("cancel: nothing is written, the accepted entry stays in memory");
+        WebCourse web("demo", server.Base());
+        web.Sync(VerifyAnswer::Cancel);
+        EXPECT_EQ(web.verified, (std::vector<std::string>{"Alvarez Maria (1001) auto",
+                                                          "Bennett Oliver (1002) asked"}));
+        EXPECT_TRUE(web.host.written.empty());
+        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"), WebCourse::kRemoteIds);
+        EXPECT_FALSE(web.folder.Exists("SessionData/ClickerCheck.txt"));
+        EXPECT_EQ(StudentOfRemote(web.course, "BB0001"), "1001");
+        EXPECT_EQ(web.StudentIds(),
+                  (std::vector<std::string>{"1001", "1002", "1003", "1004", "1005", "1001",
+                                            "#BB0002", "#BB0003", "#BB0009"}));  // changed in place
+    }
+}
+
+TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
+    const std::string unused =
+        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/";
+    LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
+        if (target == "/WebReg/short") return {200, "a,b"};
+        return {404, "<html><body>Object not found!</body></html>"};
+    });
+    struct Case {
+        std::string webcode;
+        std::string base;
+        std::string message;
+    } cases[] = {
+        {"demo", unused, "Error: unable to download registrations. Check internet connection."},
+        {"short", server.Base(),
+         "Error: unable to download registrations. Check internet connection."},
+        {"nosuchschool", server.Base(),
+         "Error: unable to download registrations. Check school code."},
+        {"local", server.Base(), "Error unable to open local data file WebReg.dat."},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.webcode);
+        WebCourse web(c.webcode, c.base);
+        web.Sync(VerifyAnswer::Accept);
+        ASSERT_EQ(web.host.messages.size(), 1u);
+        EXPECT_EQ(web.host.messages[0].text, c.message);
+        EXPECT_EQ(web.host.messages[0].icon, Icon::None);
+        EXPECT_EQ(web.recordsUpdated, 0);
+        EXPECT_EQ(web.doneNote,
+                  "The WebSync process has completed.  0 records have been updated.\r\n"
+                  "No conflicts identified.");
+        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"), WebCourse::kRemoteIds);
+        EXPECT_FALSE(web.folder.Exists("SessionData/ClickerCheck.txt"));
+    }
+}
+
+TEST(WebSync, ScreenStates) {
+    WebCourse web("local", "http://registration.example.net/svc/");
+    web.folder.Write("WebReg.dat", DataFile("WebReg.csv"));
+    CurlFetcher fetcher;
+    {
+        WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
+        EXPECT_EQ(screen.SchoolName(), "local");
+        EXPECT_EQ(screen.wNote().text,
+                  "To update student web registrations through local, press Continue.");
+        EXPECT_TRUE(screen.wSync().visible && screen.wSync().enabled);
+        EXPECT_FALSE(screen.wAccept().visible || screen.wIgnore().visible ||
+                     screen.wWebList().state.visible);
+        screen.wAcceptClick();  // hidden: does nothing
+        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
+
+        screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
+        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+        EXPECT_EQ(
+            screen.wNote().text,
+            "The remote #BB0002 has been registered on the web to the names in the yellow box and "
+            "matches the students in the right box who are in your roster.  Choose a name from the "
+            "roster and press Accept to load web registration information into your roster.");
+        EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
+        EXPECT_EQ(screen.wList().rows, (std::vector<std::string>{"Bennett Oliver (1002) #AA0002"}));
+        EXPECT_FALSE(screen.wSync().visible);
+        EXPECT_TRUE(screen.wAccept().visible && screen.wWebList().state.visible);
+        screen.wAcceptClick();  // no selection: nothing happens
+        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+        screen.wIgnoreClick();
+        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+        EXPECT_EQ(screen.BestScore(), 2);
+        EXPECT_EQ(screen.wList().rows,
+                  (std::vector<std::string>{"Chen Wei (1003)", "Chen Lin (1004)"}));  // best first
+        screen.wIgnoreClick();
+        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
+        EXPECT_EQ(screen.wCancel().text, "Done");
+        EXPECT_EQ(screen.wWhich().text, "Checking 00BB0001 : 3 / 3");
+        screen.wCancelClick();
+        EXPECT_FALSE(screen.Cancelled());
+        EXPECT_TRUE(screen.Hidden());
+        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
+    }
+    {
+        // The maker's service is named by its host; Cancel in the welcome state cancels.
+        WebCourse sql("SQL", "");
+        WebSyncScreen screen(sql.course, sql.host, fetcher,
+                             "https://registration.example.net/svc/");
+        EXPECT_EQ(screen.wNote().text,
+                  "To update student web registrations through registration.example.net, press "
+                  "Continue.");
+        screen.wCancelClick();
+        EXPECT_TRUE(screen.Cancelled());
+    }
+}
+
+TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
+    WebCourse web("local", "");
+    web.folder.Write("WebReg.dat", DataFile("WebReg.csv"));
+    web.folder.Write("SessionData/L2609081000.csv", LogText(LogPlan{}));
+    web.folder.Write("SessionData/RemoteID.csv", "");
+    LoadCourse(web.course, web.host, web.screen, ReadOnlyLoad());
+    web.Sync(VerifyAnswer::Accept);
+    EXPECT_TRUE(web.verified.empty());
+    EXPECT_EQ(web.doneNote,
+              "The WebSync process has completed.  0 records have been updated.\r\nNo conflicts "
+              "identified.");
+}
+
+TEST(WebSync, TheSiblingToolIsOfferedFirst) {
+    for (Answer answer : {Answer::Yes, Answer::No}) {
+        WebCourse web("local", "");
+        web.folder.Write("Campus Bridgeline.exe", "");
+        web.folder.Write("campus_bridgeline.XML", "");
+        web.host.answers.push_back(answer);
+        web.Sync(VerifyAnswer::Accept);
+        ASSERT_EQ(web.host.messages.size(),
+                  answer == Answer::Yes ? 1u : 2u);  // then WebReg.dat is missing
+        EXPECT_EQ(web.host.messages[0].title, "Confirm Sync");
+        EXPECT_EQ(web.host.messages[0].icon, Icon::Question);
+        EXPECT_EQ(web.host.messages[0].buttons, Buttons::YesNo);
+        EXPECT_EQ(web.host.messages[0].text, ConfirmSyncText());
+        if (answer == Answer::Yes) {
+            EXPECT_EQ(
+                web.host.started,
+                std::vector<std::string>{web.folder.File("Campus Bridgeline.exe") + " download"});
+            EXPECT_EQ(web.recordsUpdated, -1);  // the screen never opened
+        } else {
+            EXPECT_TRUE(web.host.started.empty());
+            EXPECT_EQ(web.recordsUpdated, 0);
+        }
+    }
+}
+
+TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
+    const std::string version[] = {std::to_string(TALLORY_VERSION_MAJOR),
+                                   std::to_string(TALLORY_VERSION_MINOR),
+                                   std::to_string(TALLORY_VERSION_REV)};
+    const char* keys[] = {"tallory.exe.major", "tallory.exe.minor", "tallory.exe.rev"};
+    struct Case {
+        const char* name;
+        std::string config;  // empty: no Config.csv, and none afterwards
+    } cases[] = {
+        {"first start", "\"CMS\" ,\"General\" ,\"\"\r\n"},
+        {"downgrade", "\"tallory.exe.major\" ,\"99\" ,\"\"\r\n"},
+        {"same version", "\"tallory.exe.major\" ,\"" + version[0] +
+                             "\" ,\"\"\r\n\"tallory.exe.minor\" ,\"" + version[1] +
+                             "\" ,\"\"\r\n\"tallory.exe.rev\" ,\"" + version[2] + "\" ,\"\"\r\n"},
+        {"no settings file", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse folder;
+        folder.Write("SessionData/.keep", "");
+        if (!c.config.empty()) folder.Write("SessionData/Config.csv", c.config);
+        Course course;
+        RecordingHost host;
+        course.AppPath = folder.Path();
+        ReadConfig(course, host);
+        StampVersion(course);
+        Course reread;
+        reread.AppPath = folder.Path();
+        ReadConfig(reread, host);
+        for (int k = 0; k < 3; ++k) {
+            EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
+            EXPECT_EQ(GetParam(reread, keys[k], ""), c.config.empty() ? "" : version[k]);
+        }
+        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !c.config.empty());
+    }
+}
+
+TEST(WebUpdate, BothBoxesSayThereIsNothing) {
+    WebUpdateSummary summary;
+    EXPECT_EQ(summary.txtClicker().text, "No upgrades available");
+    EXPECT_EQ(summary.txtGrader().text, "No upgrades available");
+    EXPECT_EQ(WebUpdateSummary(WebUpdateTexts{"  ", "Version 2"}).txtGrader().text, "Version 2");
+}
+
+}  // namespace
+}  // namespace tallory
