@@ -17,7 +17,6 @@ namespace tallory {
 namespace {
 
 constexpr std::string_view kOpenFailed = "Error opening html summary file";
-constexpr int kInvalidProcedureCall = 5;
 
 std::string Numbered(std::string_view stem, int session, std::string_view tail) {
     return std::string(stem) + std::to_string(session) + std::string(tail);
@@ -73,12 +72,6 @@ std::string SessionDetailLinkFromReports(int session) {
     return Numbered("../Reports/SessionDetail_", session, ".html");
 }
 
-std::string ReportCourseName(const Course& course) {
-    std::string name = GetParam(course, "CourseName", "");
-    if (TrimView(name).empty()) name = LastComponent(course.AppPath);
-    return name;
-}
-
 std::string AnswerLetter(long code) {
     static constexpr std::string_view kLetters = " ABCDE ";
     if (code < 0) throw RunTimeError(kInvalidProcedureCall, "answer code " + std::to_string(code));
@@ -129,7 +122,7 @@ void MemoryPageOutput::End() {
 }
 
 PageWriter::PageWriter(const Course& course, Host& host, PageOutput& output)
-    : course_(course), host_(host), output_(output), courseName_(ReportCourseName(course)) {}
+    : course_(course), host_(host), output_(output), courseName_(CourseName(course)) {}
 
 void PageWriter::Open(const std::string& path) {
     path_ = path;

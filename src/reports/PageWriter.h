@@ -54,9 +54,6 @@ std::string StudentTermReportLinkFromCourse(const Course& course);
 std::string SessionSummaryLinkFromReports(int session);  // without the question's anchor
 std::string SessionDetailLinkFromReports(int session);
 
-// The course name of the page heads: the CourseName setting, else the folder's name.
-std::string ReportCourseName(const Course& course);
-
 // The character at place x + 1 of " ABCDE ": the letter of an answer code, a blank for 0 and 6,
 // nothing past the end; a code below 0 is run-time error 5.
 std::string AnswerLetter(long code);
