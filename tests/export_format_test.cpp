@@ -8,8 +8,6 @@
 namespace tallory {
 namespace {
 
-using test::TempCourse;
-
 TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
     struct Case {
         const char* cms;
@@ -110,13 +108,12 @@ TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.cms);
-        TempCourse folder;
-        Course course;
-        RecordingHost host;
+        test::LoadedCourse folder;
+        Course& course = folder.course;
         course.AppPath = folder.Path();
         folder.Write(c.file, test::ReadBytes(test::DataPath(std::string("export/") + c.source)));
-        SetExportFormat(course, host, c.cms);
-        EXPECT_TRUE(host.messages.empty());
+        SetExportFormat(course, folder.host, c.cms);
+        EXPECT_TRUE(folder.host.messages.empty());
         RosterRec entry = GetRosterEntry(course, c.id);
         EXPECT_EQ(entry.LastName, c.last);
         EXPECT_EQ(entry.FirstName, c.first);
@@ -125,7 +122,7 @@ TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
 }
 
 TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
-    TempCourse folder;
+    test::TempCourse folder;
     Course course;
     RecordingHost host;
     course.AppPath = folder.Path();
@@ -143,7 +140,7 @@ TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
 }
 
 TEST(ExportFormat, WebCTKeepsTheColumnsOfItsGradeBook) {
-    TempCourse folder;
+    test::TempCourse folder;
     Course course;
     RecordingHost host;
     course.AppPath = folder.Path();
