@@ -90,54 +90,34 @@ struct Golden {
     const char* cms;         // the course's CMS setting
     const char* gradeBook;   // the file in the target's folder
     const char* courseFile;  // its name in the course folder
-    const char* all;         // expected uploads in the target's folder
-    const char* selected;
-    const char* upload;          // the upload file of export all
-    const char* selectedUpload;  // that of export selected, when it differs
-    const char* done;            // the message after writing, without the file name
+    const char* variant;     // expected uploads: all<variant>.expected, selected<variant>.expected
+    const char* upload;      // the upload file
+    const char* done;        // the message after writing, without the file name
 };
 
 constexpr Golden kGolden[] = {
-    {"general", "General", "Roster.txt", "Roster.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Saved scores to file: "},
-    {"general", "no such system", "Roster.txt", "roster.TXT", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Saved scores to file: "},
-    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.bb.expected",
-     "selected.bb.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", "all.bb80.expected",
-     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", "all.bb80.expected",
-     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", "all.crlf.expected",
-     "selected.crlf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
-    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", "all.lf.expected",
-     "selected.lf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
-    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "all.expected",
-     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
-    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "all.expected",
-     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
-    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    // clang-format off
+    {"general", "General", "Roster.txt", "Roster.txt", "", "UploadFile.csv", "Saved scores to file: "},
+    {"general", "no such system", "Roster.txt", "roster.TXT", "", "UploadFile.csv", "Saved scores to file: "},
+    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "", "UploadFile.csv", "Wrote upload file: "},
+    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", ".bb", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
+    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", ".crlf", "UploadFile.csv", "Wrote data to file "},
+    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", ".lf", "UploadFile.csv", "Wrote data to file "},
+    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
+    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
+    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    // clang-format on
 };
 
 TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
@@ -159,9 +139,10 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             } else {
                 ExportSelected(open.course, open.host, tag);
             }
-            const std::string upload = all || !c.selectedUpload ? c.upload : c.selectedUpload;
+            const std::string upload = c.upload;
             const std::string path = open.File(upload);
-            EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? c.all : c.selected)));
+            EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? "all" : "selected") +
+                                                  c.variant + ".expected"));
             const std::string done =
                 c.done + (std::string_view(c.done).starts_with("Saved") ? path : upload);
             EXPECT_EQ(open.Texts(), std::vector<std::string>{done});
