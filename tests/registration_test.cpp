@@ -338,7 +338,8 @@ TEST(RemoteIds, LookUpFollowsAddedAndRemovedRows) {
     EXPECT_EQ(f.course.RemoteTable[4].StudentId, "??");
     EXPECT_EQ(FindRemoteRow(f.course, "AB12"), 2);
     EXPECT_EQ(FindRemoteRow(f.course, "EF56"), 3);
-    EXPECT_EQ(f.Read("SessionData/RemoteID.csv"), "#CD34,\"S2\"\r\n#AB12,\"S1\"\r\n#EF56,\"S3\"\r\n");
+    EXPECT_EQ(f.Read("SessionData/RemoteID.csv"),
+              "#CD34,\"S2\"\r\n#AB12,\"S1\"\r\n#EF56,\"S3\"\r\n");
 
     AddRemote(f.course, "##0a9", " S4 ");
     EXPECT_EQ(f.course.NumNewRemotes, 1);
