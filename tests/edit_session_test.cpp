@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "LogText.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionStore.h"
 #include "scoring/EditSessionScreen.h"
@@ -10,37 +8,20 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
-using test::TempCourse;
-
 // Six sessions on six days; the first is "Intro", the last "Forces", the others untitled.
-struct SessionsCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-    HeadlessSessionGrid grid{course};
-
+struct SessionsCourse : test::LoadedCourse {
     explicit SessionsCourse(const std::string& cms = "General") {
-        folder.Write("SessionData/Config.csv", "\"CMS\" ,\"" + cms + "\" ,\"\"\r\n");
-        for (int day = 1; day <= 6; ++day) {
-            LogPlan log;
-            log.title = day == 1 ? "Intro" : day == 6 ? "Forces" : "";
-            log.voters = {{"#A" + std::to_string(day), "", {"A"}}};
-            folder.Write(LogName(day, "SessionData/"), LogText(log));
-        }
+        WriteSettings({{"CMS", cms}});
+        for (int day = 1; day <= 6; ++day)
+            WriteLog(LogName(day), {.title = day == 1   ? "Intro"
+                                             : day == 6 ? "Forces"
+                                                        : "",
+                                    .voters = {{"#A" + std::to_string(day), "", {"A"}}}});
         Load();
     }
 
-    void Load() {
-        course.AppPath = folder.Path();
-        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
-    }
-
-    static std::string LogName(int day, const std::string& folder = "") {
-        return folder + "L09091" + std::to_string(day) + "1030.csv";
-    }
-    std::string Log(int day) const { return folder.Read(LogName(day, "SessionData/")); }
+    static std::string LogName(int day) { return "L09091" + std::to_string(day) + "1030.csv"; }
+    std::string Log(int day) const { return TempCourse::Log(LogName(day)); }
 };
 
 TEST(EditSession, OpensOnTheSessionWithoutReadingIt) {
@@ -154,7 +135,7 @@ TEST(EditSession, RemoveAsksFirst) {
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Removed());
     EXPECT_EQ(fixture.Log(1), before);
-    EXPECT_FALSE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+    EXPECT_FALSE(fixture.Exists("SessionData/xL0909111030.csv"));
 }
 
 TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
@@ -165,10 +146,9 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
     EXPECT_TRUE(screen.Removed());
     EXPECT_FALSE(screen.Saved());
     EXPECT_EQ(fixture.Log(1), "");
-    ASSERT_TRUE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+    ASSERT_TRUE(fixture.Exists("SessionData/xL0909111030.csv"));
     // The copy holds the tables as the load left them: the last session of the course.
-    EXPECT_NE(fixture.folder.Read("SessionData/xL0909111030.csv").find("\"Forces\""),
-              std::string::npos);
+    EXPECT_NE(fixture.Read("SessionData/xL0909111030.csv").find("\"Forces\""), std::string::npos);
     EXPECT_EQ(fixture.course.NumSessions, 5);
     EXPECT_EQ(fixture.course.SessionFile[1], "L0909121030.csv");
     // The kept position 2 is past the new end (1): the grid stays on the last sessions.
@@ -177,7 +157,7 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
 
 TEST(EditSessionCli, RenameAndRemove) {
     SessionsCourse fixture;
-    const std::string& course = fixture.folder.Path();
+    const std::string& course = fixture.Path();
     auto refused = test::RunCli({"--course", course, "rename", "2", "Vectors, part 1"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.err.find("may not contain a comma"), std::string::npos);
@@ -193,7 +173,7 @@ TEST(EditSessionCli, RenameAndRemove) {
     auto removed = test::RunCli({"--course", course, "remove", "2", "--yes"});
     ASSERT_EQ(removed.status, 0) << removed.err;
     EXPECT_EQ(fixture.Log(2), "");
-    EXPECT_TRUE(fixture.folder.Exists("SessionData/xL0909121030.csv"));
+    EXPECT_TRUE(fixture.Exists("SessionData/xL0909121030.csv"));
     // The emptied log is no longer a session, so it cannot be removed twice.
     auto grid = test::RunCli({"--course", course, "grid"});
     EXPECT_EQ(grid.out.find("Vectors"), std::string::npos);
