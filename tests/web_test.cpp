@@ -463,15 +463,15 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);
         WebCourse web("demo", server.Base());  // the child inherits the registration base
         const size_t requests = server.Targets().size();
-        std::vector<std::string> arguments = {"--course", web.folder.Path(), "websync", "--json"};
+        std::vector<std::string> arguments = {"--course", web.Path(), "websync", "--json"};
         arguments.insert(arguments.end(), c.answer.begin(), c.answer.end());
         const test::CliResult result = test::RunCli(arguments);
         ASSERT_EQ(result.status, c.status) << result.err;
-        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"), c.remoteIds);
+        EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
         if (c.status != 0) {
             EXPECT_TRUE(result.out.empty());
             EXPECT_NE(result.err.find("--answer"), std::string::npos) << result.err;
-            EXPECT_FALSE(web.folder.Exists("SessionData/ClickerCheck.txt"));
+            EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
             EXPECT_EQ(server.Targets().size(), requests);  // refused before any fetch
             continue;
         }
