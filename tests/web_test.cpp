@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "LocalHttpServer.h"
 #include "TestSupport.h"
@@ -433,6 +435,54 @@ TEST(WebSync, ScreenStates) {
                   "Continue.");
         screen.wCancelClick();
         EXPECT_TRUE(screen.Cancelled());
+    }
+}
+
+// tallory-cli websync from outside: the command line's answer decides what reaches the folder.
+TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
+    const std::string file = DataFile("WebReg.csv");
+    LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
+    const std::string registered =
+        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
+    struct Case {
+        std::vector<std::string> answer;
+        int status;
+        std::string remoteIds;
+        std::vector<std::string> files;
+        bool cancelled;
+    } cases[] = {
+        {{"--answer", "accept"},
+         0,
+         registered,
+         {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"},
+         false},
+        {{}, 0, WebCourse::kRemoteIds, {}, true},  // the default policy is cancel
+        {{"--answer", "maybe"}, 2, WebCourse::kRemoteIds, {}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);
+        WebCourse web("demo", server.Base());  // the child inherits the registration base
+        const size_t requests = server.Targets().size();
+        std::vector<std::string> arguments = {"--course", web.Path(), "websync", "--json"};
+        arguments.insert(arguments.end(), c.answer.begin(), c.answer.end());
+        const test::CliResult result = test::RunCli(arguments);
+        ASSERT_EQ(result.status, c.status) << result.err;
+        EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
+        if (c.status != 0) {
+            EXPECT_TRUE(result.out.empty());
+            EXPECT_NE(result.err.find("--answer"), std::string::npos) << result.err;
+            EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
+            EXPECT_EQ(server.Targets().size(), requests);  // refused before any fetch
+            continue;
+        }
+        const nlohmann::json output = nlohmann::json::parse(result.out);
+        std::vector<std::string> files = output["files"];
+        std::sort(files.begin(), files.end());
+        EXPECT_EQ(files, c.files);
+        EXPECT_EQ(output["cancelled"], c.cancelled);
+        EXPECT_EQ(output["done_note"].is_null(), c.cancelled);
+        EXPECT_EQ(output["verify"].size(), c.cancelled ? 2u : 3u);
+        EXPECT_EQ(output["records_updated"], c.cancelled ? 1 : 3);
     }
 }
 

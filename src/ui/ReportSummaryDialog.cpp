@@ -21,8 +21,8 @@ QLabel[role="link"] { color: #1d5fbf; font-weight: bold; }
 QLabel[role="text"] { color: #2b2b1f; }
 )";
 
-QLabel* Text(QWidget* parent, const ControlState& state, const char* name) {
-    auto* label = new QLabel(DisplayString(state.text), parent);
+QLabel* Text(QWidget* parent, const char* name) {
+    auto* label = new QLabel(parent);
     label->setObjectName(name);
     label->setProperty("role", "text");
     label->setWordWrap(true);
@@ -42,17 +42,23 @@ ReportSummaryDialog::ReportSummaryDialog(ReportSummaryScreen& screen, QWidget* p
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 18, 24, 18);
     layout->setSpacing(10);
-    auto* heading = new QLabel(DisplayString(controls.Label1.text), this);
+    auto* heading = new QLabel(this);
     heading->setObjectName("Label1");
+    binding_.Bind(heading, controls.Label1);
     layout->addWidget(heading);
-    layout->addWidget(Text(this, controls.lblFolder, "lblFolder"));
+    auto text = [&](const ControlState& state, const char* name) {
+        QLabel* label = Text(this, name);
+        binding_.Bind(label, state);
+        layout->addWidget(label);
+    };
+    text(controls.lblFolder, "lblFolder");
 
     static const char* const kNames[] = {"LblReport1", "LblReport2", "lblReport3"};
     std::array<CommandLabel*, ReportSummaryScreen::kLinks> links{};
     for (int i = 0; i < ReportSummaryScreen::kLinks; ++i) {
         auto* link = new CommandLabel(this);
         link->setObjectName(kNames[i]);
-        link->setText(DisplayString(controls.links[i].text));
+        binding_.Bind(link, controls.links[i]);
         link->setProperty("role", "link");
         link->setToolTip(QString::fromStdString(controls.tips[i]));
         link->setCursor(Qt::PointingHandCursor);
@@ -61,15 +67,16 @@ ReportSummaryDialog::ReportSummaryDialog(ReportSummaryScreen& screen, QWidget* p
         links[i] = link;
     }
     layout->addWidget(links[0]);
-    layout->addWidget(Text(this, controls.lblTermDescription, "lblTermDescription"));
+    text(controls.lblTermDescription, "lblTermDescription");
     layout->addWidget(links[1]);
     // The description of the voting data names the cumulative scores with their link.
-    layout->addWidget(Text(this, controls.lblVotingDescription, "lblVotingDescription"));
+    text(controls.lblVotingDescription, "lblVotingDescription");
     layout->addWidget(links[2]);
-    layout->addWidget(Text(this, controls.lblVotingDescriptionEnd, "lblVotingDescriptionEnd"));
+    text(controls.lblVotingDescriptionEnd, "lblVotingDescriptionEnd");
 
-    auto* close = new QPushButton(DisplayString(controls.lvButtons_H1.text), this);
+    auto* close = new QPushButton(this);
     close->setObjectName("lvButtons_H1");
+    binding_.Bind(close, controls.lvButtons_H1, true);
     close->setMinimumWidth(110);
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto* buttons = new QHBoxLayout;
@@ -77,6 +84,7 @@ ReportSummaryDialog::ReportSummaryDialog(ReportSummaryScreen& screen, QWidget* p
     buttons->addWidget(close);
     layout->addSpacing(6);
     layout->addLayout(buttons);
+    binding_.Paint();
 }
 
 void RunSessionSummaryReport(QWidget* parent, Course& course, Host& host) {

@@ -3,6 +3,7 @@
 #include <QDialog>
 
 #include "reports/RunReports.h"
+#include "ui/ControlBinding.h"
 
 class QWidget;
 
@@ -16,6 +17,7 @@ class ReportSummaryDialog : public QDialog {
 
   private:
     ReportSummaryScreen& screen_;
+    ControlBinding binding_;
 };
 
 // The two report commands of the main window. A run that ends with every page written shows
