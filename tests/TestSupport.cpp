@@ -10,6 +10,7 @@
 #include <sstream>
 #include <vector>
 
+#include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
 
 namespace tallory::test {
@@ -120,6 +121,15 @@ CliResult RunCli(const std::vector<std::string>& arguments) {
 
 std::string DataPath(std::string_view relative) {
     return std::string(TALLORY_TEST_DATA) + "/" + std::string(relative);
+}
+
+Ending EndingOf(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const RunTimeError& error) {
+        return {error.Number(), error.Message()};
+    }
+    return {};
 }
 
 }  // namespace tallory::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -75,6 +76,13 @@ struct CliResult {
 
 // Runs tallory-cli with the arguments; standard input is empty.
 CliResult RunCli(const std::vector<std::string>& arguments);
+
+// How `work` ended: the number and message of its run-time error, number 0 when it ran through.
+struct Ending {
+    int number = 0;
+    std::string message;
+};
+Ending EndingOf(const std::function<void()>& work);
 
 // Folder of golden files and sample logs of the tests.
 std::string DataPath(std::string_view relative);

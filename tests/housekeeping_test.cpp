@@ -63,12 +63,8 @@ TEST(PadRemote, FillsToEightAndRefusesLonger) {
             EXPECT_EQ(PadRemote(row.remote), row.shown) << row.remote;
             continue;
         }
-        try {
-            PadRemote(row.remote);
-            ADD_FAILURE() << row.remote;
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.Number(), kInvalidProcedureCall) << row.remote;
-        }
+        EXPECT_EQ(test::EndingOf([&] { PadRemote(row.remote); }).number, kInvalidProcedureCall)
+            << row.remote;
     }
 }
 
@@ -115,13 +111,9 @@ TEST(GhostList, AverageIsZeroWithoutSessions) {
 TEST(GhostList, ARemoteTooLongToShowEndsTheOpening) {
     StudentRows rows({{"#ABC123", 1}, {"#123456789", 2}});
     GhostRemoteScreen screen(rows.course, rows.host, rows.screen, rows.students);
-    try {
-        screen.Load();
-        ADD_FAILURE();
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), kInvalidProcedureCall);
-        EXPECT_NE(error.Message().find("Invalid procedure call or argument"), std::string::npos);
-    }
+    const test::Ending ending = test::EndingOf([&] { screen.Load(); });
+    EXPECT_EQ(ending.number, kInvalidProcedureCall);
+    EXPECT_NE(ending.message.find("Invalid procedure call or argument"), std::string::npos);
 }
 
 TEST(GhostList, AnEmptyListLeavesOnlyTheStudentsTab) {
@@ -248,12 +240,7 @@ TEST(FilterGhostRemote, PastedTextEndsTheRunAndChangesNothing) {
         FilterGhostRemoteScreen search(list);
         search.BoxChange(SearchBox::TxtRemoteIdContaining, "AB");
         search.BoxChange(box, "12abc");
-        try {
-            search.CmdSelectClick();
-            ADD_FAILURE();
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.Number(), kTypeMismatch);
-        }
+        EXPECT_EQ(test::EndingOf([&] { search.CmdSelectClick(); }).number, kTypeMismatch);
         EXPECT_EQ(list[1].Selected, kTrue);
         EXPECT_EQ(list[0].Selected, kFalse);
         EXPECT_FALSE(search.Hidden());

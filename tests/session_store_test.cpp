@@ -114,20 +114,6 @@ TEST(SessionStore, LoadsTheFirstNinetyNineOfMoreLogs) {
     EXPECT_EQ(loaded.grid.screen.pageNo, 95);
 }
 
-TEST(SessionStore, MoreThanFourThousandStudentsEndsTheLoad) {
-    test::LoadedCourse loaded;
-    test::LogPlan plan;
-    for (int i = 0; i < 4001; ++i)
-        plan.voters.push_back({"#" + std::to_string(100000 + i), "", {"A"}});
-    loaded.WriteLog("L2609081000.csv", plan);
-    try {
-        loaded.Load();
-        FAIL() << "the load went through";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), 9);
-    }
-}
-
 TEST(SessionStore, WithoutLogsOnlyTheRosterRemains) {
     test::LoadedCourse loaded;
     loaded.WriteRoster("Doe, Jane, 12345\r\n");

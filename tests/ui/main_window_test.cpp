@@ -15,12 +15,15 @@
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
 
+using test::Click;
+using test::Find;
 using test::TempCourse;
 
 // Five sessions of seven students on a roster whose last names run against their IDs.
@@ -40,28 +43,12 @@ void WriteCourse(const TempCourse& folder) {
     }
 }
 
-template <class T = QLabel>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
 QString Text(QWidget& window, const QString& name) {
     return Find(window, name)->text();
 }
 
-void Click(QWidget* widget) {
-    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
-    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(widget, &press);
-}
-
 TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
-    TempCourse folder;
-    WriteCourse(folder);
-    test::OpenWindow opened(folder.Path(), false);
+    test::CourseWindow opened(WriteCourse);
     MainWindow& window = *opened.window;
 
     EXPECT_EQ(window.windowTitle(), "Tallory-Optics");

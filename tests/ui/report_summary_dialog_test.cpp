@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "common/RecordingHost.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -13,12 +14,7 @@
 namespace tallory {
 namespace {
 
-void Click(QWidget* widget) {
-    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
-    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &press);
-}
+using test::Click;
 
 TEST(ReportSummaryDialog, EachLinkOpensItsPageAndCloseCloses) {
     Course course;

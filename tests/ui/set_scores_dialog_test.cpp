@@ -17,6 +17,7 @@
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/CommandLabel.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -24,7 +25,9 @@
 namespace tallory {
 namespace {
 
+using test::Find;
 using test::TempCourse;
+using test::WhenOpen;
 
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
@@ -33,36 +36,8 @@ void WriteCourse(const TempCourse& folder) {
                     {.title = "Lenses", .voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}}});
 }
 
-template <class T>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
-// Works the modal window named `name` once it is up; the test fails if it never comes.
-void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
-    QTimer::singleShot(0, [name, work] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
-                work(*dialog);
-                return;
-            }
-        }
-        ADD_FAILURE() << name.toStdString() << " did not open";
-        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
-    });
-}
-
-// The course is written before the window opens on it.
-struct WrittenCourse {
-    TempCourse folder;
-    WrittenCourse() { WriteCourse(folder); }
-};
-
-struct Fixture : WrittenCourse, test::OpenWindow {
-    Fixture() : OpenWindow(folder.Path()) {}
+struct Fixture : test::CourseWindow {
+    Fixture() : CourseWindow(WriteCourse) {}
     // Row r of the first session's column.
     QString Cell(int row) {
         return Find<QLabel>(*window, QString("lblSession%1").arg(row))->text();

@@ -14,12 +14,15 @@
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/CommandLabel.h"
 
 namespace tallory {
 namespace {
 
+using test::Find;
 using test::TempCourse;
+using test::WhenOpen;
 
 // Two unregistered clickers that WebReg.dat knows: Bennett's (clear, but he has a clicker) and
 // Chen's (two Chens in the roster).
@@ -34,28 +37,6 @@ void WriteCourse(const TempCourse& folder) {
          .voters = {{"#AA0002", "", {"A"}}, {"#BB0002", "", {"A"}}, {"#BB0003", "", {"B"}}}});
 }
 
-template <class T>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
-// Works the modal window named `name` once it is up; the test fails if it never comes.
-void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
-    QTimer::singleShot(0, [name, work] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
-                work(*dialog);
-                return;
-            }
-        }
-        ADD_FAILURE() << name.toStdString() << " did not open";
-        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
-    });
-}
-
 QStringList Rows(QDialog& dialog, const char* name) {
     QStringList rows;
     auto* list = Find<QListWidget>(dialog, name);
@@ -63,13 +44,8 @@ QStringList Rows(QDialog& dialog, const char* name) {
     return rows;
 }
 
-struct WrittenCourse {
-    TempCourse folder;
-    WrittenCourse() { WriteCourse(folder); }
-};
-
-struct Fixture : WrittenCourse, test::OpenWindow {
-    Fixture() : OpenWindow(folder.Path()) {}
+struct Fixture : test::CourseWindow {
+    Fixture() : CourseWindow(WriteCourse) {}
 };
 
 TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
