@@ -123,6 +123,13 @@ std::string DataPath(std::string_view relative) {
     return std::string(TALLORY_TEST_DATA) + "/" + std::string(relative);
 }
 
+CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
+                   const std::vector<std::string>& more) {
+    command.insert(command.begin(), {"--course", course});
+    command.insert(command.end(), more.begin(), more.end());
+    return RunCli(command);
+}
+
 Ending EndingOf(const std::function<void()>& work) {
     try {
         work();

@@ -76,6 +76,9 @@ struct CliResult {
 
 // Runs tallory-cli with the arguments; standard input is empty.
 CliResult RunCli(const std::vector<std::string>& arguments);
+// Runs tallory-cli on the course folder: --course, the command's words, then `more`.
+CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
+                   const std::vector<std::string>& more = {});
 
 // How `work` ended: the number and message of its run-time error, number 0 when it ran through.
 struct Ending {

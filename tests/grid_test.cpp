@@ -95,8 +95,6 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
     open.Open();
     ScoreGrid& grid = open.grid;
     ASSERT_EQ(grid.PageNo(), 2);
-    EXPECT_FALSE(open.folder.Exists("SessionData/Config.csv"));  // no settings, no settings file
-    EXPECT_FALSE(open.folder.Exists("SessionData/config.csv"));
 
     grid.NextClick();  // already on the last session
     EXPECT_EQ(grid.PageNo(), 2);

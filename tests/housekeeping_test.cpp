@@ -445,9 +445,7 @@ TEST(HousekeepingCli, CommandsActAsTheirScreens) {
     };
     for (const auto& c : cases) {
         SampleCourse sample;
-        std::vector<std::string> arguments = {"--course", sample.Path()};
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const test::CliResult result = test::RunCli(arguments);
+        const test::CliResult result = test::RunCliOn(sample.Path(), c.arguments);
         const std::string shown = c.arguments[0] + " " + c.arguments[1];
         EXPECT_EQ(result.status, c.status) << shown << "\n" << result.err;
         EXPECT_NE(result.out.find(c.out), std::string::npos) << shown << "\n" << result.out;

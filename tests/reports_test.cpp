@@ -365,9 +365,7 @@ TEST(ReportCommands, RunFromTheCommandLine) {
         const std::string course = temp.Path() + "/" + kCourseFolder;
         fs::copy(DataPath("reports/course"), course, fs::copy_options::recursive);
         if (c.reportsFolder) fs::create_directory(course + "/Reports");
-        std::vector<std::string> args = {"--course", course};
-        args.insert(args.end(), c.args.begin(), c.args.end());
-        const test::CliResult result = test::RunCli(args);
+        const test::CliResult result = test::RunCliOn(course, c.args);
         const std::string what = c.args[0] + " " + c.args[1];
         EXPECT_EQ(result.status, c.status) << what << result.err;
         if (c.files < 0) {

@@ -460,9 +460,7 @@ TEST(SetScoresCli, RefusedEditsSaveNothing) {
         log.voters = {{"#A1", "", {"B", "X"}}};
         ScoringCourse fixture(log);
         std::string before = fixture.LogBytes();
-        std::vector<std::string> arguments = {"--course", fixture.Path(), "set-scores", "1"};
-        arguments.insert(arguments.end(), row.edits.begin(), row.edits.end());
-        auto result = test::RunCli(arguments);
+        auto result = test::RunCliOn(fixture.Path(), {"set-scores", "1"}, row.edits);
         EXPECT_EQ(result.status, 1) << row.said;
         EXPECT_NE(result.err.find(row.said), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("nothing was saved"), std::string::npos) << result.err;

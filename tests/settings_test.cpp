@@ -10,9 +10,8 @@ namespace {
 using test::TempCourse;
 
 struct Settings : test::LoadedCourse {
-    // Without a text the course has no settings file.
     explicit Settings(const char* config) {
-        if (config) Write("SessionData/Config.csv", config);
+        Write("SessionData/Config.csv", config);
         course.AppPath = Path();
         ReadConfig(course, host);
     }
@@ -94,13 +93,6 @@ TEST(Settings, SetParamChangesTheFirstRowOrAddsATrimmedOne) {
     EXPECT_EQ(settings.course.Params[3].Value, "2");
     // Memory only, until the settings are written.
     EXPECT_EQ(settings.Read("SessionData/Config.csv"), "\" CMS \",General\r\ncms,Second\r\n");
-}
-
-TEST(Settings, MissingFileLeavesNoSettingsAndCreatesNone) {
-    Settings settings(nullptr);
-    EXPECT_EQ(settings.course.NumParams, 0);
-    EXPECT_EQ(GetParam(settings.course, "ParticipationRequirement", "1"), "1");
-    EXPECT_FALSE(settings.Exists("SessionData/Config.csv"));
 }
 
 TEST(Settings, WebVotingIsReadStraightFromTheFile) {

@@ -463,9 +463,7 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);
         WebCourse web("demo", server.Base());  // the child inherits the registration base
         const size_t requests = server.Targets().size();
-        std::vector<std::string> arguments = {"--course", web.Path(), "websync", "--json"};
-        arguments.insert(arguments.end(), c.answer.begin(), c.answer.end());
-        const test::CliResult result = test::RunCli(arguments);
+        const test::CliResult result = test::RunCliOn(web.Path(), {"websync", "--json"}, c.answer);
         ASSERT_EQ(result.status, c.status) << result.err;
         EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
         if (c.status != 0) {
