@@ -15,6 +15,7 @@
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
 #include "common/RecordingHost.h"
+#include "export/Export.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
@@ -262,6 +263,33 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
         LoadCourse(course, host, grid.Screen(), readOnly ? ReadOnlyLoad() : CourseLoadOptions());
         for (const Case& c : cases)
             EXPECT_EQ(folder.Exists(c.name), readOnly || !c.removed) << c.name;
+    }
+}
+
+// ---- Findings of the fuzzers -------------------------------------------------------------------
+
+// Grade books that split into no line at all once quotes or the byte-order mark are gone: the
+// reader treats them as it treats any grade book too short to use.
+TEST(Safety, GradeBooksOfNothingButMarksReadAsMissing) {
+    struct Case {
+        const char* file;
+        const char* text;
+        void (*read)(Course&, Host&);
+    } cases[] = {
+        {"gb_export.csv", "\"", ReadBlackboardGradebook},
+        {"gb_export.csv", "\"\"\"", ReadBlackboardGradebook},
+        {"gradesexport.csv", "\xEF\xBB\xBF", ReadD2LGradebook},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        TempCourse folder;
+        folder.Write(c.file, c.text);
+        Course course;
+        course.AppPath = folder.Path();
+        RecordingHost host;
+        c.read(course, host);
+        EXPECT_EQ(course.NumRosterIDs, 0);
+        EXPECT_EQ(host.messages.size(), 1u);
     }
 }
 
