@@ -3,7 +3,6 @@
 
 #include <filesystem>
 
-#include "LogText.h"
 #include "TestSupport.h"
 // The console host is compiled into tallory-cli itself; its test compiles the same source.
 #include "../src/cli/Cli.cpp"
@@ -35,9 +34,7 @@ std::string Joined(const std::vector<std::string>& words) {
 
 // A copy of the demo course that a command may change.
 struct DemoCopy : TempCourse {
-    DemoCopy() {
-        std::filesystem::copy(DemoCourse(), Path(), std::filesystem::copy_options::recursive);
-    }
+    DemoCopy() { CopyFrom(DemoCourse()); }
 };
 
 TEST(Cli, GridOfTheDemoCourse) {
@@ -126,10 +123,9 @@ TEST(Cli, RewriteTwiceGivesTheSameBytes) {
 
 TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
     TempCourse course;
-    test::LogPlan plan;
-    plan.voters = {{"#A1", "", {"A"}}};
-    std::string text = test::LogText(plan) + "#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,\r\n";
-    course.Write("SessionData/L2609081000.csv", text);
+    course.WriteLog(
+        "L2609081000.csv",
+        {.voters = {{"#A1", "", {"A"}}, test::RawLine("#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,")}});
     auto before = Snapshot(course.Path());
     for (auto arguments : std::vector<std::vector<std::string>>{
              {"--course", course.Path(), "grid", "--json"},
@@ -263,11 +259,9 @@ TEST(Cli, SetScoresEditsKeepTheirOrder) {
 TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
     DemoCopy demo;
     TempCourse deleted;
-    test::LogPlan plan;
-    plan.names = {"Q1|Y", "Q2|Y"};
-    plan.points = {{1, 0, 0, 0, 0}, {0, 1, 0, 0, 0}};
-    plan.voters = {{"#A1", "", {"A", "B"}}, {"#B2", "", {"C", ""}}};
-    deleted.Write("SessionData/L2609081000.csv", test::LogText(plan));
+    deleted.WriteLog("L2609081000.csv",
+                     {.questions = {{"Q1|Y"}, {"Q2|Y", {0, 1, 0, 0, 0}}},
+                      .voters = {{"#A1", "", {"A", "B"}}, {"#B2", "", {"C", ""}}}});
 
     struct Course {
         const TempCourse& folder;
@@ -275,8 +269,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
     };
     for (const Course& course : {Course{demo, 9}, Course{deleted, 1}}) {
         TempCourse bySetScores;
-        std::filesystem::copy(course.folder.Path(), bySetScores.Path(),
-                              std::filesystem::copy_options::recursive);
+        bySetScores.CopyFrom(course.folder.Path());
         for (int s = 1; s <= course.sessions; ++s) {
             auto rewrite = RunCli({"--course", course.folder.Path(), "rewrite", std::to_string(s)});
             ASSERT_EQ(rewrite.status, 0) << s << rewrite.err;
@@ -303,9 +296,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
 
 TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
     TempCourse course;
-    test::LogPlan plan;
-    plan.voters = {{"#00A1", "", {"A"}}, {"B2", "S9", {"B"}}};
-    course.Write("SessionData/L2609081000.csv", test::LogText(plan));
+    course.WriteLog("L2609081000.csv", {.voters = {{"#00A1", "", {"A"}}, {"B2", "S9", {"B"}}}});
     auto result = RunCli({"--course", course.Path(), "grid", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     json grid = json::parse(result.out);

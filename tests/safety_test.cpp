@@ -11,7 +11,7 @@
 #include <functional>
 #include <thread>
 
-#include "LogText.h"
+#include "LogBuilder.h"
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
 #include "common/RecordingHost.h"

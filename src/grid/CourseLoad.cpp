@@ -62,8 +62,7 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
 
     std::string folderName = LastComponent(course.AppPath);
     course.CourseFolderName = folderName;
-    loaded.courseName = GetParam(course, "CourseName", "");
-    if (TrimView(loaded.courseName).empty()) loaded.courseName = folderName;
+    loaded.courseName = CourseName(course);
     loaded.courseLabel = loaded.courseName;
     if (options.shown) options.shown(loaded);
 

@@ -88,11 +88,7 @@ void Click(QWidget* widget) {
 // The sample course of the housekeeping tests: S1..S4, then the stray clickers 99 and ABC123.
 struct CopiedCourse {
     TempCourse folder;
-    CopiedCourse() {
-        std::filesystem::copy(test::DataPath("housekeeping/course"), folder.Path(),
-                              std::filesystem::copy_options::recursive |
-                                  std::filesystem::copy_options::overwrite_existing);
-    }
+    CopiedCourse() { folder.CopyFrom(test::DataPath("housekeeping/course")); }
 };
 
 struct Fixture : CopiedCourse, test::OpenWindow {

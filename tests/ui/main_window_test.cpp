@@ -12,7 +12,6 @@
 #include <memory>
 #include <stdexcept>
 
-#include "../LogText.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
@@ -22,26 +21,22 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
 using test::TempCourse;
 
 // Five sessions of seven students on a roster whose last names run against their IDs.
 void WriteCourse(const TempCourse& folder) {
-    folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+    folder.WriteSettings({{"CourseName", "Optics"}});
     std::string roster;
-    LogPlan plan;
+    test::LogPlan plan;
     for (int i = 1; i <= 7; ++i) {
         const std::string id = "S" + std::to_string(i);
         roster += std::string(1, static_cast<char>('H' - i)) + "name, First, " + id + "\r\n";
         plan.voters.push_back({"#A" + std::to_string(i), id, {i == 3 ? "B" : "A"}});
     }
-    folder.Write("Roster.txt", roster);
+    folder.WriteRoster(roster);
     for (int day = 1; day <= 5; ++day) {
-        char name[40];
-        std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
         if (day == 5) plan.voters.pop_back();  // S7 misses the last session
-        folder.Write(name, LogText(plan));
+        folder.WriteLog(test::SeptemberLog(day), plan);
     }
 }
 
@@ -117,7 +112,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
 
 TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
     TempCourse folder;
-    folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
+    folder.WriteRoster("Doe, Jane, 12345\r\n");
     test::OpenWindow opened(folder.Path(), true);
     MainWindow& window = *opened.window;
     EXPECT_EQ(window.objectName(), "FrmS_120DPI");

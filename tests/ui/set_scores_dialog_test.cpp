@@ -14,7 +14,6 @@
 #include <memory>
 #include <stdexcept>
 
-#include "../LogText.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
@@ -25,17 +24,13 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
 using test::TempCourse;
 
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
-    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
-    LogPlan log;
-    log.title = "Lenses";
-    log.voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}};
-    folder.Write("SessionData/L2609081000.csv", LogText(log));
+    folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    folder.WriteLog("L2609081000.csv",
+                    {.title = "Lenses", .voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}}});
 }
 
 template <class T>
@@ -125,12 +120,10 @@ struct MessageAnswers {
 // each control then acts, and the log holds what the screen showed.
 TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     TempCourse folder;
-    LogPlan log;
-    log.names = {"Q1", "Q2"};
-    log.points = {{1, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
+    test::LogPlan log = test::QuestionsPlan(2);
     log.voters = {{"#A1", "S1", {"A", "A"}}, {"#A2", "S2", {"B", "A"}}};
-    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
-    folder.Write("SessionData/L2609241000.csv", LogText(log));
+    folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    folder.WriteLog("L2609241000.csv", log);
     test::OpenWindow opened(folder.Path());
     MessageAnswers answers;
     WhenOpen("frmSetSessionScoring", [&answers](QDialog& dialog) {
