@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <functional>
 
 #include "TestSupport.h"
+#include "common/Paths.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionStore.h"
 #include "scoring/EditSessionScreen.h"
@@ -10,7 +15,11 @@ namespace {
 
 // Six sessions on six days; the first is "Intro", the last "Forces", the others untitled.
 struct SessionsCourse : test::LoadedCourse {
+    // Removed logs are kept under the user's data folder: here one of the test's own.
+    test::TempCourse dataHome;
+
     explicit SessionsCourse(const std::string& cms = "General") {
+        ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
         WriteSettings({{"CMS", cms}});
         for (int day = 1; day <= 6; ++day)
             WriteLog(LogName(day), {.title = day == 1   ? "Intro"
@@ -153,6 +162,77 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
     EXPECT_EQ(fixture.course.SessionFile[1], "L0909121030.csv");
     // The kept position 2 is past the new end (1): the grid stays on the last sessions.
     EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 1}));
+}
+
+TEST(EditSession, RemoveKeepsTheRemovedLogsOwnTextOutsideTheCourse) {
+    SessionsCourse fixture;
+    const std::string original = fixture.Log(2);
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+    fixture.host.answers = {Answer::Yes};
+    screen.cmdRemoveClick();
+    ASSERT_TRUE(screen.Removed());
+    const std::string folder =
+        fixture.dataHome.Path() + "/tallory/removed/" + LastComponent(fixture.Path());
+    EXPECT_EQ(RemovedLogsFolder(fixture.course), folder);
+    const std::string& kept = screen.KeptLog();
+    ASSERT_EQ(kept.rfind(folder + "/L0909121030.csv.", 0), 0u) << kept;
+    EXPECT_EQ(kept.size(), folder.size() + 1 + 15 + 1 + 15);  // ".20250314-093005"
+    EXPECT_EQ(test::ReadBytes(kept), original);
+    // The course folder ends as it always did: an empty log and the "x" copy of the tables.
+    EXPECT_EQ(fixture.Log(2), "");
+    EXPECT_NE(fixture.Read("SessionData/xL0909121030.csv").find("\"Forces\""),
+              std::string::npos);
+}
+
+TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
+    struct Case {
+        const char* name;
+        std::function<void(SessionsCourse&)> spoil;
+        const char* message;  // the start of the one message after the question
+        bool copy;
+    } cases[] = {
+        {"x name taken by a folder",
+         [](SessionsCourse& f) { f.Write("SessionData/xL0909121030.csv/inside", "x"); },
+         "Unable to store changes to file ", false},
+        {"no archive",
+         [](SessionsCourse& f) { f.dataHome.Write("tallory", "a file, not a folder"); },
+         "Unable to keep a copy of the log file L0909121030.csv (", false},
+        {"read-only log",
+         [](SessionsCourse& f) {
+             ::chmod(f.File("SessionData/" + SessionsCourse::LogName(2)).c_str(), 0444);
+         },
+         "Unable to empty the log file L0909121030.csv (", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        SessionsCourse fixture;
+        const std::string original = fixture.Log(2);
+        c.spoil(fixture);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+        fixture.host.answers = {Answer::Yes};
+        screen.cmdRemoveClick();
+        EXPECT_FALSE(screen.Removed());
+        EXPECT_EQ(screen.CopyWritten(), c.copy);
+        EXPECT_EQ(fixture.Log(2), original);
+        EXPECT_EQ(fixture.course.NumSessions, 6);
+        ASSERT_EQ(fixture.host.messages.size(), 2u);
+        EXPECT_EQ(fixture.host.messages[1].text.rfind(c.message, 0), 0u)
+            << fixture.host.messages[1].text;
+    }
+}
+
+TEST(EditSessionCli, ARemovalThatFailsClaimsNoCopy) {
+    SessionsCourse fixture;
+    fixture.Write("SessionData/xL0909121030.csv/inside", "x");
+    const std::string before = fixture.Log(2);
+    auto result =
+        test::RunCli({"--course", fixture.Path(), "remove", "2", "--yes", "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("\"removed\": false"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find("--yes confirms"), std::string::npos) << result.out;
+    EXPECT_EQ(fixture.Log(2), before);
 }
 
 TEST(EditSessionCli, RenameAndRemove) {

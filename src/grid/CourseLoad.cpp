@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "common/AtomicFile.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "registration/RemoteTable.h"
@@ -51,6 +52,10 @@ void StampVersion(Course& course) {
 LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
                         const CourseLoadOptions& options) {
     LoadedCourse loaded;
+    if (options.removeStaleTemporaries) {
+        RemoveStaleTemporaries(course.AppPath, ProcessStartTime());
+        RemoveStaleTemporaries(CoursePath(course.AppPath, "\\SessionData"), ProcessStartTime());
+    }
     ReadConfig(course, host);
     if (options.moveStrayImages) MoveStrayImages(course);
     if (options.stampVersion) StampVersion(course);
