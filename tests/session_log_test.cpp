@@ -220,8 +220,8 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
          kTypeMismatch,
          "Run-time error '13': Type mismatch\nFile {log}, line 12"},
         {many, kSubscriptOutOfRange,
-         "Run-time error '9': Subscript out of range\nFile {log}, line 4011 (Table Votes, row 4001 "
-         "(rows 0 to 4000))"},
+         "Run-time error '9': Subscript out of range\nTable Votes, row 4001 (rows 0 to 4000)\nFile "
+         "{log}, line 4011"},
     };
     for (const Case& c : cases) {
         LogReading log;
