@@ -269,6 +269,8 @@ struct Remembered {
     uint64_t key = 0;
     double value = 0;
     signed char numeric = -1;  // -1: nothing remembered yet
+    bool fitsInt16 = false;    // the value rounds to a 16-bit integer, `counter`
+    int16_t counter = 0;
 };
 
 // The bytes of a text of 1 to 8 characters, the first in the lowest byte, blanks after its end.
@@ -293,23 +295,41 @@ uint64_t KeyOf(std::string_view text) {
 
 }  // namespace
 
-bool ToDouble(std::string_view text, double& value) {
+namespace {
+
+// Works out the answer for a text and keeps it in `entry`; apart from the look-up, so that the
+// look-up itself stays small.
+[[gnu::noinline]] void Remember(std::string_view text, uint64_t key, Remembered& entry) {
+    double converted = 0;
+    bool numeric = ConvertWhole(text, converted);
+    entry.key = key;
+    entry.value = converted;
+    entry.numeric = numeric ? 1 : 0;
+    entry.fitsInt16 = numeric && RoundToInt16(converted, entry.counter);
+}
+
+// The remembered answer for a text of 1 to 8 characters, worked out now when it is not at hand;
+// nullptr for any other text.
+const Remembered* RememberedAnswer(std::string_view text) {
     // The key relies on the first character landing in the lowest byte.
     if (std::endian::native != std::endian::little || text.empty() ||
         text.size() > sizeof(uint64_t))
-        return ConvertWhole(text, value);
+        return nullptr;
     thread_local Remembered remembered[1 << kRememberedBits];
     const uint64_t key = KeyOf(text);
     Remembered& entry = remembered[(key * 0x9E3779B97F4A7C15) >> (64 - kRememberedBits)];
-    if (entry.key != key || entry.numeric < 0) {
-        double converted = 0;
-        bool numeric = ConvertWhole(text, converted);
-        entry.key = key;
-        entry.value = converted;
-        entry.numeric = numeric ? 1 : 0;
-    }
-    if (entry.numeric == 0) return false;
-    value = entry.value;
+    if (entry.key != key || entry.numeric < 0) [[unlikely]]
+        Remember(text, key, entry);
+    return &entry;
+}
+
+}  // namespace
+
+bool ToDouble(std::string_view text, double& value) {
+    const Remembered* entry = RememberedAnswer(text);
+    if (entry == nullptr) return ConvertWhole(text, value);
+    if (entry->numeric == 0) return false;
+    value = entry->value;
     return true;
 }
 
@@ -332,8 +352,13 @@ bool RoundToInt16(double value, int16_t& result) {
 }
 
 bool ToInt16(std::string_view text, int16_t& value) {
+    if (const Remembered* entry = RememberedAnswer(text)) {
+        if (!entry->fitsInt16) return false;
+        value = entry->counter;
+        return true;
+    }
     double converted;
-    if (!ToDouble(text, converted)) return false;
+    if (!ConvertWhole(text, converted)) return false;
     return RoundToInt16(converted, value);
 }
 

@@ -64,15 +64,6 @@ int16_t CounterOf(double value) {
     return counter;
 }
 
-// Conversions of the per-question values of a data line: a value that does not convert leaves
-// what the row held before, which is how the letter in the First Response column is passed over.
-void KeepIfNumeric(std::string_view text, double& target) {
-    ToDouble(text, target);
-}
-void KeepIfNumeric(std::string_view text, int16_t& target) {
-    ToInt16(text, target);
-}
-
 // A setting of line 1 ("  Performance =  5 "): the number after the first "=", or the whole
 // field when there is no "="; the default when the field is missing or holds no number.
 double SettingOf(const Fields& fields, int index, double defaultValue) {
@@ -174,26 +165,117 @@ T* RowsUpTo(Table<T, Upper>& table, int last) {
     return &table[0];
 }
 
+// One question group of a data line, converted: the answer letter, and the values of the number
+// columns whose text converts (a bit of `converted` for each).
+struct VoteGroup {
+    enum : uint8_t { kScore = 1, kFinalTime = 2, kAttempts = 4, kFirstAnswer = 8, kFirstTime = 16 };
+    int16_t answer;
+    uint8_t converted;
+    int16_t attempts;
+    int16_t firstAnswer;
+    double score;
+    double finalTime;
+    double firstTime;
+};
+
+// The most groups a line can hold: the fields past the top index are joined onto the last one.
+constexpr int kMaxGroups = (kMaxLogFieldIndex - kFirstGroupField) / kGroupWidth + 1;
+
+// A data line taken apart: its label fields, the index of its last field (as Fields counts it)
+// and its groups, 1..Groups().
+struct VoteLine {
+    std::string_view remote;
+    std::string_view student;
+    std::string_view total;
+    int count;
+    VoteGroup groups[kMaxGroups + 1];
+
+    int Groups() const {
+        return count < kFirstGroupField ? 0 : (count - kFirstGroupField) / kGroupWidth + 1;
+    }
+};
+
+// The group whose columns `field(0)` to `field(5)` give. A count outside 16 bits converts no more
+// than a text that is not numeric.
+template <class FieldOf>
+void ConvertGroup(VoteGroup& group, const FieldOf& field) {
+    group.answer = AnswerFromLetter(field(kAnswerColumn));
+    uint8_t converted = 0;
+    if (ToDouble(field(kPointsColumn), group.score)) converted |= VoteGroup::kScore;
+    if (ToDouble(field(kFinalTimeColumn), group.finalTime)) converted |= VoteGroup::kFinalTime;
+    if (ToInt16(field(kAttemptsColumn), group.attempts)) converted |= VoteGroup::kAttempts;
+    if (ToInt16(field(kFirstAnswerColumn), group.firstAnswer))
+        converted |= VoteGroup::kFirstAnswer;
+    if (ToDouble(field(kFirstTimeColumn), group.firstTime)) converted |= VoteGroup::kFirstTime;
+    group.converted = converted;
+}
+
+// The data line through the splitter: the road for every line.
+void ConvertSplitLine(std::string_view line, Fields& fields, VoteLine& parsed) {
+    SplitFields(line, fields);
+    parsed.count = fields.Count();
+    parsed.remote = fields[0];
+    parsed.student = fields[1];
+    parsed.total = fields[2];
+    for (int q = 1, groups = parsed.Groups(); q <= groups; ++q) {
+        const int first = kFirstGroupField + kGroupWidth * (q - 1);
+        ConvertGroup(parsed.groups[q], [&](int column) { return fields[first + column]; });
+    }
+}
+
+// The same as ConvertSplitLine with the fields taken straight from the line, for the lines that
+// make up nearly every log: no quotes, no fields past the top index, at least one group. False,
+// with `parsed` of no use, for any other line.
+bool ConvertPlainLine(std::string_view line, VoteLine& parsed) {
+    uint32_t ends[kMaxLogFieldIndex + 1];
+    const int separators = FindSeparators(line, ends, kMaxLogFieldIndex);
+    if (separators < kFirstGroupField) return false;
+    const char* text = line.data();
+    auto field = [&](int index) {
+        const uint32_t begin = index == 0 ? 0 : ends[index - 1] + 1;
+        return std::string_view(text + begin, ends[index] - begin);
+    };
+    // An empty last field is not counted.
+    parsed.count = ends[separators] == ends[separators - 1] + 1 ? separators - 1 : separators;
+    if (parsed.count < kFirstGroupField) return false;
+    parsed.remote = field(0);
+    parsed.student = field(1);
+    parsed.total = field(2);
+    for (int q = 1, groups = parsed.Groups(); q <= groups; ++q) {
+        const int first = kFirstGroupField + kGroupWidth * (q - 1);
+        if (first + kGroupWidth - 1 <= parsed.count) {
+            ConvertGroup(parsed.groups[q], [&](int column) { return field(first + column); });
+        } else {
+            // The last group, short of fields: the missing ones are empty.
+            ConvertGroup(parsed.groups[q], [&](int column) {
+                return first + column <= parsed.count ? field(first + column) : std::string_view();
+            });
+        }
+    }
+    return true;
+}
+
 // One data line, split into the caller's `fields` so that a whole log reuses one buffer.
 void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& row,
                     int& groupCount) {
-    SplitFields(line, fields);
-    if (fields.Count() < 0) {  // a blank line takes no row
+    VoteLine parsed;
+    if (!ConvertPlainLine(line, parsed)) ConvertSplitLine(line, fields, parsed);
+    if (parsed.count < 0) {  // a blank line takes no row
         --row;
         return;
     }
-    const int groups = GroupsOf(fields);
+    const int groups = parsed.Groups();
     VoteRec& vote = course.Votes[row];
-    vote.RemoteId = StripLeading(StripLeading(TrimView(fields[0]), '#'), '0');
-    vote.StudentId = TrimView(fields[1]);
+    vote.RemoteId = StripLeading(StripLeading(TrimView(parsed.remote), '#'), '0');
+    vote.StudentId = TrimView(parsed.student);
     if (vote.StudentId.empty()) vote.StudentId = RemoteToStudent(course, vote.RemoteId);
     if (vote.StudentId.empty()) vote.StudentId = "#" + vote.RemoteId;
-    if (!fields.Has(2)) {
+    if (parsed.count < 2) {
         DebugMessage("Skipped " + std::string(line));
         --row;
         return;
     }
-    vote.Score[0] = FloatOf(fields[2]);
+    vote.Score[0] = FloatOf(parsed.total);
 
     if (groups > 0) {
         int16_t* answer = RowsUpTo(vote.Answer, groups);
@@ -202,14 +284,16 @@ void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& 
         int16_t* attempts = RowsUpTo(vote.Attempts, groups);
         int16_t* firstAnswer = RowsUpTo(vote.FirstAnswer, groups);
         double* firstTime = RowsUpTo(vote.FirstTime, groups);
+        // A value that does not convert leaves what the row held before, which is how the letter
+        // in the First Response column is passed over.
         for (int q = 1; q <= groups; ++q) {
-            const int group = kFirstGroupField + kGroupWidth * (q - 1);
-            answer[q] = AnswerFromLetter(fields[group + kAnswerColumn]);
-            KeepIfNumeric(fields[group + kPointsColumn], score[q]);
-            KeepIfNumeric(fields[group + kFinalTimeColumn], finalTime[q]);
-            KeepIfNumeric(fields[group + kAttemptsColumn], attempts[q]);
-            KeepIfNumeric(fields[group + kFirstAnswerColumn], firstAnswer[q]);
-            KeepIfNumeric(fields[group + kFirstTimeColumn], firstTime[q]);
+            const VoteGroup& group = parsed.groups[q];
+            answer[q] = group.answer;
+            if (group.converted & VoteGroup::kScore) score[q] = group.score;
+            if (group.converted & VoteGroup::kFinalTime) finalTime[q] = group.finalTime;
+            if (group.converted & VoteGroup::kAttempts) attempts[q] = group.attempts;
+            if (group.converted & VoteGroup::kFirstAnswer) firstAnswer[q] = group.firstAnswer;
+            if (group.converted & VoteGroup::kFirstTime) firstTime[q] = group.firstTime;
         }
     }
     groupCount = groups;
