@@ -92,6 +92,14 @@ inline uint64_t KeyOf(std::string_view text) {
     return key;
 }
 
+// KeyOf for a text whose first 8 bytes may be read even when it is shorter: one load.
+inline uint64_t KeyOfReadable(std::string_view text) {
+    uint64_t word;
+    std::memcpy(&word, text.data(), sizeof word);
+    const uint64_t keep = ~uint64_t{0} >> (64 - 8 * text.size());
+    return (word & keep) | (uint64_t{0x2020202020202020} & ~keep);
+}
+
 inline Entry& EntryOf(uint64_t key) {
     return table[(key * 0x9E3779B97F4A7C15) >> (64 - kBits)];
 }
@@ -102,34 +110,55 @@ void Remember(std::string_view text, uint64_t key, Entry& entry);
 bool ToDoubleMissed(std::string_view text, double& value);
 bool ToInt16Missed(std::string_view text, int16_t& value);
 
-}  // namespace remembered_numbers
+// The look-up of both conversions; `readable` when the 8 bytes from the text's start may be read.
+template <bool readable>
+inline const Entry* Find(std::string_view text) {
+    if (!Rememberable(text)) return nullptr;
+    const uint64_t key = readable ? KeyOfReadable(text) : KeyOf(text);
+    const Entry& entry = EntryOf(key);
+    if (entry.key == key && entry.numeric >= 0) [[likely]]
+        return &entry;
+    return nullptr;
+}
 
+template <bool readable>
 inline bool ToDouble(std::string_view text, double& value) {
-    using namespace remembered_numbers;
-    if (Rememberable(text)) {
-        const uint64_t key = KeyOf(text);
-        const Entry& entry = EntryOf(key);
-        if (entry.key == key && entry.numeric >= 0) [[likely]] {
-            if (entry.numeric == 0) return false;
-            value = entry.value;
-            return true;
-        }
+    if (const Entry* entry = Find<readable>(text)) {
+        if (entry->numeric == 0) return false;
+        value = entry->value;
+        return true;
     }
     return ToDoubleMissed(text, value);
 }
 
+template <bool readable>
 inline bool ToInt16(std::string_view text, int16_t& value) {
-    using namespace remembered_numbers;
-    if (Rememberable(text)) {
-        const uint64_t key = KeyOf(text);
-        const Entry& entry = EntryOf(key);
-        if (entry.key == key && entry.numeric >= 0) [[likely]] {
-            if (!entry.fitsInt16) return false;
-            value = entry.counter;
-            return true;
-        }
+    if (const Entry* entry = Find<readable>(text)) {
+        if (!entry->fitsInt16) return false;
+        value = entry->counter;
+        return true;
     }
     return ToInt16Missed(text, value);
+}
+
+}  // namespace remembered_numbers
+
+inline bool ToDouble(std::string_view text, double& value) {
+    return remembered_numbers::ToDouble<false>(text, value);
+}
+
+inline bool ToInt16(std::string_view text, int16_t& value) {
+    return remembered_numbers::ToInt16<false>(text, value);
+}
+
+// The same two for a text inside a longer buffer, with at least 8 bytes from its start readable:
+// the look-up reads them at once. For readers of whole lines.
+inline bool ToDoubleReadable(std::string_view text, double& value) {
+    return remembered_numbers::ToDouble<true>(text, value);
+}
+
+inline bool ToInt16Readable(std::string_view text, int16_t& value) {
+    return remembered_numbers::ToInt16<true>(text, value);
 }
 
 }  // namespace tallory

@@ -196,17 +196,24 @@ struct VoteLine {
 };
 
 // The group whose columns `field(0)` to `field(5)` give. A count outside 16 bits converts no more
-// than a text that is not numeric.
-template <class FieldOf>
+// than a text that is not numeric. `readable` when 8 bytes from the start of each number field
+// may be read.
+template <bool readable = false, class FieldOf>
 void ConvertGroup(VoteGroup& group, const FieldOf& field) {
+    auto toDouble = [](std::string_view text, double& value) {
+        return readable ? ToDoubleReadable(text, value) : ToDouble(text, value);
+    };
+    auto toInt16 = [](std::string_view text, int16_t& value) {
+        return readable ? ToInt16Readable(text, value) : ToInt16(text, value);
+    };
     group.answer = AnswerFromLetter(field(kAnswerColumn));
     uint8_t converted = 0;
-    if (ToDouble(field(kPointsColumn), group.score)) converted |= VoteGroup::kScore;
-    if (ToDouble(field(kFinalTimeColumn), group.finalTime)) converted |= VoteGroup::kFinalTime;
-    if (ToInt16(field(kAttemptsColumn), group.attempts)) converted |= VoteGroup::kAttempts;
-    if (ToInt16(field(kFirstAnswerColumn), group.firstAnswer))
+    if (toDouble(field(kPointsColumn), group.score)) converted |= VoteGroup::kScore;
+    if (toDouble(field(kFinalTimeColumn), group.finalTime)) converted |= VoteGroup::kFinalTime;
+    if (toInt16(field(kAttemptsColumn), group.attempts)) converted |= VoteGroup::kAttempts;
+    if (toInt16(field(kFirstAnswerColumn), group.firstAnswer))
         converted |= VoteGroup::kFirstAnswer;
-    if (ToDouble(field(kFirstTimeColumn), group.firstTime)) converted |= VoteGroup::kFirstTime;
+    if (toDouble(field(kFirstTimeColumn), group.firstTime)) converted |= VoteGroup::kFirstTime;
     group.converted = converted;
 }
 
@@ -243,7 +250,11 @@ bool ConvertPlainLine(std::string_view line, VoteLine& parsed) {
     parsed.total = field(2);
     for (int q = 1, groups = parsed.Groups(); q <= groups; ++q) {
         const int first = kFirstGroupField + kGroupWidth * (q - 1);
-        if (first + kGroupWidth - 1 <= parsed.count) {
+        const int last = first + kGroupWidth - 1;
+        if (last < parsed.count && ends[last] + sizeof(uint64_t) <= line.size()) {
+            // Every number field of the group has 8 bytes of the line from its start.
+            ConvertGroup<true>(parsed.groups[q], [&](int column) { return field(first + column); });
+        } else if (last <= parsed.count) {
             ConvertGroup(parsed.groups[q], [&](int column) { return field(first + column); });
         } else {
             // The last group, short of fields: the missing ones are empty.
