@@ -55,7 +55,7 @@ double LeadingNumberReference(std::string_view text);
 // have the same answer.
 namespace remembered_numbers {
 
-constexpr int kBits = 10;
+constexpr int kBits = 11;
 
 struct Entry {
     uint64_t key = 0;
