@@ -234,9 +234,6 @@ TEST(SessionLog, MoreThan4000RowsIsOutOfRange) {
     }
 }
 
-}  // namespace
-}  // namespace tallory
-
 // The data-line reader against the meaning of a data line, stated field by field through the
 // splitter and the reference conversion: the same row values, the same row and group count, for
 // random lines of every shape (odd number forms, letters, quotes, line feeds, lines past field
@@ -326,3 +323,6 @@ TEST(SessionLog, DataLinesReadAsTheSplitterAndReferenceConversionSay) {
         }
     }
 }
+
+}  // namespace
+}  // namespace tallory
