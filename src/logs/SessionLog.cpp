@@ -157,14 +157,6 @@ int ReadHeaderLines(Course& course, LineReader& reader, std::string& line) {
     return count;
 }
 
-// Rows 0 to `last` of a vote table as one array. Touching the last row allocates the rows before
-// it, as touching each of them in turn would, so the values read and written stay the same.
-template <class T, int Upper>
-T* RowsUpTo(Table<T, Upper>& table, int last) {
-    table[last];
-    return &table[0];
-}
-
 // One question group of a data line, converted: the answer letter, and the values of the number
 // columns whose text converts (a bit of `converted` for each).
 struct VoteGroup {
@@ -289,22 +281,18 @@ void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& 
     vote.Score[0] = FloatOf(parsed.total);
 
     if (groups > 0) {
-        int16_t* answer = RowsUpTo(vote.Answer, groups);
-        double* score = RowsUpTo(vote.Score, groups);
-        double* finalTime = RowsUpTo(vote.FinalTime, groups);
-        int16_t* attempts = RowsUpTo(vote.Attempts, groups);
-        int16_t* firstAnswer = RowsUpTo(vote.FirstAnswer, groups);
-        double* firstTime = RowsUpTo(vote.FirstTime, groups);
+        VoteSlot* slots = vote.SlotsUpTo(groups);
         // A value that does not convert leaves what the row held before, which is how the letter
         // in the First Response column is passed over.
         for (int q = 1; q <= groups; ++q) {
             const VoteGroup& group = parsed.groups[q];
-            answer[q] = group.answer;
-            if (group.converted & VoteGroup::kScore) score[q] = group.score;
-            if (group.converted & VoteGroup::kFinalTime) finalTime[q] = group.finalTime;
-            if (group.converted & VoteGroup::kAttempts) attempts[q] = group.attempts;
-            if (group.converted & VoteGroup::kFirstAnswer) firstAnswer[q] = group.firstAnswer;
-            if (group.converted & VoteGroup::kFirstTime) firstTime[q] = group.firstTime;
+            VoteSlot& slot = slots[q];
+            slot.Answer = group.answer;
+            if (group.converted & VoteGroup::kScore) slot.Score = group.score;
+            if (group.converted & VoteGroup::kFinalTime) slot.FinalTime = group.finalTime;
+            if (group.converted & VoteGroup::kAttempts) slot.Attempts = group.attempts;
+            if (group.converted & VoteGroup::kFirstAnswer) slot.FirstAnswer = group.firstAnswer;
+            if (group.converted & VoteGroup::kFirstTime) slot.FirstTime = group.firstTime;
         }
     }
     groupCount = groups;

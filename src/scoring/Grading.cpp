@@ -79,14 +79,14 @@ void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liv
                 QuestionRec* questions, const std::vector<VoterShares>& shares) {
     const bool capped = course.SessPerformance >= 0;
     const double cap = course.SessPerformance;
-    const int16_t* answers = RowsUpTo(vote.Answer, course.NumQuestions);
-    double* scores = RowsUpTo(vote.Score, course.NumQuestions);
+    VoteSlot* slots = vote.SlotsUpTo(course.NumQuestions);
+    double& total = slots[0].Score;
     int16_t responses = 0;
     int16_t earned = 0;
-    scores[0] = 0;
+    total = 0;
     for (int q : liveRows) {
         QuestionRec& question = questions[q];
-        int16_t answer = answers[q];
+        int16_t answer = slots[q].Answer;
         if (answer == kAnonymousAnswer) {
             // Nobody may see an anonymous answer: it counts as a response and earns nothing.
             Raise(responses, 1, "responses");
@@ -95,16 +95,16 @@ void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liv
         }
         double points = ChoicePointsOf(question, answer);
         question.AveragePoints += shares[q][answer];
-        scores[q] = points;
-        scores[0] += points;
-        if (capped && scores[0] > cap) scores[0] = cap;
+        slots[q].Score = points;
+        total += points;
+        if (capped && total > cap) total = cap;
         if (points > 0) Raise(earned, 1, "earned");
         // A choice A to E is a response; no answer (6) and a row the log never filled (0) are not.
         if (answer >= 1 && answer < kNoAnswer) Raise(responses, 1, "responses");
         question.Anonymous = kFalse;
     }
     if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
-        scores[0] += course.SessParticipation;
+        total += course.SessParticipation;
 }
 
 // ResponseCount[0] of a question with per-voter answers becomes the sum of its choices; an
