@@ -39,11 +39,14 @@ std::string_view StripLeading(std::string_view text, char c) {
     return text.substr(at);
 }
 
-// Number of the question groups a line holds: a group counts when its first field is there.
+// Number of the question groups of a line whose last field has index `count`: a group counts when
+// its first field is there.
+int GroupsOfCount(int count) {
+    return count < kFirstGroupField ? 0 : (count - kFirstGroupField) / kGroupWidth + 1;
+}
+
 int GroupsOf(const Fields& fields) {
-    return fields.Count() < kFirstGroupField
-               ? 0
-               : (fields.Count() - kFirstGroupField) / kGroupWidth + 1;
+    return GroupsOfCount(fields.Count());
 }
 
 std::string_view GroupField(const Fields& fields, int question, int column) {
@@ -157,142 +160,103 @@ int ReadHeaderLines(Course& course, LineReader& reader, std::string& line) {
     return count;
 }
 
-// One question group of a data line, converted: the answer letter, and the values of the number
-// columns whose text converts (a bit of `converted` for each).
-struct VoteGroup {
-    enum : uint8_t { kScore = 1, kFinalTime = 2, kAttempts = 4, kFirstAnswer = 8, kFirstTime = 16 };
-    int16_t answer;
-    uint8_t converted;
-    int16_t attempts;
-    int16_t firstAnswer;
-    double score;
-    double finalTime;
-    double firstTime;
-};
-
-// The most groups a line can hold: the fields past the top index are joined onto the last one.
-constexpr int kMaxGroups = (kMaxLogFieldIndex - kFirstGroupField) / kGroupWidth + 1;
-
-// A data line taken apart: its label fields, the index of its last field (as Fields counts it)
-// and its groups, 1..Groups().
-struct VoteLine {
-    std::string_view remote;
-    std::string_view student;
-    std::string_view total;
-    int count;
-    VoteGroup groups[kMaxGroups + 1];
-
-    int Groups() const {
-        return count < kFirstGroupField ? 0 : (count - kFirstGroupField) / kGroupWidth + 1;
-    }
-};
-
-// The group whose columns `field(0)` to `field(5)` give. A count outside 16 bits converts no more
-// than a text that is not numeric. `readable` when 8 bytes from the start of each number field
-// may be read.
+// The values of question `q` of a data line from its six fields, `field(0)` to `field(5)`. A value
+// that does not convert leaves what the row held before, which is how the letter in the First
+// Response column is passed over; so does a count outside 16 bits. `readable` when 8 bytes from
+// the start of each number field may be read.
 template <bool readable = false, class FieldOf>
-void ConvertGroup(VoteGroup& group, const FieldOf& field) {
-    auto toDouble = [](std::string_view text, double& value) {
-        return readable ? ToDoubleReadable(text, value) : ToDouble(text, value);
+void ConvertGroup(VoteSlot& slot, const FieldOf& field) {
+    auto keepDouble = [](std::string_view text, double& value) {
+        readable ? ToDoubleReadable(text, value) : ToDouble(text, value);
     };
-    auto toInt16 = [](std::string_view text, int16_t& value) {
-        return readable ? ToInt16Readable(text, value) : ToInt16(text, value);
+    auto keepInt16 = [](std::string_view text, int16_t& value) {
+        readable ? ToInt16Readable(text, value) : ToInt16(text, value);
     };
-    group.answer = AnswerFromLetter(field(kAnswerColumn));
-    uint8_t converted = 0;
-    if (toDouble(field(kPointsColumn), group.score)) converted |= VoteGroup::kScore;
-    if (toDouble(field(kFinalTimeColumn), group.finalTime)) converted |= VoteGroup::kFinalTime;
-    if (toInt16(field(kAttemptsColumn), group.attempts)) converted |= VoteGroup::kAttempts;
-    if (toInt16(field(kFirstAnswerColumn), group.firstAnswer))
-        converted |= VoteGroup::kFirstAnswer;
-    if (toDouble(field(kFirstTimeColumn), group.firstTime)) converted |= VoteGroup::kFirstTime;
-    group.converted = converted;
+    slot.Answer = AnswerFromLetter(field(kAnswerColumn));
+    keepDouble(field(kPointsColumn), slot.Score);
+    keepDouble(field(kFinalTimeColumn), slot.FinalTime);
+    keepInt16(field(kAttemptsColumn), slot.Attempts);
+    keepInt16(field(kFirstAnswerColumn), slot.FirstAnswer);
+    keepDouble(field(kFirstTimeColumn), slot.FirstTime);
 }
 
-// The data line through the splitter: the road for every line.
-void ConvertSplitLine(std::string_view line, Fields& fields, VoteLine& parsed) {
-    SplitFields(line, fields);
-    parsed.count = fields.Count();
-    parsed.remote = fields[0];
-    parsed.student = fields[1];
-    parsed.total = fields[2];
-    for (int q = 1, groups = parsed.Groups(); q <= groups; ++q) {
-        const int first = kFirstGroupField + kGroupWidth * (q - 1);
-        ConvertGroup(parsed.groups[q], [&](int column) { return fields[first + column]; });
-    }
-}
-
-// The same as ConvertSplitLine with the fields taken straight from the line, for the lines that
-// make up nearly every log: no quotes, no fields past the top index, at least one group. False,
-// with `parsed` of no use, for any other line.
-bool ConvertPlainLine(std::string_view line, VoteLine& parsed) {
+// A data line's fields straight from the line, for the lines that make up nearly every log: no
+// quotes and no fields past the top index. Field i lies between ends[i - 1] + 1 and ends[i].
+struct PlainLine {
+    std::string_view line;
     uint32_t ends[kMaxLogFieldIndex + 1];
-    const int separators = FindSeparators(line, ends, kMaxLogFieldIndex);
-    if (separators < kFirstGroupField) return false;
-    const char* text = line.data();
-    auto field = [&](int index) {
+    int count;  // index of the last field, as Fields counts it
+
+    // False for a line only the splitter can take apart.
+    bool Split(std::string_view text) {
+        line = text;
+        const int separators = FindSeparators(text, ends, kMaxLogFieldIndex);
+        if (separators < 0) return false;
+        // An empty last field is not counted; a line of one empty field has none.
+        const uint32_t lastBegin = separators == 0 ? 0 : ends[separators - 1] + 1;
+        count = ends[separators] == lastBegin ? separators - 1 : separators;
+        return true;
+    }
+
+    std::string_view operator[](int index) const {
+        if (index > count) return {};
         const uint32_t begin = index == 0 ? 0 : ends[index - 1] + 1;
-        return std::string_view(text + begin, ends[index] - begin);
-    };
-    // An empty last field is not counted.
-    parsed.count = ends[separators] == ends[separators - 1] + 1 ? separators - 1 : separators;
-    if (parsed.count < kFirstGroupField) return false;
-    parsed.remote = field(0);
-    parsed.student = field(1);
-    parsed.total = field(2);
-    for (int q = 1, groups = parsed.Groups(); q <= groups; ++q) {
-        const int first = kFirstGroupField + kGroupWidth * (q - 1);
-        const int last = first + kGroupWidth - 1;
-        if (last < parsed.count && ends[last] + sizeof(uint64_t) <= line.size()) {
-            // Every number field of the group has 8 bytes of the line from its start.
-            ConvertGroup<true>(parsed.groups[q], [&](int column) { return field(first + column); });
-        } else if (last <= parsed.count) {
-            ConvertGroup(parsed.groups[q], [&](int column) { return field(first + column); });
-        } else {
-            // The last group, short of fields: the missing ones are empty.
-            ConvertGroup(parsed.groups[q], [&](int column) {
-                return first + column <= parsed.count ? field(first + column) : std::string_view();
-            });
+        return line.substr(begin, ends[index] - begin);
+    }
+
+    void ConvertGroups(VoteSlot* slots, int groups) const {
+        const char* text = line.data();
+        for (int q = 1; q <= groups; ++q) {
+            const int first = kFirstGroupField + kGroupWidth * (q - 1);
+            const int last = first + kGroupWidth - 1;
+            if (last < count && ends[last] + sizeof(uint64_t) <= line.size()) {
+                // Every number field of the group has 8 bytes of the line from its start.
+                ConvertGroup<true>(slots[q], [&](int column) {
+                    const uint32_t begin = ends[first + column - 1] + 1;
+                    return std::string_view(text + begin, ends[first + column] - begin);
+                });
+            } else {
+                ConvertGroup(slots[q], [&](int column) { return (*this)[first + column]; });
+            }
         }
     }
-    return true;
-}
+};
 
-// One data line, split into the caller's `fields` so that a whole log reuses one buffer.
+// One data line, split into the caller's `fields` when it needs the splitter, so that a whole log
+// reuses one buffer.
 void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& row,
                     int& groupCount) {
-    VoteLine parsed;
-    if (!ConvertPlainLine(line, parsed)) ConvertSplitLine(line, fields, parsed);
-    if (parsed.count < 0) {  // a blank line takes no row
+    PlainLine plain;
+    const bool isPlain = plain.Split(line);
+    if (!isPlain) SplitFields(line, fields);
+    auto field = [&](int index) { return isPlain ? plain[index] : fields[index]; };
+    const int count = isPlain ? plain.count : fields.Count();
+    if (count < 0) {  // a blank line takes no row
         --row;
         return;
     }
-    const int groups = parsed.Groups();
+    const int groups = GroupsOfCount(count);
     VoteRec& vote = course.Votes[row];
-    vote.RemoteId = StripLeading(StripLeading(TrimView(parsed.remote), '#'), '0');
-    vote.StudentId = TrimView(parsed.student);
+    vote.RemoteId = StripLeading(StripLeading(TrimView(field(0)), '#'), '0');
+    vote.StudentId = TrimView(field(1));
     if (vote.StudentId.empty()) vote.StudentId = RemoteToStudent(course, vote.RemoteId);
     if (vote.StudentId.empty()) vote.StudentId = "#" + vote.RemoteId;
-    if (parsed.count < 2) {
+    if (count < 2) {
         DebugMessage("Skipped " + std::string(line));
         --row;
         return;
     }
-    vote.Score[0] = FloatOf(parsed.total);
+    vote.Score[0] = FloatOf(field(2));
 
     if (groups > 0) {
         VoteSlot* slots = vote.SlotsUpTo(groups);
-        // A value that does not convert leaves what the row held before, which is how the letter
-        // in the First Response column is passed over.
-        for (int q = 1; q <= groups; ++q) {
-            const VoteGroup& group = parsed.groups[q];
-            VoteSlot& slot = slots[q];
-            slot.Answer = group.answer;
-            if (group.converted & VoteGroup::kScore) slot.Score = group.score;
-            if (group.converted & VoteGroup::kFinalTime) slot.FinalTime = group.finalTime;
-            if (group.converted & VoteGroup::kAttempts) slot.Attempts = group.attempts;
-            if (group.converted & VoteGroup::kFirstAnswer) slot.FirstAnswer = group.firstAnswer;
-            if (group.converted & VoteGroup::kFirstTime) slot.FirstTime = group.firstTime;
+        if (isPlain) {
+            plain.ConvertGroups(slots, groups);
+        } else {
+            for (int q = 1; q <= groups; ++q) {
+                const int first = kFirstGroupField + kGroupWidth * (q - 1);
+                ConvertGroup(slots[q], [&](int column) { return fields[first + column]; });
+            }
         }
     }
     groupCount = groups;
