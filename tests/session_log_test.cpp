@@ -253,9 +253,10 @@ void KeepIfReferenceNumeric(std::string_view text, int16_t& target) {
 
 std::string RandomField(std::mt19937& random) {
     static const char* const kTexts[] = {
-        " 0 ",  " 1 ",   " 38.7 ", "-0",       "+2",    "1.",         ".5",   "1E2",   "2D1",
-        "\t3 ", " 12 x", "E ",     "A",        "x",     "",           " ",    "1e999", "\"4\"",
-        "a\"b", "1\n2",  " 99999", "65535.5",  "-32769", "123456789012", "0.1234567", "BX"};
+        " 0 ",     " 1 ",    " 38.7 ",       "-0",        "+2",   "1.",   ".5",
+        "1E2",     "2D1",    "\t3 ",         " 12 x",     "E ",   "A",    "x",
+        "",        " ",      "1e999",        "\"4\"",     "a\"b", "1\n2", " 99999",
+        "65535.5", "-32769", "123456789012", "0.1234567", "BX"};
     return kTexts[random() % std::size(kTexts)];
 }
 
@@ -287,8 +288,8 @@ TEST(SessionLog, DataLinesReadAsTheSplitterAndReferenceConversionSay) {
                                            : 6 * width + static_cast<int>(random() % 6);
         for (int f = 0; f < fields; ++f) {
             std::string text = RandomField(random);
-            if (trial % 3 != 0 && (text.find('"') != std::string::npos ||
-                                   text.find('\n') != std::string::npos))
+            if (trial % 3 != 0 &&
+                (text.find('"') != std::string::npos || text.find('\n') != std::string::npos))
                 text = " 7 ";
             line += "," + text;
         }

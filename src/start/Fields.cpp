@@ -54,9 +54,8 @@ uint32_t DropQuotes(char* text, uint32_t begin, uint32_t end) {
 // quote, in the return value.
 uint32_t SeparatorBytes(const char* block, uint32_t& separators) {
     __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
-    separators = static_cast<uint32_t>(
-        _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(',')),
-                                       _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')))));
+    separators = static_cast<uint32_t>(_mm_movemask_epi8(_mm_or_si128(
+        _mm_cmpeq_epi8(bytes, _mm_set1_epi8(',')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')))));
     return static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'))));
 }
 #endif
