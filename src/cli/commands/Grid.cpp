@@ -1,9 +1,12 @@
 // grid [--by-name]: the score grid as the main window shows it after its start sequence.
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <iostream>
 #include <sstream>
 #include <string_view>
+#include <vector>
 
 #include "cli/Cli.h"
 #include "common/Numbers.h"
@@ -77,14 +80,23 @@ class GridJsonWriter {
         out_ += '"';
     }
 
+    // A grid repeats a few scores many times: the texts of the last ones are kept by value.
     void Number(double value) {
         if (!std::isfinite(value)) {
             out_ += "null";
             return;
         }
-        std::array<char, 64> digits;
-        char* end = nlohmann::detail::to_chars(digits.data(), digits.data() + digits.size(), value);
-        out_.append(digits.data(), end);
+        uint64_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        NumberText& kept = numbers_[(bits * 0x9E3779B97F4A7C15) >> (64 - kNumberBits)];
+        if (!kept.used || kept.bits != bits) {
+            char* end = nlohmann::detail::to_chars(kept.text.data(),
+                                                   kept.text.data() + kept.text.size(), value);
+            kept.size = static_cast<uint8_t>(end - kept.text.data());
+            kept.bits = bits;
+            kept.used = true;
+        }
+        out_.append(kept.text.data(), kept.size);
     }
 
     // A key of an object whose keys sit at `indent` blanks; `first` for the first key.
@@ -98,6 +110,14 @@ class GridJsonWriter {
 
   private:
     static constexpr unsigned kIndentStep = 2;
+    static constexpr int kNumberBits = 8;
+    struct NumberText {
+        uint64_t bits = 0;
+        bool used = false;
+        uint8_t size = 0;
+        std::array<char, 64> text;
+    };
+    std::vector<NumberText> numbers_ = std::vector<NumberText>(1 << kNumberBits);
     std::string& out_;
     nlohmann::detail::serializer<nlohmann::json> serializer_;
 };
