@@ -15,15 +15,11 @@
 #include <string>
 #include <vector>
 
+#include "../tests/LogBuilder.h"
+
 namespace {
 
-std::string NumberItem(double value) {
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.15g", value < 0 ? -value : value);
-    std::string digits = buffer;
-    if (digits.rfind("0.", 0) == 0) digits.erase(0, 1);
-    return (value < 0 ? "-" : " ") + digits + " ";
-}
+using tallory::NumberItem;
 
 // The same value in one of the forms a person or another program might have written.
 std::string OddItem(double value, std::mt19937& random) {
@@ -87,7 +83,6 @@ int main(int argc, char** argv) {
     int stray = argc > 5 ? std::atoi(argv[5]) : students / 50;
     std::mt19937 random(argc > 6 ? std::atoi(argv[6]) : 7);
     const bool odd = argc > 7 && std::string(argv[7]) == "odd";
-    auto item = [&](double value) { return odd ? OddItem(value, random) : NumberItem(value); };
     ::mkdir(folder.c_str(), 0777);
     ::mkdir((folder + "/SessionData").c_str(), 0777);
 
@@ -112,57 +107,48 @@ int main(int argc, char** argv) {
         char name[32];
         std::snprintf(name, sizeof name, "L26%02d%02d%02d00.csv", month, 1 + day % 28,
                       session % 2 ? 14 : 10);
+        tallory::test::LogPlan log;
+        log.performance = questions;
+        log.questions.resize(questions);
         std::vector<int> correct(questions);
-        std::vector<std::vector<int>> counts(questions, std::vector<int>(5));
         for (auto& c : correct) c = 1 + choice(random) % 5;
-        std::string data;
-        data.reserve(static_cast<size_t>(students + stray) * questions * 40);
+        for (int q = 0; q < questions; ++q) {
+            tallory::test::LogQuestion& question = log.questions[q];
+            question.name = "Q" + std::to_string(q + 1);
+            question.start = question.stop = "10:" + std::to_string(10 + q % 50) + ":00";
+            question.correct = std::string(1, static_cast<char>('A' + correct[q] - 1));
+            question.points = {};
+            question.points[correct[q] - 1] = 1;
+        }
+        if (odd) log.number = [&](double value) { return OddItem(value, random); };
         for (int voter = 0; voter < students + stray; ++voter) {
             bool isStray = voter >= students;
             if (!isStray && (voter + session) % 25 == 0) continue;  // absent today
-            std::string remote = RemoteOf(isStray ? 900000 + voter : voter);
-            // A student who never registered is known to the log by the ID typed at the receiver.
-            bool registered = isStray || voter % 20 != 19;
-            std::string student = registered ? " " : "\"" + std::to_string(30000000 + voter) + "\"";
-            if (odd && random() % 50 == 0) data += "\r\n";  // a blank line
+            std::string remote = "#" + RemoteOf(isStray ? 900000 + voter : voter);
+            if (odd && random() % 50 == 0) log.voters.push_back(tallory::test::RawLine(""));
             if (odd && random() % 50 == 0) {
-                data += "\r\n#" + remote + ", ";  // a line without a total
+                log.voters.push_back(tallory::test::RawLine(remote + ", "));  // no total
                 continue;
             }
-            data += "\r\n#" + remote + "," + student + "," + NumberItem(questions / 2) + ",";
+            // A student who never registered is known to the log by the ID typed at the receiver.
+            bool registered = isStray || voter % 20 != 19;
+            tallory::test::LogVoter line{remote,
+                                         registered ? "" : std::to_string(30000000 + voter)};
+            line.total = questions / 2;
             for (int q = 0; q < questions; ++q) {
                 int answer = choice(random);
-                std::string letter =
+                tallory::test::LogAnswer vote =
                     answer == 5 ? "" : std::string(1, static_cast<char>('A' + answer));
-                if (answer < 5) ++counts[q][answer];
-                double seconds = tenths(random) / 10.0;
-                data += letter + " ," + item(answer + 1 == correct[q] ? 1 : 0) + "," +
-                        item(seconds) + "," + item(1 + (odd ? random() % 3 : 0)) + "," +
-                        (odd && random() % 9 == 0 ? item(answer + 1) : letter + " ") + "," +
-                        item(seconds) + ",";
+                if (answer < 5) ++log.questions[q].counts[answer];
+                vote.seconds = tenths(random) / 10.0;
+                vote.score = answer + 1 == correct[q] ? 1 : 0;
+                if (odd) vote.attempts = 1 + random() % 3;
+                if (odd && random() % 9 == 0) vote.first = OddItem(answer + 1, random);
+                line.answers.push_back(vote);
             }
+            log.voters.push_back(line);
         }
-        std::string log = "Scoring,  Performance = " + NumberItem(questions) +
-                          ", Participation = " + NumberItem(1) + ", Min Reply = " + NumberItem(1) +
-                          ", Min Correct = " + NumberItem(1) + ",\"\"\r\nQuestion, ,";
-        for (int q = 0; q < questions; ++q)
-            log += " ,\"Q" + std::to_string(q + 1) +
-                   "\" ,Score   ,  Final Answer Time, Number of Attempts, First Response,  Time ";
-        for (const char* heading : {"\r\nStart Time, , ", "\r\nStop Time, ,"}) {
-            log += heading;
-            for (int q = 0; q < questions; ++q)
-                log += " ,10:" + std::to_string(10 + q % 50) + ":00,, , , ,";
-        }
-        log += "\r\nCorrect Answer, ,";
-        for (int q = 0; q < questions; ++q)
-            log += " ," + std::string(1, static_cast<char>('A' + correct[q] - 1)) + ",, , , ,";
-        for (int i = 0; i < 5; ++i) {
-            log += "\r\nResponse " + std::string(1, static_cast<char>('A' + i)) + ",    ,   ,";
-            for (int q = 0; q < questions; ++q)
-                log += NumberItem(counts[q][i]) + "," + NumberItem(i + 1 == correct[q] ? 1 : 0) +
-                       ",, , , ,";
-        }
-        WriteFile(folder + "/SessionData/" + name, log + data + "\r\n");
+        WriteFile(folder + "/SessionData/" + name, tallory::test::LogText(log));
     }
     return 0;
 }

@@ -3,11 +3,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <vector>
+
+#include "common/RunTimeError.h"
+#include "grid/CourseLoad.h"
 
 namespace tallory::test {
 
@@ -36,6 +40,45 @@ std::string TempCourse::Read(std::string_view relative) const {
 
 bool TempCourse::Exists(std::string_view relative) const {
     return std::filesystem::exists(File(relative));
+}
+
+void TempCourse::CopyFrom(const std::string& folder) const {
+    std::filesystem::copy(folder, path_,
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::overwrite_existing);
+}
+
+void TempCourse::WriteSettings(
+    const std::vector<std::pair<std::string, std::string>>& settings) const {
+    std::string text;
+    for (const auto& [key, value] : settings)
+        text += "\"" + key + "\" ,\"" + value + "\" ,\"\"\r\n";
+    Write("SessionData/Config.csv", text);
+}
+
+LoadedCourse& LoadedCourse::Load(DisplayOrder order) {
+    course.AppPath = Path();
+    grid.screen.order = order;
+    LoadCourse(course, host, grid.screen, ReadOnlyLoad());
+    return *this;
+}
+
+int LoadedCourse::Row(std::string_view id) const {
+    for (int s = 1; s <= course.NumStudents; ++s)
+        if (course.Students[s].StudentId == id) return s;
+    return 0;
+}
+
+std::vector<std::string> LoadedCourse::StudentIds() const {
+    std::vector<std::string> ids;
+    for (int s = 1; s <= course.NumStudents; ++s) ids.push_back(course.Students[s].StudentId);
+    return ids;
+}
+
+std::string SeptemberLog(int day) {
+    char name[24];
+    std::snprintf(name, sizeof name, "L2609%02d1000.csv", day);
+    return name;
 }
 
 std::string ReadBytes(const std::string& path) {
@@ -78,6 +121,22 @@ CliResult RunCli(const std::vector<std::string>& arguments) {
 
 std::string DataPath(std::string_view relative) {
     return std::string(TALLORY_TEST_DATA) + "/" + std::string(relative);
+}
+
+CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
+                   const std::vector<std::string>& more) {
+    command.insert(command.begin(), {"--course", course});
+    command.insert(command.end(), more.begin(), more.end());
+    return RunCli(command);
+}
+
+Ending EndingOf(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const RunTimeError& error) {
+        return {error.Number(), error.Message()};
+    }
+    return {};
 }
 
 }  // namespace tallory::test

@@ -1,14 +1,21 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "LogBuilder.h"
+#include "common/Course.h"
+#include "common/RecordingHost.h"
+#include "scoring/ScreenParts.h"
 
 namespace tallory::test {
 
 // A course folder under /tmp that disappears with the object.
 class TempCourse {
-public:
+  public:
     TempCourse();
     ~TempCourse();
     TempCourse(const TempCourse&) = delete;
@@ -19,11 +26,45 @@ public:
     void Write(std::string_view relative, std::string_view content) const;
     std::string Read(std::string_view relative) const;
     bool Exists(std::string_view relative) const;
-    std::string File(std::string_view relative) const { return path_ + "/" + std::string(relative); }
+    std::string File(std::string_view relative) const {
+        return path_ + "/" + std::string(relative);
+    }
+    // Copies a whole folder (a sample course of tests/data, the demo course) into this one.
+    void CopyFrom(const std::string& folder) const;
 
-private:
+    // The course's own files: Roster.txt, RemoteID.csv, Config.csv ("key" ,"value" ,"" lines),
+    // and a session log of SessionData by its file name.
+    void WriteRoster(std::string_view text) const { Write("Roster.txt", text); }
+    void WriteRemotes(std::string_view text) const { Write("SessionData/RemoteID.csv", text); }
+    void WriteSettings(const std::vector<std::pair<std::string, std::string>>& settings) const;
+    void WriteLog(std::string_view name, const LogPlan& plan) const {
+        Write("SessionData/" + std::string(name), LogText(plan));
+    }
+    std::string Log(std::string_view name) const {
+        return Read("SessionData/" + std::string(name));
+    }
+    std::string Remotes() const { return Read("SessionData/RemoteID.csv"); }
+
+  private:
     std::string path_;
 };
+
+// A course folder with the course read from it as tallory-cli reads it (nothing in the folder
+// changes), a recording host and a main window without windows. Write the files, then Load.
+struct LoadedCourse : TempCourse {
+    Course course;
+    RecordingHost host;
+    HeadlessSessionGrid grid{course};
+
+    LoadedCourse& Load(DisplayOrder order = DisplayOrder::StudentId);
+    // Row of Students holding the ID; 0 when none.
+    int Row(std::string_view id) const;
+    const StudentRec& Student(std::string_view id) const { return course.Students[Row(id)]; }
+    std::vector<std::string> StudentIds() const;
+};
+
+// "Lnnnnnnnnnn.csv" of September 2026, day `day`, at 10:00.
+std::string SeptemberLog(int day);
 
 std::string ReadBytes(const std::string& path);
 
@@ -35,6 +76,16 @@ struct CliResult {
 
 // Runs tallory-cli with the arguments; standard input is empty.
 CliResult RunCli(const std::vector<std::string>& arguments);
+// Runs tallory-cli on the course folder: --course, the command's words, then `more`.
+CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
+                   const std::vector<std::string>& more = {});
+
+// How `work` ended: the number and message of its run-time error, number 0 when it ran through.
+struct Ending {
+    int number = 0;
+    std::string message;
+};
+Ending EndingOf(const std::function<void()>& work);
 
 // Folder of golden files and sample logs of the tests.
 std::string DataPath(std::string_view relative);

@@ -184,7 +184,7 @@ TEST(Paths, ResolveWithoutRegardToCase) {
 }
 
 TEST(Table, IndexPastTheBoundIsSubscriptOutOfRange) {
-    Table<int, 10> table;
+    Table<int, 10> table("Ten");
     table[10] = 5;
     EXPECT_EQ(table[10], 5);
     const auto& constant = table;
@@ -198,6 +198,38 @@ TEST(Table, IndexPastTheBoundIsSubscriptOutOfRange) {
                   std::string::npos);
     }
     EXPECT_THROW(table[-1], RunTimeError);
+}
+
+// Error 9 names the table, and the file and line when a file is being read at the time.
+TEST(Table, SubscriptErrorNamesTheTableAndTheFileBeingRead) {
+    Table<int, 10> table("Ten");
+    auto message = [&table] {
+        try {
+            table[11];
+        } catch (const RunTimeError& error) {
+            return error.Message();
+        }
+        return std::string("no error");
+    };
+    const std::string bound =
+        "Run-time error '9': Subscript out of range\nTable Ten, row 11 "
+        "(rows 0 to 10)";
+    EXPECT_EQ(message(), bound);
+    {
+        LineReader outer("/course/Roster.txt", "a\rb\rc");
+        std::string line;
+        EXPECT_EQ(message(), bound);  // nothing read yet: the error is not the file's
+        outer.ReadLine(line);
+        outer.ReadLine(line);
+        EXPECT_EQ(message(), bound + "\nFile /course/Roster.txt, line 2");
+        {
+            LineReader inner("/course/gradebook.csv", "x");
+            inner.ReadLine(line);
+            EXPECT_EQ(message(), bound + "\nFile /course/gradebook.csv, line 1");
+        }
+        EXPECT_EQ(message(), bound + "\nFile /course/Roster.txt, line 2");
+    }
+    EXPECT_EQ(message(), bound);
 }
 
 TEST(Text, DisplayDecodesWindows1252WhenNotUtf8) {

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
-#include "LogText.h"
+#include <cstdlib>
+#include <functional>
+
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
+#include "common/Paths.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionStore.h"
 #include "scoring/EditSessionScreen.h"
@@ -10,37 +13,24 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
-using test::TempCourse;
-
 // Six sessions on six days; the first is "Intro", the last "Forces", the others untitled.
-struct SessionsCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-    HeadlessSessionGrid grid{course};
+struct SessionsCourse : test::LoadedCourse {
+    // Removed logs are kept under the user's data folder: here one of the test's own.
+    test::TempCourse dataHome;
 
     explicit SessionsCourse(const std::string& cms = "General") {
-        folder.Write("SessionData/Config.csv", "\"CMS\" ,\"" + cms + "\" ,\"\"\r\n");
-        for (int day = 1; day <= 6; ++day) {
-            LogPlan log;
-            log.title = day == 1 ? "Intro" : day == 6 ? "Forces" : "";
-            log.voters = {{"#A" + std::to_string(day), "", {"A"}}};
-            folder.Write(LogName(day, "SessionData/"), LogText(log));
-        }
+        ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
+        WriteSettings({{"CMS", cms}});
+        for (int day = 1; day <= 6; ++day)
+            WriteLog(LogName(day), {.title = day == 1   ? "Intro"
+                                             : day == 6 ? "Forces"
+                                                        : "",
+                                    .voters = {{"#A" + std::to_string(day), "", {"A"}}}});
         Load();
     }
 
-    void Load() {
-        course.AppPath = folder.Path();
-        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
-    }
-
-    static std::string LogName(int day, const std::string& folder = "") {
-        return folder + "L09091" + std::to_string(day) + "1030.csv";
-    }
-    std::string Log(int day) const { return folder.Read(LogName(day, "SessionData/")); }
+    static std::string LogName(int day) { return "L09091" + std::to_string(day) + "1030.csv"; }
+    std::string Log(int day) const { return TempCourse::Log(LogName(day)); }
 };
 
 TEST(EditSession, OpensOnTheSessionWithoutReadingIt) {
@@ -154,7 +144,7 @@ TEST(EditSession, RemoveAsksFirst) {
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Removed());
     EXPECT_EQ(fixture.Log(1), before);
-    EXPECT_FALSE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+    EXPECT_FALSE(fixture.Exists("SessionData/xL0909111030.csv"));
 }
 
 TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
@@ -165,19 +155,89 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsACopyAndReloads) {
     EXPECT_TRUE(screen.Removed());
     EXPECT_FALSE(screen.Saved());
     EXPECT_EQ(fixture.Log(1), "");
-    ASSERT_TRUE(fixture.folder.Exists("SessionData/xL0909111030.csv"));
+    ASSERT_TRUE(fixture.Exists("SessionData/xL0909111030.csv"));
     // The copy holds the tables as the load left them: the last session of the course.
-    EXPECT_NE(fixture.folder.Read("SessionData/xL0909111030.csv").find("\"Forces\""),
-              std::string::npos);
+    EXPECT_NE(fixture.Read("SessionData/xL0909111030.csv").find("\"Forces\""), std::string::npos);
     EXPECT_EQ(fixture.course.NumSessions, 5);
     EXPECT_EQ(fixture.course.SessionFile[1], "L0909121030.csv");
     // The kept position 2 is past the new end (1): the grid stays on the last sessions.
     EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 1}));
 }
 
+TEST(EditSession, RemoveKeepsTheRemovedLogsOwnTextOutsideTheCourse) {
+    SessionsCourse fixture;
+    const std::string original = fixture.Log(2);
+    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+    fixture.host.answers = {Answer::Yes};
+    screen.cmdRemoveClick();
+    ASSERT_TRUE(screen.Removed());
+    const std::string folder =
+        fixture.dataHome.Path() + "/tallory/removed/" + LastComponent(fixture.Path());
+    EXPECT_EQ(RemovedLogsFolder(fixture.course), folder);
+    const std::string& kept = screen.KeptLog();
+    ASSERT_EQ(kept.rfind(folder + "/L0909121030.csv.", 0), 0u) << kept;
+    EXPECT_EQ(kept.size(), folder.size() + 1 + 15 + 1 + 15);  // ".20250314-093005"
+    EXPECT_EQ(test::ReadBytes(kept), original);
+    // The course folder ends as it always did: an empty log and the "x" copy of the tables.
+    EXPECT_EQ(fixture.Log(2), "");
+    EXPECT_NE(fixture.Read("SessionData/xL0909121030.csv").find("\"Forces\""),
+              std::string::npos);
+}
+
+TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
+    struct Case {
+        const char* name;
+        std::function<void(SessionsCourse&)> spoil;
+        const char* message;  // the start of the one message after the question
+        bool copy;
+    } cases[] = {
+        {"x name taken by a folder",
+         [](SessionsCourse& f) { f.Write("SessionData/xL0909121030.csv/inside", "x"); },
+         "Unable to store changes to file ", false},
+        {"no archive",
+         [](SessionsCourse& f) { f.dataHome.Write("tallory", "a file, not a folder"); },
+         "Unable to keep a copy of the log file L0909121030.csv (", false},
+        {"read-only log",
+         [](SessionsCourse& f) {
+             ::chmod(f.File("SessionData/" + SessionsCourse::LogName(2)).c_str(), 0444);
+         },
+         "Unable to empty the log file L0909121030.csv (", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        SessionsCourse fixture;
+        const std::string original = fixture.Log(2);
+        c.spoil(fixture);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 2);
+        fixture.host.answers = {Answer::Yes};
+        screen.cmdRemoveClick();
+        EXPECT_FALSE(screen.Removed());
+        EXPECT_EQ(screen.CopyWritten(), c.copy);
+        EXPECT_EQ(fixture.Log(2), original);
+        EXPECT_EQ(fixture.course.NumSessions, 6);
+        ASSERT_EQ(fixture.host.messages.size(), 2u);
+        EXPECT_EQ(fixture.host.messages[1].text.rfind(c.message, 0), 0u)
+            << fixture.host.messages[1].text;
+    }
+}
+
+TEST(EditSessionCli, ARemovalThatFailsClaimsNoCopy) {
+    SessionsCourse fixture;
+    fixture.Write("SessionData/xL0909121030.csv/inside", "x");
+    const std::string before = fixture.Log(2);
+    auto result =
+        test::RunCli({"--course", fixture.Path(), "remove", "2", "--yes", "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("\"removed\": false"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find("--yes confirms"), std::string::npos) << result.out;
+    EXPECT_EQ(fixture.Log(2), before);
+}
+
 TEST(EditSessionCli, RenameAndRemove) {
     SessionsCourse fixture;
-    const std::string& course = fixture.folder.Path();
+    const std::string& course = fixture.Path();
     auto refused = test::RunCli({"--course", course, "rename", "2", "Vectors, part 1"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.err.find("may not contain a comma"), std::string::npos);
@@ -193,7 +253,7 @@ TEST(EditSessionCli, RenameAndRemove) {
     auto removed = test::RunCli({"--course", course, "remove", "2", "--yes"});
     ASSERT_EQ(removed.status, 0) << removed.err;
     EXPECT_EQ(fixture.Log(2), "");
-    EXPECT_TRUE(fixture.folder.Exists("SessionData/xL0909121030.csv"));
+    EXPECT_TRUE(fixture.Exists("SessionData/xL0909121030.csv"));
     // The emptied log is no longer a session, so it cannot be removed twice.
     auto grid = test::RunCli({"--course", course, "grid"});
     EXPECT_EQ(grid.out.find("Vectors"), std::string::npos);

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#include "LogText.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "grid/EditStudent.h"
 #include "scoring/ScreenParts.h"
@@ -12,46 +10,26 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
-using test::TempCourse;
-
-constexpr const char* kFirstLog = "SessionData/L2609071000.csv";
-constexpr const char* kSecondLog = "SessionData/L2609091000.csv";
-constexpr const char* kRemoteIds = "SessionData/RemoteID.csv";
+constexpr const char* kFirstLog = "L2609071000.csv";
+constexpr const char* kSecondLog = "L2609091000.csv";
 
 // S1 has one clicker, S2 two (777 registered twice), S3 none; ABC123 belongs to nobody. In the
 // first log S2's first clicker carries another student's ID, S9.
-struct StudentCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-    HeadlessSessionGrid::CountingScreen screen;
+struct StudentCourse : test::LoadedCourse {
+    HeadlessSessionGrid::CountingScreen& screen = grid.screen;
 
     StudentCourse() {
-        folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
-        folder.Write("Roster.txt", "Adams,Ann,S1\r\nBaker,Bob,S2\r\nClark,Cy,S3\r\n");
-        folder.Write(kRemoteIds,
-                     "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n");
-        LogPlan first;
-        first.voters = {{"#1A2B3C", "S1", {"A"}},
-                        {"#4D5E6F", "S9", {"A"}},
-                        {"#777", "", {"B"}},
-                        {"#ABC123", "", {"A"}}};
-        folder.Write(kFirstLog, LogText(first));
-        LogPlan second;
-        second.voters = {{"#1A2B3C", "", {"A"}}, {"#ABC123", "", {"B"}}};
-        folder.Write(kSecondLog, LogText(second));
-        course.AppPath = folder.Path();
-        LoadCourse(course, host, screen, ReadOnlyLoad());
+        WriteSettings({{"CourseName", "Optics"}});
+        WriteRoster("Adams,Ann,S1\r\nBaker,Bob,S2\r\nClark,Cy,S3\r\n");
+        WriteRemotes("#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n");
+        WriteLog(kFirstLog, {.voters = {{"#1A2B3C", "S1", {"A"}},
+                                        {"#4D5E6F", "S9", {"A"}},
+                                        {"#777", "", {"B"}},
+                                        {"#ABC123", "", {"A"}}}});
+        WriteLog(kSecondLog, {.voters = {{"#1A2B3C", "", {"A"}}, {"#ABC123", "", {"B"}}}});
+        Load();
         host.progressTexts.clear();
         screen.redraws = 0;
-    }
-
-    int Row(const std::string& id) const {
-        for (int s = 1; s <= course.NumStudents; ++s)
-            if (course.Students[s].StudentId == id) return s;
-        return 0;
     }
 
     EditStudentScreen Open(const std::string& id) {
@@ -74,47 +52,13 @@ TEST(EditStudent, ActivationShowsTheStudentOrTheRemote) {
         bool removeVisible;
         bool addEnabled;
     } rows[] = {
-        {"S1",
-         "S1",
-         "Adams , Ann",
-         "Registered Clickers",
-         {"1A2B3C"},
-         "1A2B3C",
-         "Remove Clicker",
-         true,
-         false,
-         true},
-        {"S2",
-         "S2",
-         "Baker , Bob",
-         "Registered Clickers",
-         {"4D5E6F", "777"},
-         "4D5E6F",
-         "Remove Clicker",
-         true,
-         false,
-         true},
-        {"S3",
-         "S3",
-         "Clark , Cy",
-         "Registered Clickers",
-         {},
-         "",
-         "Add Clicker",
-         false,
-         false,
-         true},
+        // clang-format off
+        {"S1", "S1", "Adams , Ann", "Registered Clickers", {"1A2B3C"}, "1A2B3C", "Remove Clicker", true, false, true},
+        {"S2", "S2", "Baker , Bob", "Registered Clickers", {"4D5E6F", "777"}, "4D5E6F", "Remove Clicker", true, false, true},
+        {"S3", "S3", "Clark , Cy", "Registered Clickers", {}, "", "Add Clicker", false, false, true},
         {"S9", "S9", "", "Registered Clickers", {}, "", "Add Clicker", false, false, true},
-        {"#ABC123",
-         "Unregistered",
-         "",
-         "Unregistered Clicker",
-         {},
-         "ABC123",
-         "Remove Clicker",
-         false,
-         true,
-         false},
+        {"#ABC123", "Unregistered", "", "Unregistered Clicker", {}, "ABC123", "Remove Clicker", false, true, false},
+        // clang-format on
     };
     StudentCourse fixture;
     for (const auto& row : rows) {
@@ -175,7 +119,7 @@ TEST(EditStudent, AddingAClickerRegistersItAndPassesOverTheLogs) {
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Form().visible);
     EXPECT_EQ(
-        fixture.folder.Read(kRemoteIds),
+        fixture.Remotes(),
         "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n#abc123,\"S3\"\r\n");
     EXPECT_EQ(fixture.host.written.size(), 3u);  // RemoteID.csv and both logs
     EXPECT_EQ(fixture.host.progressTexts[0], "Saving Remote ID");
@@ -188,14 +132,14 @@ TEST(EditStudent, AddingAClickerRegistersItAndPassesOverTheLogs) {
                          "Loading Session Data"),
               0);
     // The next load gives the stray clicker's votes to its new owner.
-    LoadCourse(fixture.course, fixture.host, fixture.screen, ReadOnlyLoad());
+    fixture.Load();
     EXPECT_EQ(fixture.Row("#ABC123"), 0);
     EXPECT_EQ(fixture.course.Students[fixture.Row("S3")].Present[2], kTrue);
 }
 
 TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
     StudentCourse fixture;
-    const std::string log = fixture.folder.Read(kFirstLog);
+    const std::string log = fixture.Log(kFirstLog);
     {
         EditStudentScreen screen = fixture.Open("S2");
         screen.cmbClickListClick(1);
@@ -222,11 +166,11 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
                             "Deleting Remote Id :- '777'"),
                   fixture.host.progressTexts.end());
     }
-    EXPECT_EQ(fixture.folder.Read(kRemoteIds), "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n");
+    EXPECT_EQ(fixture.Remotes(), "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n");
     EXPECT_EQ(fixture.Open("S2").ClickList(), (std::vector<std::string>{"4D5E6F"}));
     // The pass named S2's first clicker, not 777: its line lost the borrowed ID S9, and the
     // 777 line is still there.
-    const std::string after = fixture.folder.Read(kFirstLog);
+    const std::string after = fixture.Log(kFirstLog);
     EXPECT_NE(log.find("\"S9\""), std::string::npos);
     EXPECT_EQ(after.find("\"S9\""), std::string::npos);
     EXPECT_NE(after.find("#777,"), std::string::npos);
@@ -236,7 +180,7 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
 TEST(EditStudent, DeletingAStrayClickersLogs) {
     for (Answer answer : {Answer::Cancel, Answer::Ok}) {
         StudentCourse fixture;
-        const std::string second = fixture.folder.Read(kSecondLog);
+        const std::string second = fixture.Log(kSecondLog);
         EditStudentScreen screen = fixture.Open("#ABC123");
         fixture.host.answers = {answer};
         screen.cmdRemoveClick();
@@ -247,15 +191,15 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
         if (answer == Answer::Cancel) {
             EXPECT_EQ(fixture.host.messages.size(), 1u);
             EXPECT_TRUE(fixture.host.written.empty());
-            EXPECT_EQ(fixture.folder.Read(kSecondLog), second);
+            EXPECT_EQ(fixture.Log(kSecondLog), second);
             continue;
         }
         ASSERT_EQ(fixture.host.messages.size(), 2u);
         EXPECT_EQ(fixture.host.messages[1].text, "ABC123 records deleted from the log files.");
         EXPECT_EQ(fixture.host.messages[1].title, "Tallory");
-        EXPECT_EQ(fixture.folder.Read(kFirstLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.folder.Read(kSecondLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.folder.Read(kRemoteIds).find("ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.Log(kFirstLog).find("#ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.Log(kSecondLog).find("#ABC123"), std::string::npos);
+        EXPECT_EQ(fixture.Remotes().find("ABC123"), std::string::npos);
         EXPECT_EQ(fixture.screen.redraws, 0);
     }
 }

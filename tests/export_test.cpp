@@ -15,7 +15,6 @@ namespace {
 
 using test::DataPath;
 using test::ReadBytes;
-using test::TempCourse;
 
 const std::string kHelp =
     "\r\nPlease see manual for more information or go to https://www.tallory.example/support "
@@ -24,16 +23,13 @@ const std::string kHelp =
 // A course opened with a CMS setting and, when given, its grade-book file. Its three sessions are
 // an untitled one, "Quiz 1" and another untitled one; the students and their scores per session
 // come from a students.csv ("id,s1,s2,s3").
-struct OpenCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
+struct OpenCourse : test::LoadedCourse {
     ExportFormat format;
 
     OpenCourse(const std::string& cms, const std::string& studentsFile,
                const std::vector<std::pair<std::string, std::string>>& files = {}) {
-        course.AppPath = folder.Path();
-        for (const auto& [name, content] : files) folder.Write(name, content);
+        course.AppPath = Path();
+        for (const auto& [name, content] : files) Write(name, content);
         format = SetExportFormat(course, host, cms);
         course.NumSessions = 3;
         course.SessionFile[1] = "L2609081000.csv";
@@ -70,7 +66,7 @@ struct OpenCourse {
     // The names in the course folder, apart from the grade book the course was given.
     std::vector<std::string> Written() const {
         std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
+        for (const auto& entry : std::filesystem::directory_iterator(Path()))
             names.push_back(entry.path().filename().string());
         std::sort(names.begin(), names.end());
         return names;
@@ -94,54 +90,34 @@ struct Golden {
     const char* cms;         // the course's CMS setting
     const char* gradeBook;   // the file in the target's folder
     const char* courseFile;  // its name in the course folder
-    const char* all;         // expected uploads in the target's folder
-    const char* selected;
-    const char* upload;          // the upload file of export all
-    const char* selectedUpload;  // that of export selected, when it differs
-    const char* done;            // the message after writing, without the file name
+    const char* variant;     // expected uploads: all<variant>.expected, selected<variant>.expected
+    const char* upload;      // the upload file
+    const char* done;        // the message after writing, without the file name
 };
 
 constexpr Golden kGolden[] = {
-    {"general", "General", "Roster.txt", "Roster.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Saved scores to file: "},
-    {"general", "no such system", "Roster.txt", "roster.TXT", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Saved scores to file: "},
-    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", "all.bb.expected",
-     "selected.bb.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", "all.bb80.expected",
-     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", "all.bb80.expected",
-     "selected.bb80.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", "all.crlf.expected",
-     "selected.crlf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
-    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", "all.lf.expected",
-     "selected.lf.expected", "UploadFile.csv", nullptr, "Wrote data to file "},
-    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "all.expected", "selected.expected",
-     "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "all.expected",
-     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
-    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "all.expected",
-     "selected.expected", "MoodleUpload.xls", nullptr, "Wrote upload file: "},
-    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
-    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "all.expected",
-     "selected.expected", "UploadFile.csv", nullptr, "Wrote upload file: "},
+    // clang-format off
+    {"general", "General", "Roster.txt", "Roster.txt", "", "UploadFile.csv", "Saved scores to file: "},
+    {"general", "no such system", "Roster.txt", "roster.TXT", "", "UploadFile.csv", "Saved scores to file: "},
+    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "", "UploadFile.csv", "Wrote upload file: "},
+    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", ".bb", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
+    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
+    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", ".crlf", "UploadFile.csv", "Wrote data to file "},
+    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", ".lf", "UploadFile.csv", "Wrote data to file "},
+    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
+    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
+    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    // clang-format on
 };
 
 TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
@@ -163,9 +139,10 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             } else {
                 ExportSelected(open.course, open.host, tag);
             }
-            const std::string upload = all || !c.selectedUpload ? c.upload : c.selectedUpload;
-            const std::string path = open.folder.File(upload);
-            EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? c.all : c.selected)));
+            const std::string upload = c.upload;
+            const std::string path = open.File(upload);
+            EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? "all" : "selected") +
+                                                  c.variant + ".expected"));
             const std::string done =
                 c.done + (std::string_view(c.done).starts_with("Saved") ? path : upload);
             EXPECT_EQ(open.Texts(), std::vector<std::string>{done});
@@ -186,7 +163,7 @@ TEST(Export, CampusEditionSixIsReachedOnlyByExportSelected) {
             ExportSelected(open.course, open.host, "WebCT CE 6.1");
         }
         const std::string upload = all ? "UploadFile.csv" : "WebCT6Upload.csv";
-        EXPECT_EQ(open.folder.Read(upload),
+        EXPECT_EQ(open.Read(upload),
                   ExportData(all ? "campus/all.expected" : "campus/selected.expected"));
         EXPECT_EQ(open.Texts(), std::vector<std::string>{"Wrote upload file: " + upload});
     }
@@ -238,9 +215,9 @@ TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
         if (c.text) {
             EXPECT_EQ(open.host.messages[0].text, c.text);
             EXPECT_EQ(open.host.messages.size(), 1u);
-            EXPECT_FALSE(open.folder.Exists("UploadFile.csv"));
+            EXPECT_FALSE(open.Exists("UploadFile.csv"));
         } else {
-            EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+            EXPECT_EQ(open.Read("UploadFile.csv"),
                       ExportData(c.all ? "general/all.expected" : "general/selected.expected"));
         }
     }
@@ -248,10 +225,10 @@ TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
 
 TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
     OpenCourse open("General", DataPath("export/students.csv"));
-    open.folder.Write("UploadFile.csv", "old");
+    open.Write("UploadFile.csv", "old");
     open.host.option = OptionChoice{0, true};
     ExportAll(open.course, open.host, "GENERAL");
-    EXPECT_EQ(open.folder.Read("UploadFile.csv"), "old");
+    EXPECT_EQ(open.Read("UploadFile.csv"), "old");
     EXPECT_TRUE(open.host.messages.empty());
     ASSERT_EQ(open.host.dialogs.size(), 1u);
     const OptionDialog& dialog = open.host.dialogs[0];
@@ -265,9 +242,9 @@ TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
     open.Select({2});
     open.course.Students[2].StudentId = "  ";
     ExportSelected(open.course, open.host, "GENERAL");
-    EXPECT_EQ(open.Texts(), std::vector<std::string>{"Saved scores to file: " +
-                                                     open.folder.File("UploadFile.csv")});
-    EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+    EXPECT_EQ(open.Texts(),
+              std::vector<std::string>{"Saved scores to file: " + open.File("UploadFile.csv")});
+    EXPECT_EQ(open.Read("UploadFile.csv"),
               "Last Name,First Name, Quiz 1 \r\n"
               "\"\",\"\", 2.5 \r\n"
               "\"#1A3FA7\",\"\", 0 \r\n"
@@ -417,7 +394,7 @@ TEST(Export, TheUploadToolStartsAfterAnExportAndIsNamedInTheMessages) {
                     {{"campus bridgeline.EXE", ""},
                      {"sakaigradebook.csv", ExportData("sakai/sakaigradebook.crlf.csv")}});
     ExportAll(open.course, open.host, open.format.tag);
-    EXPECT_EQ(open.folder.Read("UploadFile.csv"), ExportData("sakai/all.expected"));
+    EXPECT_EQ(open.Read("UploadFile.csv"), ExportData("sakai/all.expected"));
     EXPECT_EQ(open.host.started,
               std::vector<std::string>{open.course.AppPath + "/Campus Bridgeline.exe upload"});
 
@@ -456,7 +433,7 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
         if (std::string_view(c.cms) == "MOODLE")
             open.course.Students[1].StudentId = "ann@uni.example";
         // A folder of the upload's name cannot be replaced by a file.
-        std::filesystem::create_directory(open.folder.File(c.upload));
+        std::filesystem::create_directory(open.File(c.upload));
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
         const std::string name = c.upload;
@@ -493,11 +470,11 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
 TEST(Export, TheGradeBookIsReadAgainAndTheTotalColumnKeepsItsTitle) {
     OpenCourse open("BB80", DataPath("export/students.csv"),
                     {{"gb_export.csv", ExportData("blackboard-columns/gb_export.crlf.csv")}});
-    open.folder.Write("gb_export.csv",
-                      "Last Name,First Name,Username\r\nNguyen,Cam,cnew\r\nDoe,Ann,ADOE\r\n");
+    open.Write("gb_export.csv",
+               "Last Name,First Name,Username\r\nNguyen,Cam,cnew\r\nDoe,Ann,ADOE\r\n");
     open.Select({2});
     ExportSelected(open.course, open.host, open.format.tag);
-    EXPECT_EQ(open.folder.Read("UploadFile.csv"),
+    EXPECT_EQ(open.Read("UploadFile.csv"),
               "\"Last Name\",\"First Name\",\"Username\",\"Quiz 1\" \r\n"
               "\"Nguyen\",\"Cam\",\"cnew\",\"5\" \r\n"
               "\"Doe\",\"Ann\",\"ADOE\",\"2.5\" \r\n");

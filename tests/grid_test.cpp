@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "LogText.h"
 #include "TestSupport.h"
 #include "common/Paths.h"
 #include "common/RecordingHost.h"
@@ -11,16 +10,7 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
 using test::LogVoter;
-using test::TempCourse;
-
-std::string LogName(int day) {
-    char name[40];
-    std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
-    return name;
-}
 
 std::string DateOf(int day) {
     char date[20];
@@ -38,20 +28,18 @@ std::vector<LogVoter> Voters(int students) {
 
 // A course folder with one log per day of September, and the main window's logic over it.
 struct OpenGrid {
-    TempCourse folder;
+    test::TempCourse folder;
     Course course;
     RecordingHost host;
     ScoreGrid grid{course};
 
     void WriteSessions(int sessions, const std::vector<LogVoter>& voters) const {
-        LogPlan plan;
-        plan.voters = voters;
-        for (int day = 1; day <= sessions; ++day) folder.Write(LogName(day), LogText(plan));
+        for (int day = 1; day <= sessions; ++day)
+            folder.WriteLog(test::SeptemberLog(day), {.voters = voters});
     }
 
     void Open(bool largeFonts = false) {
-        course.AppPath = folder.Path();
-        course.ProgramFolder = folder.Path();
+        course.AppPath = course.ProgramFolder = folder.Path();
         grid.Start(host, largeFonts);
     }
 
@@ -107,8 +95,6 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
     open.Open();
     ScoreGrid& grid = open.grid;
     ASSERT_EQ(grid.PageNo(), 2);
-    EXPECT_FALSE(open.folder.Exists("SessionData/Config.csv"));  // no settings, no settings file
-    EXPECT_FALSE(open.folder.Exists("SessionData/config.csv"));
 
     grid.NextClick();  // already on the last session
     EXPECT_EQ(grid.PageNo(), 2);
@@ -179,7 +165,7 @@ TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
 TEST(ScoreGrid, NamesAndColoursInBothOrders) {
     OpenGrid open;
     // A bare ID on the roster is its own last name.
-    open.folder.Write("Roster.txt", "ABCDEFGHIJKLMNOPQRST\r\nZeta, Ann, S9\r\nAbel, Ben, S5\r\n");
+    open.folder.WriteRoster("ABCDEFGHIJKLMNOPQRST\r\nZeta, Ann, S9\r\nAbel, Ben, S5\r\n");
     open.WriteSessions(
         1, {{"#A1", "ABCDEFGHIJKLMNOPQRST", {"A"}}, {"#A5", "S5", {"B"}}, {"#FF", "", {"A"}}});
     open.Open();
@@ -216,9 +202,7 @@ TEST(ScoreGrid, NamesAndColoursInBothOrders) {
 TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
     OpenGrid open;
     open.WriteSessions(2, Voters(2));
-    LogPlan third;
-    third.voters = {{"#A1", "S1", {"A"}}};  // S2 is absent
-    open.folder.Write(LogName(3), LogText(third));
+    open.folder.WriteLog(test::SeptemberLog(3), {.voters = {{"#A1", "S1", {"A"}}}});  // S2 absent
     open.Open();
     const GridView& view = open.view();
     EXPECT_EQ(open.Cell(1, 0), "2");
@@ -303,7 +287,7 @@ TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
 
 TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
     OpenGrid open;
-    open.folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
+    open.folder.WriteRoster("Doe, Jane, 12345\r\n");
     open.Open();
     const GridView& view = open.view();
     EXPECT_EQ(open.course.NumSessions, 0);
@@ -331,7 +315,7 @@ TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.optionsFile << c.largeFonts);
         OpenGrid open;
-        open.folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+        open.folder.WriteSettings({{"CourseName", "Optics"}});
         if (c.optionsFile) open.folder.Write("Classes/Options.csv", "\"SelectedClass\",\"x\"\r\n");
         open.Open(c.largeFonts);
         // Images is made in every case, by the move of stray images.

@@ -3,7 +3,6 @@
 #include <iterator>
 #include <random>
 
-#include "SessionLogFixture.h"
 #include "TestSupport.h"
 #include "common/Numbers.h"
 #include "logs/SessionLog.h"
@@ -13,12 +12,18 @@
 namespace tallory {
 namespace {
 
-using test::PollingHeader;
-using test::TempCourse;
-using test::VoteLine;
+using test::LogVoter;
+
+// A log of the given questions, where choice A earns 1 point and B .5, and voters.
+std::string Polling(const std::vector<std::string>& names,
+                    const std::vector<LogVoter>& voters = {}) {
+    test::LogPlan plan = test::QuestionsPlan(names, {1, .5, 0, 0, 0});
+    plan.voters = voters;
+    return test::LogText(plan);
+}
 
 struct LogReading {
-    TempCourse folder;
+    test::TempCourse folder;
     Course course;
 
     void Read(const std::string& text) {
@@ -90,7 +95,7 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
 
 TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
     LogReading log;
-    std::string text = PollingHeader({"Q1|Y", " Why? ", "Q3|y", "Q4", "Q5", "Q6", "Q"});
+    std::string text = Polling({"Q1|Y", " Why? ", "Q3|y", "Q4", "Q5", "Q6", "Q"});
     size_t line5 = text.find("Correct Answer");
     text.replace(line5, text.find("\r\nResponse A") - line5,
                  "Correct Answer, , ,,, , , , , ,, , , , ,C,, , , , ,BC,, , , , ,c,, , , , ,4,,");
@@ -115,8 +120,8 @@ TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
 TEST(SessionLog, RemotesAndStudentsOfDataLines) {
     LogReading log;
     AddRemote(log.course, "12AB34", "S1");
-    log.Read(PollingHeader({"Q1"}) + VoteLine("#0012AB34", "", {"A"}) +
-             VoteLine("12ab34", "S9", {"B"}) + VoteLine("#000", "", {""}));
+    log.Read(
+        Polling({"Q1"}, {{"#0012AB34", "", {"A"}}, {"12ab34", "S9", {"B"}}, {"#000", "", {""}}}));
     const Course& course = log.course;
     ASSERT_EQ(course.NumVoters, 3);
     EXPECT_EQ(course.Votes[1].RemoteId, "12AB34");
@@ -132,10 +137,10 @@ TEST(SessionLog, RemotesAndStudentsOfDataLines) {
 
 TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
     LogReading log;
-    log.Read(PollingHeader({"Q1", "Q2"}) + VoteLine("#A1", "", {"B", "B"}));
+    log.Read(Polling({"Q1", "Q2"}, {{"#A1", "", {"B", "B"}}}));
     ASSERT_EQ(log.course.Votes[1].Answer[2], 2);
     // The second log's line stops after question 1, and its values there do not convert.
-    log.Read(PollingHeader({"Q1", "Q2"}) + "#A1, , 0 ,C , x , y , z ,D , w ,\r\n");
+    log.Read(Polling({"Q1", "Q2"}, {test::RawLine("#A1, , 0 ,C , x , y , z ,D , w ,")}));
     const VoteRec& vote = log.course.Votes[1];
     EXPECT_EQ(vote.Answer[1], 3);
     EXPECT_EQ(vote.FinalTime[1], 5);
@@ -145,29 +150,28 @@ TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
 }
 
 TEST(SessionLog, BlankAndShortLinesTakeNoRowButMayCountAVoter) {
-    const std::string header = PollingHeader({"Q1"});
-    const std::string a = VoteLine("#A1", "", {"A"}), b = VoteLine("#B2", "", {"B"});
+    const LogVoter a{"#A1", "", {"A"}}, b{"#B2", "", {"B"}};
     struct Case {
-        std::string data;
+        std::vector<LogVoter> data;
         int voters;
         const char* secondRemote;
     } cases[] = {
-        {"\r\n" + a + b, 2, "B2"},            // nothing read yet: the blank line counts nothing
-        {a + "\r\n" + b, 3, "B2"},            // counted, although row 2 holds B2
-        {a + b + "\r\n", 3, "B2"},            // an empty voter at the end
-        {a + "#C3,\"S3\"\r\n" + b, 3, "B2"},  // two fields: skipped, counted
-        {a + "#C3, , 4\r\n" + b, 2, "C3"},    // no group: takes a row, not counted
+        {{test::RawLine(""), a, b}, 2, "B2"},  // nothing read yet: the blank line counts nothing
+        {{a, test::RawLine(""), b}, 3, "B2"},  // counted, although row 2 holds B2
+        {{a, b, test::RawLine("")}, 3, "B2"},  // an empty voter at the end
+        {{a, test::RawLine("#C3,\"S3\""), b}, 3, "B2"},  // two fields: skipped, counted
+        {{a, test::RawLine("#C3, , 4"), b}, 2, "C3"},    // no group: takes a row, not counted
     };
     for (const auto& c : cases) {
         LogReading log;
-        log.Read(header + c.data);
-        EXPECT_EQ(log.course.NumVoters, c.voters) << c.data;
-        EXPECT_EQ(log.course.Votes[2].RemoteId, c.secondRemote) << c.data;
+        log.Read(Polling({"Q1"}, c.data));
+        EXPECT_EQ(log.course.NumVoters, c.voters) << &c - cases;
+        EXPECT_EQ(log.course.Votes[2].RemoteId, c.secondRemote) << &c - cases;
     }
 }
 
 TEST(SessionLog, HeaderEndsAndFailures) {
-    const std::string full = PollingHeader({"Q1", "Q2"}) + VoteLine("#A1", "", {"A", "A"});
+    const std::string full = Polling({"Q1", "Q2"}, {{"#A1", "", {"A", "A"}}});
     auto upToLine = [&](int lines) {
         size_t at = 0;
         for (int i = 0; i < lines; ++i) at = full.find("\r\n", at) + 2;
@@ -197,40 +201,40 @@ TEST(SessionLog, HeaderEndsAndFailures) {
 }
 
 TEST(SessionLog, DataLinesFoldPastField999) {
-    std::vector<std::string> answers(170, "A");
+    std::vector<test::LogAnswer> answers(170, "A");
     answers[166] = "B";  // field 999
     answers[167] = "D";  // beyond it: joined onto field 999 with ":"
     LogReading log;
-    log.Read(PollingHeader({"Q1"}) + VoteLine("#A1", "", answers));
+    log.Read(Polling({"Q1"}, {{"#A1", "", answers}}));
     const VoteRec& vote = log.course.Votes[1];
     EXPECT_EQ(vote.Answer[166], 1);
     EXPECT_EQ(vote.Answer[167], 4);
     EXPECT_EQ(vote.Answer[168], 0);
 }
 
-TEST(SessionLog, BadSessionTotalEndsTheRunNamingFileAndLine) {
-    LogReading log;
-    try {
-        log.Read(PollingHeader({"Q1"}) + VoteLine("#A1", "", {"A"}) + "#B2, , lots ,A\r\n");
-        FAIL() << "no error";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), kTypeMismatch);
-        EXPECT_EQ(error.Message(), "Run-time error '13': Type mismatch\nFile " +
-                                       log.folder.File("SessionData/L2609151030.csv") +
-                                       ", line 12");
-    }
-}
-
-TEST(SessionLog, MoreThan4000RowsIsOutOfRange) {
-    std::string text = PollingHeader({"Q1"});
-    for (int i = 0; i <= kMaxVoters; ++i) text += VoteLine("#A" + std::to_string(i), "", {"A"});
-    LogReading log;
-    try {
-        log.Read(text);
-        FAIL() << "no error";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), kSubscriptOutOfRange);
-        EXPECT_NE(error.Message().find("line 4011"), std::string::npos) << error.Message();
+// A bad session total, and more than 4000 rows: the run ends naming file and line.
+TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
+    std::vector<LogVoter> many;
+    for (int i = 0; i <= kMaxVoters; ++i) many.push_back({"#A" + std::to_string(i), "", {"A"}});
+    struct Case {
+        std::vector<LogVoter> voters;
+        int number;
+        const char* message;
+    } cases[] = {
+        {{{"#A1", "", {"A"}}, test::RawLine("#B2, , lots ,A")},
+         kTypeMismatch,
+         "Run-time error '13': Type mismatch\nFile {log}, line 12"},
+        {many, kSubscriptOutOfRange,
+         "Run-time error '9': Subscript out of range\nFile {log}, line 4011 (Table Votes, row 4001 "
+         "(rows 0 to 4000))"},
+    };
+    for (const Case& c : cases) {
+        LogReading log;
+        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, c.voters)); });
+        std::string message = c.message;
+        message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
+        EXPECT_EQ(ending.number, c.number);
+        EXPECT_EQ(ending.message, message);
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "SessionLogFixture.h"
 #include "TestSupport.h"
 #include "common/Paths.h"
 #include "common/RecordingHost.h"
@@ -15,17 +14,23 @@ namespace tallory {
 namespace {
 
 using test::DataPath;
-using test::PollingHeader;
+using test::LogVoter;
 using test::ReadBytes;
-using test::TempCourse;
-using test::VoteLine;
+
+// A log of the given questions, where choice A earns 1 point and B .5, and voters.
+test::LogPlan Polling(const std::vector<std::string>& names,
+                      const std::vector<LogVoter>& voters = {}) {
+    test::LogPlan plan = test::QuestionsPlan(names, {1, .5, 0, 0, 0});
+    plan.voters = voters;
+    return plan;
+}
 
 constexpr const char* kLog = "SessionData/L2609151030.csv";
 
 // A course folder holding one log; Rewrite reads it, scores it and writes it back in place, as
 // every edit of a session does.
 struct LogRewrite {
-    TempCourse folder;
+    test::TempCourse folder;
     Course course;
     RecordingHost host;
 
@@ -60,7 +65,9 @@ TEST(SessionLogWriter, RewritesAPollingLogAndThenKeepsItAsItIs) {
 }
 
 TEST(SessionLogWriter, TitleWithoutMarkAndNoVotersEndWithResponseE) {
-    LogRewrite log(PollingHeader({"why's"}, "Review |y"));
+    test::LogPlan plan = Polling({"why's"});
+    plan.title = "Review |y";
+    LogRewrite log(LogText(plan));
     std::string text = log.Rewrite();
     EXPECT_EQ(text.substr(0, text.find("\r\n")),
               "Scoring,  Performance =  10 , Participation =  1 , Min Reply =  0 , "
@@ -72,7 +79,7 @@ TEST(SessionLogWriter, TitleWithoutMarkAndNoVotersEndWithResponseE) {
 }
 
 TEST(SessionLogWriter, FailureKeepsTheOldFileAndSaysSo) {
-    const std::string original = PollingHeader({"Q1"}) + VoteLine("#A1", "", {"A"});
+    const std::string original = LogText(Polling({"Q1"}, {{"#A1", "", {"A"}}}));
     struct Case {
         const char* what;
         void (*spoil)(Course&);
@@ -101,8 +108,7 @@ TEST(SessionLogWriter, FailureKeepsTheOldFileAndSaysSo) {
 }
 
 TEST(SessionLogWriter, ClickerLinesDroppedOrHandedBackToTheirOwner) {
-    const std::string text =
-        PollingHeader({"Q1"}) + VoteLine("#A1", "S9", {"A"}) + VoteLine("#B2", "", {"A"});
+    const std::string text = LogText(Polling({"Q1"}, {{"#A1", "S9", {"A"}}, {"#B2", "", {"A"}}}));
     {
         LogRewrite log(text);
         std::string written = log.Rewrite("#00a1", "", -1);
@@ -123,9 +129,9 @@ TEST(SessionLogWriter, ClickerLinesDroppedOrHandedBackToTheirOwner) {
 }
 
 TEST(SessionLogWriter, AnonymousQuestionsKeepTheirCountsAndEarnNothing) {
-    std::string header = PollingHeader({"Q1", "Q2"});
-    header.replace(header.find("Response A,    ,   , 0 "), 23, "Response A,    ,   , 4 ");
-    LogRewrite log(header + VoteLine("#A1", "", {"X", "A"}) + VoteLine("#B2", "", {"x", "B"}));
+    test::LogPlan plan = Polling({"Q1", "Q2"}, {{"#A1", "", {"X", "A"}}, {"#B2", "", {"x", "B"}}});
+    plan.questions[0].counts[0] = 4;
+    LogRewrite log(LogText(plan));
     std::string text = log.Rewrite();
     EXPECT_NE(text.find("Response A,    ,   , 4 ,0,, , , , 1 , 1 ,"), std::string::npos);
     EXPECT_NE(text.find("Response B,    ,   , 0 ,0,, , , , 1 , .5 ,"), std::string::npos);
@@ -135,7 +141,7 @@ TEST(SessionLogWriter, AnonymousQuestionsKeepTheirCountsAndEarnNothing) {
 }
 
 TEST(SessionLogWriter, AnonymousAnswerWipesTheFileTotalSoFar) {
-    LogRewrite log(PollingHeader({"Q1", "Q2", "Q3"}) + VoteLine("#A1", "", {"A", "X", "B"}));
+    LogRewrite log(LogText(Polling({"Q1", "Q2", "Q3"}, {{"#A1", "", {"A", "X", "B"}}})));
     EXPECT_NE(log.Rewrite().find("\r\n#A1, , .5 ,"), std::string::npos);
 }
 

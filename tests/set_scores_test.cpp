@@ -5,9 +5,7 @@
 #include <csignal>
 #include <functional>
 
-#include "LogText.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionLog.h"
 #include "scoring/SessionDateText.h"
@@ -17,33 +15,19 @@ namespace tallory {
 namespace {
 
 using test::LogPlan;
-using test::LogText;
-using test::LogVoter;
-using test::TempCourse;
+using test::QuestionsPlan;
 
 constexpr const char* kLog = "L0809151030.csv";
 
-std::string ConfigText(const std::vector<std::pair<std::string, std::string>>& settings) {
-    std::string text;
-    for (const auto& [key, value] : settings)
-        text += "\"" + key + "\" ,\"" + value + "\" ,\"\"\r\n";
-    return text;
-}
-
 // A course with one session log, loaded as the main window loads it, and its Set Scores screen.
-struct ScoringCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-    HeadlessSessionGrid grid{course};
-
-    explicit ScoringCourse(const LogPlan& log, const std::string& config = "") {
-        folder.Write("Roster.txt", "Alpha, Ann, S1\r\n");
-        folder.Write("SessionData/RemoteID.csv", "#A1,\"S1\"\r\n");
-        if (!config.empty()) folder.Write("SessionData/Config.csv", config);
-        folder.Write(std::string("SessionData/") + kLog, LogText(log));
-        course.AppPath = folder.Path();
-        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
+struct ScoringCourse : test::LoadedCourse {
+    explicit ScoringCourse(const LogPlan& log,
+                           const std::vector<std::pair<std::string, std::string>>& settings = {}) {
+        WriteRoster("Alpha, Ann, S1\r\n");
+        WriteRemotes("#A1,\"S1\"\r\n");
+        if (!settings.empty()) WriteSettings(settings);
+        WriteLog(kLog, log);
+        Load();
     }
 
     SetScoresScreen Open(SetScoresOptions options = {}) {
@@ -53,29 +37,15 @@ struct ScoringCourse {
         return screen;
     }
 
-    std::string LogBytes() const { return folder.Read(std::string("SessionData/") + kLog); }
-    const StudentRec& Student(std::string_view id) const {
-        return course.Students[course.StudentIndex.at(std::string(id))];
-    }
+    std::string LogBytes() const { return Log(kLog); }
 };
 
 // `count` voters on remotes #B1, #B2, ... answering the letters of `answers` (one per question).
-std::vector<LogVoter> Voters(int count,
-                             const std::function<std::vector<std::string>(int)>& answers) {
-    std::vector<LogVoter> voters;
+std::vector<test::LogVoter> Voters(
+    int count, const std::function<std::vector<test::LogAnswer>(int)>& answers) {
+    std::vector<test::LogVoter> voters;
     for (int i = 1; i <= count; ++i) voters.push_back({"#B" + std::to_string(i), "", answers(i)});
     return voters;
-}
-
-LogPlan Questions(int count) {
-    LogPlan log;
-    log.names.clear();
-    log.points.clear();
-    for (int q = 1; q <= count; ++q) {
-        log.names.push_back("Q" + std::to_string(q));
-        log.points.push_back({1, 0, 0, 0, 0});
-    }
-    return log;
 }
 
 std::vector<std::string> TextsOf(const std::array<ControlState, 5>& boxes) {
@@ -115,9 +85,10 @@ TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
 
 TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
     LogPlan log;
-    log.points = {{2, 0, 0, 0, 0}};
-    log.voters = Voters(40, [](int i) { return std::vector<std::string>{i <= 19 ? "A" : "B"}; });
-    ScoringCourse fixture(log, ConfigText({{"CourseName", "Mechanics"}}));
+    log.questions[0].points = {2, 0, 0, 0, 0};
+    log.voters =
+        Voters(40, [](int i) { return std::vector<test::LogAnswer>{i <= 19 ? "A" : "B"}; });
+    ScoringCourse fixture(log, {{"CourseName", "Mechanics"}});
     SetScoresScreen screen = fixture.Open();
     // Counts are the polling application's: the reader takes them from the log as they stand.
     fixture.course.Questions[1].ResponseCount[1] = 19;
@@ -140,7 +111,7 @@ TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
 
 TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
     LogPlan log;
-    log.points = {{7.5, 0, 0, 0, 0}};
+    log.questions[0].points = {7.5, 0, 0, 0, 0};
     ScoringCourse fixture(log);
     EXPECT_EQ(fixture.Open().Controls().lblTotalPerfPoints.text, "7.50");
     SetScoresOptions large;
@@ -149,8 +120,8 @@ TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
 }
 
 TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
-    ScoringCourse fixture(Questions(1), ConfigText({{"PerformanceCorrectChoice", "3"},
-                                                    {"PerformanceAnyChoice", "1"}}));
+    ScoringCourse fixture(QuestionsPlan(1),
+                          {{"PerformanceCorrectChoice", "3"}, {"PerformanceAnyChoice", "1"}});
     SetScoresScreen screen = fixture.Open();
     screen.cmbCorrectClick(3);
     const QuestionRec& question = fixture.course.Questions[1];
@@ -164,9 +135,11 @@ TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
 }
 
 TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
-    LogPlan log = Questions(2);
+    LogPlan log = QuestionsPlan(2);
     // The last voter decides that the question was polled anonymously.
-    log.voters = Voters(4, [](int i) { return std::vector<std::string>{"A", i == 1 ? "" : "X"}; });
+    log.voters = Voters(4, [](int i) {
+        return std::vector<test::LogAnswer>{"A", i == 1 ? "" : "X"};
+    });
     ScoringCourse fixture(log);
     SetScoresScreen screen = fixture.Open();
     screen.lblNextClick();
@@ -211,7 +184,7 @@ TEST(SetScores, RefusedInputShowsItsMessageAndKeepsTheOldValue) {
          "2"},
     };
     for (const Case& row : cases) {
-        ScoringCourse fixture(Questions(3));
+        ScoringCourse fixture(QuestionsPlan(3));
         SetScoresScreen screen = fixture.Open();
         double before = fixture.course.Questions[1].ChoicePoints[1];
         EXPECT_FALSE(row.enter(screen)) << row.name;
@@ -226,7 +199,7 @@ TEST(SetScores, RefusedInputShowsItsMessageAndKeepsTheOldValue) {
 }
 
 TEST(SetScores, SessionBoxesTakeNumbersQuietly) {
-    ScoringCourse fixture(Questions(3));
+    ScoringCourse fixture(QuestionsPlan(3));
     SetScoresScreen screen = fixture.Open();
     EXPECT_TRUE(screen.txtMinResponsesValidate("3"));  // all questions, not above them
     EXPECT_EQ(fixture.course.SessMinReply, 3);
@@ -243,7 +216,7 @@ TEST(SetScores, SessionBoxesTakeNumbersQuietly) {
 }
 
 TEST(SetScores, UntickedCapIsStoredAsMinusOne) {
-    ScoringCourse fixture(Questions(2));
+    ScoringCourse fixture(QuestionsPlan(2));
     SetScoresScreen screen = fixture.Open();
     EXPECT_TRUE(screen.Controls().chkTruncPerf.checked);
     EXPECT_FALSE(screen.chkTruncPerfClick(false));
@@ -259,7 +232,7 @@ TEST(SetScores, UntickedCapIsStoredAsMinusOne) {
 
 // Six questions with the requirement at three quarters: 4 of 6, and 3 of the 5 that stay.
 TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
-    ScoringCourse fixture(Questions(6), ConfigText({{"ParticipationRequirement", "1"}}));
+    ScoringCourse fixture(QuestionsPlan(6), {{"ParticipationRequirement", "1"}});
     SetScoresScreen screen = fixture.Open();
     ASSERT_EQ(fixture.course.SessMinReply, 4);
     screen.OptYesClick();
@@ -301,7 +274,7 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
 
 TEST(SetScores, LastLiveQuestionAsksFirst) {
     for (Answer answer : {Answer::No, Answer::Yes}) {
-        ScoringCourse fixture(Questions(2));
+        ScoringCourse fixture(QuestionsPlan(2));
         SetScoresScreen screen = fixture.Open();
         screen.OptYesClick();  // the first of two: no question asked
         ASSERT_EQ(fixture.host.messages.back().buttons, Buttons::Ok);
@@ -325,10 +298,10 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
 }
 
 TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
-    LogPlan log = Questions(2);
-    log.points = {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}};
+    LogPlan log = QuestionsPlan(2);
+    log.questions[0].points = log.questions[1].points = {};
     log.voters = {{"#A1", "", {"C", "A"}}, {"#B7", "", {"B", "A"}}};
-    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
     ASSERT_EQ(fixture.Student("S1").Score[1], 0);  // no points, so no participation either
     SetScoresScreen screen = fixture.Open();
     screen.cmbCorrectClick(3);
@@ -357,7 +330,7 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
 }
 
 TEST(SetScores, CancelLeavesLogAndGrid) {
-    ScoringCourse fixture(Questions(2), ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    ScoringCourse fixture(QuestionsPlan(2), {{"PerformanceCorrectChoice", "2"}});
     std::string before = fixture.LogBytes();
     SetScoresScreen screen = fixture.Open();
     screen.cmbCorrectClick(2);
@@ -389,9 +362,9 @@ class FileSizeLimit {
 };
 
 TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
-    LogPlan log = Questions(1);
+    LogPlan log = QuestionsPlan(1);
     log.voters = {{"#A1", "", {"B"}}};
-    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
     std::string before = fixture.LogBytes();
     SetScoresScreen screen = fixture.Open();
     screen.cmbCorrectClick(2);
@@ -408,14 +381,14 @@ TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
 }
 
 TEST(SetScores, PicturesOfTheQuestion) {
-    ScoringCourse fixture(Questions(2));
-    fixture.folder.Write("Images/L0809151030_Q1.jpg", "picture");
-    fixture.folder.Write("Images/L0809151030_c1.JPG", "chart");
+    ScoringCourse fixture(QuestionsPlan(2));
+    fixture.Write("Images/L0809151030_Q1.jpg", "picture");
+    fixture.Write("Images/L0809151030_c1.JPG", "chart");
     SetScoresScreen screen = fixture.Open();
     const SetScoresControls& c = screen.Controls();
     EXPECT_TRUE(c.cmdViewScreenShot.enabled);
     EXPECT_TRUE(c.cmdHistogram.enabled);
-    EXPECT_EQ(screen.cmdHistogramClick(), fixture.folder.File("Images/L0809151030_c1.JPG"));
+    EXPECT_EQ(screen.cmdHistogramClick(), fixture.File("Images/L0809151030_c1.JPG"));
     EXPECT_FALSE(c.Image1.visible);
     screen.cmdViewScreenShotClick();
     EXPECT_TRUE(c.Image1.visible);
@@ -431,7 +404,7 @@ TEST(SetScores, PicturesOfTheQuestion) {
 }
 
 TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
-    ScoringCourse fixture(Questions(2), ConfigText({{"PerformanceCorrectChoice", "2"}}));
+    ScoringCourse fixture(QuestionsPlan(2), {{"PerformanceCorrectChoice", "2"}});
     SetScoresScreen screen = fixture.Open();
     screen.cmdHelpClick();
     const SetScoresControls& c = screen.Controls();
@@ -440,8 +413,8 @@ TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
     EXPECT_FALSE(c.cmbCorrect.enabled);
     EXPECT_TRUE(c.cmdCancel.enabled);
     EXPECT_TRUE(c.cmdHelp.enabled);
-    screen.cmbCorrectClick(1);
-    EXPECT_EQ(fixture.course.Questions[1].CorrectAnswer, 0);
+    screen.cmbCorrectClick(2);
+    EXPECT_EQ(fixture.course.Questions[1].CorrectAnswer, 1);  // the log's A stays
     screen.cmdHelpClick();
     EXPECT_FALSE(c.PicHelp.visible);
     EXPECT_TRUE(c.cmdSet.enabled);
@@ -449,11 +422,11 @@ TEST(SetScores, HelpPanelHoldsTheFormUntilClosed) {
 }
 
 TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
-    LogPlan log = Questions(2);
-    log.points = {{0, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
+    LogPlan log = QuestionsPlan(2);
+    log.questions[0].points = {};
     log.voters = {{"#A1", "", {"B", "X"}}, {"#B7", "", {"C", "X"}}};
-    ScoringCourse fixture(log, ConfigText({{"PerformanceCorrectChoice", "2"}}));
-    auto result = test::RunCli({"--course", fixture.folder.Path(), "set-scores", "1", "--json",
+    ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
+    auto result = test::RunCli({"--course", fixture.Path(), "set-scores", "1", "--json",
                                 "--participation", "0.5", "--question", "1", "--correct", "b",
                                 "--points", "0,2,1,0,0", "--title", "Inertia"});
     ASSERT_EQ(result.status, 0) << result.err;
@@ -463,8 +436,8 @@ TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
     EXPECT_EQ(session["questions"][0]["name"], "INERTIA");
     EXPECT_EQ(session["questions"][0]["correct"], 2);
     EXPECT_EQ(session["questions"][0]["points"], nlohmann::json::parse("[0, 2, 1, 0, 0]"));
-    auto grid = nlohmann::json::parse(
-        test::RunCli({"--course", fixture.folder.Path(), "grid", "--json"}).out);
+    auto grid =
+        nlohmann::json::parse(test::RunCli({"--course", fixture.Path(), "grid", "--json"}).out);
     std::map<std::string, double> totals;
     for (const auto& student : grid["students"]) totals[student["id"]] = student["total"];
     EXPECT_EQ(totals["S1"], 2.5);
@@ -483,13 +456,11 @@ TEST(SetScoresCli, RefusedEditsSaveNothing) {
         {{"--cap", "lots"}, "[Max Points] Not a valid number"},
     };
     for (const auto& row : rows) {
-        LogPlan log = Questions(2);
+        LogPlan log = QuestionsPlan(2);
         log.voters = {{"#A1", "", {"B", "X"}}};
         ScoringCourse fixture(log);
         std::string before = fixture.LogBytes();
-        std::vector<std::string> arguments = {"--course", fixture.folder.Path(), "set-scores", "1"};
-        arguments.insert(arguments.end(), row.edits.begin(), row.edits.end());
-        auto result = test::RunCli(arguments);
+        auto result = test::RunCliOn(fixture.Path(), {"set-scores", "1"}, row.edits);
         EXPECT_EQ(result.status, 1) << row.said;
         EXPECT_NE(result.err.find(row.said), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("nothing was saved"), std::string::npos) << result.err;
@@ -499,9 +470,9 @@ TEST(SetScoresCli, RefusedEditsSaveNothing) {
 
 TEST(SetScoresCli, LastQuestionStaysUnlessConfirmed) {
     for (bool confirm : {false, true}) {
-        ScoringCourse fixture(Questions(1));
-        std::vector<std::string> arguments = {
-            "--course", fixture.folder.Path(), "set-scores", "1", "--delete", "--json"};
+        ScoringCourse fixture(QuestionsPlan(1));
+        std::vector<std::string> arguments = {"--course", fixture.Path(), "set-scores",
+                                              "1",        "--delete",     "--json"};
         if (confirm) arguments.push_back("--yes");
         auto result = test::RunCli(arguments);
         ASSERT_EQ(result.status, 0) << result.err;

@@ -9,15 +9,10 @@ namespace {
 
 using test::TempCourse;
 
-struct Settings {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-
-    // Without a text the course has no settings file.
+struct Settings : test::LoadedCourse {
     explicit Settings(const char* config) {
-        if (config) folder.Write("SessionData/Config.csv", config);
-        course.AppPath = folder.Path();
+        Write("SessionData/Config.csv", config);
+        course.AppPath = Path();
         ReadConfig(course, host);
     }
 };
@@ -57,7 +52,7 @@ TEST(Settings, RewriteUpperCasesKeysAndDropsNotes) {
     Settings settings(
         "\"CourseName\" ,\"Physics\" ,\"shown in the title\"\r\nCMS,BB,,old,notes\r\n");
     WriteConfig(settings.course);
-    EXPECT_EQ(settings.folder.Read("SessionData/Config.csv"),
+    EXPECT_EQ(settings.Read("SessionData/Config.csv"),
               "\"COURSENAME\" ,\"Physics \" ,\"\"\r\n\"CMS\" ,\"BB\" ,\",old,notes\"\r\n");
 
     ReadConfig(settings.course, settings.host);
@@ -97,15 +92,7 @@ TEST(Settings, SetParamChangesTheFirstRowOrAddsATrimmedOne) {
     EXPECT_EQ(settings.course.Params[3].Key, "tallory.exe.major");
     EXPECT_EQ(settings.course.Params[3].Value, "2");
     // Memory only, until the settings are written.
-    EXPECT_EQ(settings.folder.Read("SessionData/Config.csv"),
-              "\" CMS \",General\r\ncms,Second\r\n");
-}
-
-TEST(Settings, MissingFileLeavesNoSettingsAndCreatesNone) {
-    Settings settings(nullptr);
-    EXPECT_EQ(settings.course.NumParams, 0);
-    EXPECT_EQ(GetParam(settings.course, "ParticipationRequirement", "1"), "1");
-    EXPECT_FALSE(settings.folder.Exists("SessionData/Config.csv"));
+    EXPECT_EQ(settings.Read("SessionData/Config.csv"), "\" CMS \",General\r\ncms,Second\r\n");
 }
 
 TEST(Settings, WebVotingIsReadStraightFromTheFile) {

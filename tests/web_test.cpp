@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "LocalHttpServer.h"
-#include "LogText.h"
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
@@ -19,8 +20,6 @@ namespace tallory {
 namespace {
 
 using test::LocalHttpServer;
-using test::LogPlan;
-using test::LogText;
 using test::ReadBytes;
 using test::TempCourse;
 
@@ -85,16 +84,10 @@ TEST(WebRegistration, KeysCodesAndHosts) {
     EXPECT_EQ(RemoteLookupKey("AB12"), "0000AB12");
     EXPECT_EQ(RemoteLookupKey("12345678"), "12345678");
     EXPECT_EQ(RemoteLookupKey("123456789A"), "123456789A");  // longer keys go unchanged
-    for (auto [code, sql] :
-         std::initializer_list<std::pair<const char*, bool>>{{"SQL", true},
-                                                             {"sql", true},
-                                                             {"", true},
-                                                             {"x", true},
-                                                             {"SQLhttp://h/?c=", true},
-                                                             {"local", false},
-                                                             {"demo", false},
-                                                             {"http://h/f.csv", false}})
-        EXPECT_EQ(IsSqlCode(code), sql) << code;
+    for (const char* code : {"SQL", "sql", "", "x", "SQLhttp://h/?c="})
+        EXPECT_TRUE(IsSqlCode(code)) << code;
+    for (const char* code : {"local", "demo", "http://h/f.csv"})
+        EXPECT_FALSE(IsSqlCode(code)) << code;
     EXPECT_EQ(UrlHostName("http://reg.example.org:8080/svc/"), "reg.example.org");
     EXPECT_EQ(UrlHostName("https://user@host.example/"), "host.example");
     EXPECT_EQ(UrlHostName(""), "");
@@ -128,14 +121,10 @@ TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
     EXPECT_EQ(LookupInRegistrationFile(file, "0000CD34"), "");
 }
 
-struct Roster {
-    Course course;
-    RecordingHost host;
-    TempCourse folder;
-
+struct Roster : test::LoadedCourse {
     explicit Roster(std::initializer_list<RosterRec> rows) {
-        course.AppPath = folder.Path();
-        folder.Write("SessionData/.keep", "");
+        course.AppPath = Path();
+        Write("SessionData/.keep", "");
         for (const RosterRec& row : rows) course.Roster[course.NumRoster++] = row;
     }
 };
@@ -186,7 +175,7 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
 
 TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
     Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Lee")};
-    roster.folder.Write("SessionData/ClickerCheck.txt", "an earlier run\r\n");
+    roster.Write("SessionData/ClickerCheck.txt", "an earlier run\r\n");
     WebRegistrations regs;
     AddWeb(regs, "0000AB12", "Ann", "Lee", "");
     MatchWebRegistrations(roster.course, roster.host, regs);
@@ -195,7 +184,7 @@ TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
     const std::string first =
         "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , "
         "0000AB12\r\n-----------------------\r\n\"\r\n";
-    EXPECT_EQ(roster.folder.Read("SessionData/ClickerCheck.txt"),
+    EXPECT_EQ(roster.Read("SessionData/ClickerCheck.txt"),
               first +
                   "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , 0000AB12\r\n"
                   "Cy , Lee , S9 , 0000AB12\r\n-----------------------\r\n\"\r\n");
@@ -239,47 +228,35 @@ TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
 // registered in the course, which the registration data (tests/data/web) knows as:
 // BB0001 Alvarez (clear; she has no clicker yet), BB0002 Bennett (clear, but he has one),
 // BB0003 Chen without an ID (two Chens in the roster), BB0009 nobody in the roster.
-struct WebCourse {
-    TempCourse folder;
-    Course course;
-    RecordingHost host;
-    HeadlessScreen screen;
+struct WebCourse : test::LoadedCourse {
     std::vector<std::string> verified;  // remote and "auto" or "asked", per verify state
     std::string doneNote;
     int recordsUpdated = -1;
 
     explicit WebCourse(const std::string& webcode, const std::string& base) {
         setenv(kRegistrationBaseVariable, base.c_str(), 1);
-        folder.Write(
-            "Roster.txt",
+        WriteRoster(
             "Alvarez,Maria,1001\r\nBennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n"
             "Dubois,Camille,1005\r\n");
-        folder.Write("SessionData/Config.csv", "\"webcode\" ,\"" + webcode + "\" ,\"\"\r\n");
-        folder.Write("SessionData/RemoteID.csv", kRemoteIds);
-        LogPlan plan;
+        WriteSettings({{"webcode", webcode}});
+        WriteRemotes(kRemoteIds);
+        test::LogPlan plan;
         for (const char* remote :
              {"#AA0002", "#AA0005", "#BB0001", "#BB0002", "#BB0003", "#BB0009"})
             plan.voters.push_back({remote, "", {"A"}});
-        folder.Write("SessionData/L2609081000.csv", LogText(plan));
-        course.AppPath = folder.Path();
-        LoadCourse(course, host, screen, ReadOnlyLoad());
+        WriteLog("L2609081000.csv", plan);
+        Load();
     }
 
     void Sync(VerifyAnswer answer) {
         CurlFetcher fetcher;
-        SyncWebRegistrations(course, host, screen, fetcher, [&](WebSyncScreen& web) {
+        SyncWebRegistrations(course, host, grid.screen, fetcher, [&](WebSyncScreen& web) {
             web.onVerify = [&](bool automatic) {
                 verified.push_back(web.wWebList().rows.at(0) + (automatic ? " auto" : " asked"));
             };
             doneNote = AnswerWebSync(web, answer).value_or("(cancelled)");
             recordsUpdated = web.Registrations().RecordsUpdated;
         });
-    }
-
-    std::vector<std::string> StudentIds() const {
-        std::vector<std::string> ids;
-        for (int s = 1; s <= course.NumStudents; ++s) ids.push_back(course.Students[s].StudentId);
-        return ids;
     }
 
     static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
@@ -315,7 +292,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.webcode);
         WebCourse web(c.webcode, server.Base());
-        web.folder.Write("WebReg.dat", file);
+        web.Write("WebReg.dat", file);
         web.Sync(VerifyAnswer::Accept);
         EXPECT_TRUE(web.host.messages.empty());
         EXPECT_EQ(web.verified,
@@ -326,11 +303,11 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
                   "The WebSync process has completed.  3 records have been updated.\r\n"
                   "ClickerCheck.txt updated.");
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
-        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"),
+        EXPECT_EQ(web.Remotes(),
                   "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n"
                   "#00BB0003,\"1003\"\r\n");
         // Chen's clicker is noted in the walk and again when the registrations are confirmed.
-        EXPECT_EQ(web.folder.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
+        EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
         // The reload: only the clicker nobody registered is left unregistered.
         EXPECT_EQ(web.StudentIds(), (std::vector<std::string>{"1001", "1002", "1003", "1004",
                                                               "1005", "#AA0002", "#BB0009"}));
@@ -352,9 +329,8 @@ TEST(WebSync, IgnoreAndCancel) {
         WebCourse web("demo", server.Base());
         web.Sync(VerifyAnswer::Ignore);
         EXPECT_EQ(web.recordsUpdated, 1);
-        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"),
-                  std::string(WebCourse::kRemoteIds) + "#00BB0001,\"1001\"\r\n");
-        EXPECT_EQ(web.folder.Read("SessionData/ClickerCheck.txt"), kChenNote);
+        EXPECT_EQ(web.Remotes(), std::string(WebCourse::kRemoteIds) + "#00BB0001,\"1001\"\r\n");
+        EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote);
     }
     {
         SCOPED_TRACE("cancel: nothing is written, the accepted entry stays in memory");
@@ -363,8 +339,8 @@ TEST(WebSync, IgnoreAndCancel) {
         EXPECT_EQ(web.verified, (std::vector<std::string>{"Alvarez Maria (1001) auto",
                                                           "Bennett Oliver (1002) asked"}));
         EXPECT_TRUE(web.host.written.empty());
-        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"), WebCourse::kRemoteIds);
-        EXPECT_FALSE(web.folder.Exists("SessionData/ClickerCheck.txt"));
+        EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
+        EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
         EXPECT_EQ(StudentOfRemote(web.course, "BB0001"), "1001");
         EXPECT_EQ(web.StudentIds(),
                   (std::vector<std::string>{"1001", "1002", "1003", "1004", "1005", "1001",
@@ -402,14 +378,14 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         EXPECT_EQ(web.doneNote,
                   "The WebSync process has completed.  0 records have been updated.\r\n"
                   "No conflicts identified.");
-        EXPECT_EQ(web.folder.Read("SessionData/RemoteID.csv"), WebCourse::kRemoteIds);
-        EXPECT_FALSE(web.folder.Exists("SessionData/ClickerCheck.txt"));
+        EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
+        EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
     }
 }
 
 TEST(WebSync, ScreenStates) {
     WebCourse web("local", "http://registration.example.net/svc/");
-    web.folder.Write("WebReg.dat", DataFile("WebReg.csv"));
+    web.Write("WebReg.dat", DataFile("WebReg.csv"));
     CurlFetcher fetcher;
     {
         WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
@@ -462,12 +438,58 @@ TEST(WebSync, ScreenStates) {
     }
 }
 
+// tallory-cli websync from outside: the command line's answer decides what reaches the folder.
+TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
+    const std::string file = DataFile("WebReg.csv");
+    LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
+    const std::string registered =
+        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
+    struct Case {
+        std::vector<std::string> answer;
+        int status;
+        std::string remoteIds;
+        std::vector<std::string> files;
+        bool cancelled;
+    } cases[] = {
+        {{"--answer", "accept"},
+         0,
+         registered,
+         {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"},
+         false},
+        {{}, 0, WebCourse::kRemoteIds, {}, true},  // the default policy is cancel
+        {{"--answer", "maybe"}, 2, WebCourse::kRemoteIds, {}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);
+        WebCourse web("demo", server.Base());  // the child inherits the registration base
+        const size_t requests = server.Targets().size();
+        const test::CliResult result = test::RunCliOn(web.Path(), {"websync", "--json"}, c.answer);
+        ASSERT_EQ(result.status, c.status) << result.err;
+        EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
+        if (c.status != 0) {
+            EXPECT_TRUE(result.out.empty());
+            EXPECT_NE(result.err.find("--answer"), std::string::npos) << result.err;
+            EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
+            EXPECT_EQ(server.Targets().size(), requests);  // refused before any fetch
+            continue;
+        }
+        const nlohmann::json output = nlohmann::json::parse(result.out);
+        std::vector<std::string> files = output["files"];
+        std::sort(files.begin(), files.end());
+        EXPECT_EQ(files, c.files);
+        EXPECT_EQ(output["cancelled"], c.cancelled);
+        EXPECT_EQ(output["done_note"].is_null(), c.cancelled);
+        EXPECT_EQ(output["verify"].size(), c.cancelled ? 2u : 3u);
+        EXPECT_EQ(output["records_updated"], c.cancelled ? 1 : 3);
+    }
+}
+
 TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
     WebCourse web("local", "");
-    web.folder.Write("WebReg.dat", DataFile("WebReg.csv"));
-    web.folder.Write("SessionData/L2609081000.csv", LogText(LogPlan{}));
-    web.folder.Write("SessionData/RemoteID.csv", "");
-    LoadCourse(web.course, web.host, web.screen, ReadOnlyLoad());
+    web.Write("WebReg.dat", DataFile("WebReg.csv"));
+    web.WriteLog("L2609081000.csv", {});
+    web.WriteRemotes("");
+    web.Load();
     web.Sync(VerifyAnswer::Accept);
     EXPECT_TRUE(web.verified.empty());
     EXPECT_EQ(web.doneNote,
@@ -478,8 +500,8 @@ TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
 TEST(WebSync, TheSiblingToolIsOfferedFirst) {
     for (Answer answer : {Answer::Yes, Answer::No}) {
         WebCourse web("local", "");
-        web.folder.Write("Campus Bridgeline.exe", "");
-        web.folder.Write("campus_bridgeline.XML", "");
+        web.Write("Campus Bridgeline.exe", "");
+        web.Write("campus_bridgeline.XML", "");
         web.host.answers.push_back(answer);
         web.Sync(VerifyAnswer::Accept);
         ASSERT_EQ(web.host.messages.size(),
@@ -489,9 +511,8 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
         EXPECT_EQ(web.host.messages[0].buttons, Buttons::YesNo);
         EXPECT_EQ(web.host.messages[0].text, ConfirmSyncText());
         if (answer == Answer::Yes) {
-            EXPECT_EQ(
-                web.host.started,
-                std::vector<std::string>{web.folder.File("Campus Bridgeline.exe") + " download"});
+            EXPECT_EQ(web.host.started,
+                      std::vector<std::string>{web.File("Campus Bridgeline.exe") + " download"});
             EXPECT_EQ(web.recordsUpdated, -1);  // the screen never opened
         } else {
             EXPECT_TRUE(web.host.started.empty());
@@ -537,11 +558,11 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
     }
 }
 
-TEST(WebUpdate, BothBoxesSayThereIsNothing) {
-    WebUpdateSummary summary;
+// The default of both boxes is painted in WebUpdateDialog.SaysThereAreNoUpgrades.
+TEST(WebUpdate, ABlankTextKeepsTheDefault) {
+    const WebUpdateSummary summary(WebUpdateTexts{"  ", "Version 2"});
     EXPECT_EQ(summary.txtClicker().text, "No upgrades available");
-    EXPECT_EQ(summary.txtGrader().text, "No upgrades available");
-    EXPECT_EQ(WebUpdateSummary(WebUpdateTexts{"  ", "Version 2"}).txtGrader().text, "Version 2");
+    EXPECT_EQ(summary.txtGrader().text, "Version 2");
 }
 
 }  // namespace

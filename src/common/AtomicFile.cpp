@@ -9,7 +9,78 @@
 #include <cstring>
 #include <vector>
 
+#include "common/Paths.h"
+
 namespace tallory {
+
+namespace {
+
+constexpr std::string_view kTemporaryMark = ".tmp-";
+constexpr size_t kTemporaryLetters = 6;  // the X's of mkstemp's pattern
+
+// Taken when the program starts, before any write of this run can have begun.
+const std::time_t kProcessStart = std::time(nullptr);
+
+std::string FolderOf(const std::string& path) {
+    size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// The path with its symbolic links followed to the file they end at, which need not exist yet.
+// A loop of links is left as it stands, so that the write fails on it rather than here.
+std::string FollowLinks(const std::string& path) {
+    std::string current = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        struct stat info;
+        if (::lstat(current.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return current;
+        std::vector<char> target(static_cast<size_t>(info.st_size > 0 ? info.st_size : 255) + 2);
+        ssize_t length = ::readlink(current.c_str(), target.data(), target.size() - 1);
+        if (length < 0) return current;
+        std::string next(target.data(), static_cast<size_t>(length));
+        current = next.starts_with('/') ? next : FolderOf(current) + "/" + next;
+    }
+    return path;
+}
+
+// A file the user made read-only: no write permission bit at all, or none for this process.
+bool IsReadOnly(const std::string& path) {
+    struct stat info;
+    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
+    return (info.st_mode & 0222) == 0 || ::access(path.c_str(), W_OK) != 0;
+}
+
+// The new file takes the owner, group and mode of the one it replaces where the process may
+// set them; a new file gets the usual mode.
+void TakeOwnerAndMode(int fd, const std::string& path) {
+    struct stat existing;
+    if (::stat(path.c_str(), &existing) == 0) {
+        if (::fchown(fd, existing.st_uid, existing.st_gid) != 0 &&
+            ::fchown(fd, static_cast<uid_t>(-1), existing.st_gid) != 0) {
+            // Neither may be given away: the file becomes the process's own, as a new one would.
+        }
+        // After the owner: a change of owner may clear the set-id bits.
+        ::fchmod(fd, existing.st_mode & 07777);
+        return;
+    }
+    mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(fd, 0666 & ~mask);
+}
+
+// Makes a rename in the folder durable; a file system that cannot sync folders is left be.
+void SyncFolder(const std::string& folder) {
+    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+bool IsTemporaryLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+}  // namespace
 
 AtomicFile::AtomicFile(std::string path, Host* host) : path_(std::move(path)), host_(host) {}
 
@@ -24,7 +95,13 @@ void AtomicFile::Fail(const std::string& what) {
 }
 
 bool AtomicFile::Open() {
-    std::string pattern = path_ + ".tmp-XXXXXX";
+    target_ = FollowLinks(path_);
+    if (IsReadOnly(target_)) {
+        errno = EACCES;
+        Fail("cannot replace the read-only file " + path_);
+        return false;
+    }
+    std::string pattern = target_ + std::string(kTemporaryMark) + "XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     fd_ = ::mkstemp(name.data());
@@ -33,17 +110,7 @@ bool AtomicFile::Open() {
         return false;
     }
     temporary_ = name.data();
-    // Keep the permissions of the file being replaced; a new file gets the usual ones.
-    struct stat existing;
-    mode_t mode;
-    if (::stat(path_.c_str(), &existing) == 0) {
-        mode = existing.st_mode & 07777;
-    } else {
-        mode_t mask = ::umask(0);
-        ::umask(mask);
-        mode = 0666 & ~mask;
-    }
-    ::fchmod(fd_, mode);
+    TakeOwnerAndMode(fd_, target_);
     return true;
 }
 
@@ -82,11 +149,12 @@ bool AtomicFile::Commit() {
         return false;
     }
     fd_ = -1;
-    if (::rename(temporary_.c_str(), path_.c_str()) != 0) {
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
         Fail("cannot replace " + path_);
         return false;
     }
     committed_ = true;
+    SyncFolder(FolderOf(target_));
     if (host_) host_->FileWritten(path_);
     return true;
 }
@@ -100,6 +168,35 @@ bool ReplaceFile(const std::string& path, std::string_view content, std::string*
     }
     if (error) *error = file.Error();
     return false;
+}
+
+bool IsTemporaryName(std::string_view name) {
+    if (name.size() <= kTemporaryMark.size() + kTemporaryLetters) return false;
+    std::string_view letters = name.substr(name.size() - kTemporaryLetters);
+    std::string_view mark =
+        name.substr(name.size() - kTemporaryLetters - kTemporaryMark.size(), kTemporaryMark.size());
+    if (mark != kTemporaryMark) return false;
+    for (char c : letters)
+        if (!IsTemporaryLetter(c)) return false;
+    return true;
+}
+
+int RemoveStaleTemporaries(const std::string& folder, std::time_t before) {
+    int removed = 0;
+    for (const std::string& name : ListFiles(folder)) {
+        if (!IsTemporaryName(name)) continue;
+        const std::string path = JoinPath(folder, name);
+        // A write of another running copy of the program changed its file after this run began.
+        struct stat info;
+        if (::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) continue;
+        if (info.st_mtime >= before) continue;
+        if (::unlink(path.c_str()) == 0) ++removed;
+    }
+    return removed;
+}
+
+std::time_t ProcessStartTime() {
+    return kProcessStart;
 }
 
 }  // namespace tallory

@@ -230,6 +230,9 @@ struct Course {
     Table<MultiRemoteRec, kMaxStudents> MultiRemote{"MultiRemote"};
     std::string MultiRemoteText;
 
+    // How the report pages show a student (0 to 4); kept from one report run to the next.
+    int16_t ReportDisplayMode = 0;
+
     // The session chosen on the main window for its edit or scoring screen.
     int CurrentSession = 0;
     std::string CurrentLogFile;

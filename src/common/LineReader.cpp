@@ -10,8 +10,23 @@
 namespace tallory {
 
 LineReader::LineReader(const std::string& path) : path_(path) {
-    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Opening a pipe without O_NONBLOCK waits for a writer; the type is known only once open.
+    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat info {};
+    if (fd_ >= 0 && (::fstat(fd_, &info) != 0 || !S_ISREG(info.st_mode))) {
+        ::close(fd_);
+        fd_ = -1;
+    }
     open_ = fd_ >= 0;
+}
+
+LineReader::LineReader(const std::string& path, std::string_view text)
+    : path_(path),
+      open_(true),
+      loaded_(true),
+      text_(new char[text.size() + 1]),
+      size_(text.size()) {
+    std::memcpy(text_.get(), text.data(), text.size());
 }
 
 LineReader::~LineReader() {

@@ -4,14 +4,20 @@
 #include <string>
 #include <string_view>
 
+#include "common/RunTimeError.h"
+
 namespace tallory {
 
 // Reads a text file line by line, as the course files are read: CR or CR LF ends a line, a lone
 // LF stays in the text. The file is read whole at the first use, in one read where the system
-// allows, and lines are handed out as views of that copy.
+// allows, and lines are handed out as views of that copy. Only a regular file is read: a pipe,
+// device or folder in its place counts as a file that cannot be opened, and never blocks.
+// While the reader lives, a run-time error names its file and line.
 class LineReader {
   public:
     explicit LineReader(const std::string& path);
+    // Reads `text` as the content of a file named `path`, which is not opened.
+    LineReader(const std::string& path, std::string_view text);
     ~LineReader();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
@@ -38,6 +44,7 @@ class LineReader {
     size_t size_ = 0;
     size_t start_ = 0;
     long lineNumber_ = 0;
+    FileBeingRead place_{path_, lineNumber_};
 };
 
 }  // namespace tallory

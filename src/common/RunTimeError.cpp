@@ -36,7 +36,22 @@ static std::string FullMessage(int number, const std::string& description,
     return text;
 }
 
+namespace {
+
+thread_local FileBeingRead* currentFile = nullptr;
+
+std::string WithPlace(std::string context) {
+    std::string place = FileBeingRead::CurrentPlace();
+    if (place.empty()) return context;
+    return context.empty() ? place : context + "\n" + place;
+}
+
+}  // namespace
+
 RunTimeError::RunTimeError(int number, std::string context)
+    : RunTimeError(number, WithPlace(std::move(context)), 0) {}
+
+RunTimeError::RunTimeError(int number, std::string context, int)
     : std::runtime_error(FullMessage(number, DescriptionOf(number), context)),
       number_(number),
       description_(DescriptionOf(number)),
@@ -53,6 +68,20 @@ void CheckSubscript(long index, long low, long high, const char* table) {
                                                      std::to_string(low) + " to " +
                                                      std::to_string(high) + ")");
     }
+}
+
+FileBeingRead::FileBeingRead(const std::string& path, const long& lineNumber)
+    : path_(path), lineNumber_(lineNumber), outer_(currentFile) {
+    currentFile = this;
+}
+
+FileBeingRead::~FileBeingRead() {
+    currentFile = outer_;
+}
+
+std::string FileBeingRead::CurrentPlace() {
+    if (!currentFile || currentFile->lineNumber_ <= 0) return {};
+    return "File " + currentFile->path_ + ", line " + std::to_string(currentFile->lineNumber_);
 }
 
 }  // namespace tallory

@@ -14,8 +14,8 @@ class Table {
   public:
     static constexpr int kUpper = Upper;
 
-    // The name error 9 gives when an index falls outside the bounds.
-    explicit Table(const char* name = "") : name_(name) {}
+    // The name error 9 gives when an index falls outside the bounds; every table has one.
+    explicit Table(const char* name) : name_(name) {}
 
     T& operator[](long index) {
         if (index < 0 || index > Upper) CheckSubscript(index, 0, Upper, name_);

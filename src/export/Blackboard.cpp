@@ -81,6 +81,8 @@ Pass ReadWhole(const std::string& path, GradeBook& book) {
     Pass pass;
     if (TrimView(text).empty()) return pass;
     const std::vector<std::string> lines = SplitAt(WithoutQuotesAndMark(text), "\n");
+    // A text of quotes alone splits into no line at all, and its header is out of range.
+    if (lines.empty()) CheckSubscript(0, 0, -1, "lines");
     ReadHeader(lines[0], lines.size() > 1, pass, book);
     for (size_t i = 1; i < lines.size(); ++i)
         if (!TrimView(lines[i]).empty()) ReadRow(lines[i], pass);

@@ -67,6 +67,8 @@ std::vector<Entry> ReadWhole(const std::string& path) {
     text = WithoutQuotes(text);
     if (TrimView(text).empty()) return entries;
     const std::vector<std::string> lines = SplitAt(ReplaceAllNoCase(text, kUtf8Mark, ""), "\n");
+    // A line of the mark alone splits into no line at all, and its header is out of range.
+    if (lines.empty()) CheckSubscript(0, 0, -1, "lines");
     const Columns columns = FindColumns(lines[0]);
     for (size_t i = 1; i < lines.size(); ++i)
         if (!TrimView(lines[i]).empty()) ReadRow(lines[i], columns, entries);

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "common/AtomicFile.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "registration/RemoteTable.h"
@@ -51,14 +52,17 @@ void StampVersion(Course& course) {
 LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
                         const CourseLoadOptions& options) {
     LoadedCourse loaded;
+    if (options.removeStaleTemporaries) {
+        RemoveStaleTemporaries(course.AppPath, ProcessStartTime());
+        RemoveStaleTemporaries(CoursePath(course.AppPath, "\\SessionData"), ProcessStartTime());
+    }
     ReadConfig(course, host);
     if (options.moveStrayImages) MoveStrayImages(course);
     if (options.stampVersion) StampVersion(course);
 
     std::string folderName = LastComponent(course.AppPath);
     course.CourseFolderName = folderName;
-    loaded.courseName = GetParam(course, "CourseName", "");
-    if (TrimView(loaded.courseName).empty()) loaded.courseName = folderName;
+    loaded.courseName = CourseName(course);
     loaded.courseLabel = loaded.courseName;
     if (options.shown) options.shown(loaded);
 

@@ -18,6 +18,9 @@ struct LoadedCourse;
 struct CourseLoadOptions {
     bool moveStrayImages = true;
     bool stampVersion = true;
+    // Removes the temporary files that writes killed in an earlier run left in the course folder
+    // and SessionData.
+    bool removeStaleTemporaries = true;
     // Called once the course name is known and again once the format is, so that the window
     // shows its caption and format label while the logs are still loading.
     std::function<void(const LoadedCourse&)> shown;
@@ -28,6 +31,7 @@ inline CourseLoadOptions ReadOnlyLoad() {
     CourseLoadOptions options;
     options.moveStrayImages = false;
     options.stampVersion = false;
+    options.removeStaleTemporaries = false;
     return options;
 }
 

@@ -28,7 +28,9 @@ struct GhostRec {
 };
 
 // GhostList: rows 0..4000, rebuilt each time the clicker list opens.
-using GhostTable = Table<GhostRec, kMaxStudents>;
+struct GhostTable : Table<GhostRec, kMaxStudents> {
+    GhostTable() : Table("GhostList") {}
+};
 
 // Removes every "#" and puts "0" in front up to 8 characters. A longer remote ends the command
 // with a run-time error.

@@ -23,7 +23,9 @@ struct UnregisteredRec {
 };
 
 // UnregisteredList: rows 0..4000, filled by the main window before the clicker list opens.
-using UnregisteredTable = Table<UnregisteredRec, kMaxStudents>;
+struct UnregisteredTable : Table<UnregisteredRec, kMaxStudents> {
+    UnregisteredTable() : Table("UnregisteredList") {}
+};
 
 bool RowCounts(const UnregisteredRec& row);
 

@@ -269,15 +269,9 @@ void ReadVoteLines(Course& course, LineReader& reader) {
     std::string_view line;
     int row = 1;
     int groupCount = 0;
+    // A run-time error names the file and line by itself: the reader is the file being read.
     while (reader.ReadLine(line)) {
-        try {
-            ReadVoteFields(course, line, fields, row, groupCount);
-        } catch (const RunTimeError& error) {
-            std::string where =
-                "File " + reader.Path() + ", line " + std::to_string(reader.LineNumber());
-            if (!error.Context().empty()) where += " (" + error.Context() + ")";
-            throw RunTimeError(error.Number(), where);
-        }
+        ReadVoteFields(course, line, fields, row, groupCount);
         if (groupCount > 0) ++course.NumVoters;
         ++row;
     }
@@ -295,6 +289,16 @@ void ReadSessionLog(Course& course, const std::string& fileName) {
     if (fileName.empty()) return;
     LineReader reader(fileName);
     if (!reader.IsOpen()) throw RunTimeError(kFileNotFound, "File " + fileName);
+    ReadSessionLog(course, reader);
+}
+
+void ReadSessionLogText(Course& course, const std::string& fileName, std::string_view text) {
+    LineReader reader(fileName, text);
+    ReadSessionLog(course, reader);
+}
+
+void ReadSessionLog(Course& course, LineReader& reader) {
+    course.NumVoters = 0;
     course.NumQuestions = ReadLogHeader(course, reader);
     if (course.NumQuestions > 0) ReadVoteLines(course, reader);
     for (int q = 1; q <= course.NumQuestions; ++q) {

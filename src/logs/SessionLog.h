@@ -14,6 +14,10 @@ namespace tallory {
 // Reads the whole log; throws RunTimeError (naming file and line) where a bad data line ends the
 // run. An empty name only sets NumVoters to 0.
 void ReadSessionLog(Course& course, const std::string& fileName);
+// The same over a log's text, as if read from the file `fileName`.
+void ReadSessionLogText(Course& course, const std::string& fileName, std::string_view text);
+// The same over an open reader.
+void ReadSessionLog(Course& course, LineReader& reader);
 // Lines 1 to 10; returns the number of questions (0 after any failure in them).
 int ReadLogHeader(Course& course, LineReader& reader);
 // One data line into Votes(row); row is in and out, groupCount is out.

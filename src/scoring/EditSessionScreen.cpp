@@ -1,6 +1,16 @@
 #include "scoring/EditSessionScreen.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
 #include "common/AtomicFile.h"
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
@@ -10,6 +20,73 @@
 #include "start/Settings.h"
 
 namespace tallory {
+
+namespace {
+
+// The whole of a regular file, byte for byte; false with a reason otherwise.
+bool ReadFileBytes(const std::string& path, std::string& text, std::string& error) {
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat info {};
+    if (fd < 0 || ::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        error = fd < 0 ? std::strerror(errno) : "not a plain file";
+        if (fd >= 0) ::close(fd);
+        return false;
+    }
+    text.clear();
+    char buffer[1 << 16];
+    for (;;) {
+        ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) error = std::strerror(errno);
+        if (got <= 0) break;
+        text.append(buffer, static_cast<size_t>(got));
+    }
+    ::close(fd);
+    return error.empty();
+}
+
+// "20250314-093005": the local date and time, to tell the removals of one log apart.
+std::string DateTimeStamp() {
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &local);
+    return text;
+}
+
+}  // namespace
+
+std::string RemovedLogsFolder(const Course& course) {
+    std::string base;
+    const char* dataHome = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    if (dataHome && dataHome[0] == '/')
+        base = dataHome;
+    else if (home && home[0] == '/')
+        base = std::string(home) + "/.local/share";
+    else
+        return {};
+    return base + "/tallory/removed/" + LastComponent(course.AppPath);
+}
+
+bool KeepRemovedLog(const Course& course, const std::string& file, std::string& kept,
+                    std::string& error) {
+    const std::string folder = RemovedLogsFolder(course);
+    if (folder.empty()) {
+        error = "neither XDG_DATA_HOME nor HOME names a folder";
+        return false;
+    }
+    std::string text;
+    if (!ReadFileBytes(SessionLogPath(course, file), text, error)) return false;
+    CreateFolderPath(folder);
+    // A log removed twice within a second gets a numbered name; no earlier copy is replaced.
+    const std::string stamped = JoinPath(folder, file + "." + DateTimeStamp());
+    kept = stamped;
+    for (int n = 2; FileExists(kept) || FolderExists(kept); ++n)
+        kept = stamped + "-" + std::to_string(n);
+    return ReplaceFile(kept, text, &error);
+}
 
 EditSessionScreen::EditSessionScreen(Course& course, Host& host, SessionGrid& grid, int session)
     : course_(course), host_(host), grid_(grid), session_(session) {
@@ -85,11 +162,21 @@ void EditSessionScreen::cmdRemoveClick() {
                                   "Confirm Remove", Icon::Question, Buttons::YesNo);
     closed_ = true;
     if (answer != Answer::Yes) return;
+    confirmed_ = true;
     const int kept = grid_.SessionScrollValue();
     saved_ = false;
-    // The copy holds the tables as they stand: the session read last, not necessarily this one.
-    WriteSessionLog(course_, host_, SessionLogPath(course_, "x" + file), "", "", 0);
+    // The "x" copy holds the tables as they stand: the session read last, not necessarily this
+    // one. So the log's own text goes first to the user's archive of removed logs, and nothing
+    // is emptied unless both copies stand.
     std::string error;
+    if (!KeepRemovedLog(course_, file, keptLog_, error)) {
+        host_.Message("Unable to keep a copy of the log file " + file + " (" + error +
+                          "). The session was not removed.",
+                      kProgramTitle, Icon::Exclamation);
+        return;
+    }
+    copyWritten_ = WriteSessionLog(course_, host_, SessionLogPath(course_, "x" + file), "", "", 0);
+    if (!copyWritten_) return;  // the writer has said why
     if (!ReplaceFile(SessionLogPath(course_, file), "", &error, &host_)) {
         host_.Message("Unable to empty the log file " + file + " (" + error +
                           "). The session was not removed.",

@@ -9,6 +9,16 @@
 
 namespace tallory {
 
+// Where the original text of each removed log is kept for the user, outside the course folder:
+// $XDG_DATA_HOME/tallory/removed/<course folder name> ($HOME/.local/share when the variable is
+// not set or not absolute). Empty when neither variable helps.
+std::string RemovedLogsFolder(const Course& course);
+
+// Copies the log `file` of SessionData into RemovedLogsFolder as "<file>.<date-time>"; false with
+// a reason when the copy was not made. `kept` gets the copy's path.
+bool KeepRemovedLog(const Course& course, const std::string& file, std::string& kept,
+                    std::string& error);
+
 // frmEditSession, opened from a session heading of the main window: renames or removes a session.
 class EditSessionScreen {
   public:
@@ -36,6 +46,12 @@ class EditSessionScreen {
     bool Closed() const { return closed_; }
     // cmdRemove went through: the log was emptied and the sessions reloaded.
     bool Removed() const { return removed_; }
+    // cmdRemove was answered Yes.
+    bool Confirmed() const { return confirmed_; }
+    // cmdRemove wrote the "x" copy.
+    bool CopyWritten() const { return copyWritten_; }
+    // Where cmdRemove kept the original text of the log; empty before.
+    const std::string& KeptLog() const { return keptLog_; }
     int Session() const { return session_; }
 
   private:
@@ -51,6 +67,9 @@ class EditSessionScreen {
     bool closed_ = false;
     bool removed_ = false;
     bool written_ = false;
+    bool confirmed_ = false;
+    bool copyWritten_ = false;
+    std::string keptLog_;
 };
 
 }  // namespace tallory

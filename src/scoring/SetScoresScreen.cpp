@@ -53,13 +53,6 @@ double PointSetting(const Course& course, std::string_view key) {
     return ToDouble(GetParam(course, key, "0"), value) ? value : 0;
 }
 
-// The course name the main window shows: the CourseName setting, else the folder's name.
-std::string CourseName(const Course& course) {
-    std::string name = GetParam(course, "CourseName", "");
-    if (TrimView(name).empty()) name = LastComponent(course.AppPath);
-    return name;
-}
-
 // The row of cmbCorrect for a correct answer; a log can carry a digit the list has no row for.
 int CorrectRow(const QuestionRec& question) {
     int row = question.CorrectAnswer;

@@ -125,4 +125,10 @@ void SaveSelectedClass(const std::string& programFolder, std::string_view rowTex
     ReplaceFile(CoursePath(programFolder, "\\Classes\\Options.csv"), line);
 }
 
+std::string CourseName(const Course& course) {
+    std::string name = GetParam(course, "CourseName", "");
+    if (TrimView(name).empty()) name = LastComponent(course.AppPath);
+    return name;
+}
+
 }  // namespace tallory

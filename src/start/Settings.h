@@ -15,6 +15,9 @@ void ReadConfig(Course& course, Host& host);
 void WriteConfig(const Course& course);
 // The trimmed value of the first row with this key (case and blanks ignored), or the default.
 std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue);
+
+// The course's display name: the CourseName setting, or the course folder's name when it is blank.
+std::string CourseName(const Course& course);
 void SetParam(Course& course, std::string_view key, std::string_view value);
 
 // True when the folder's Config.csv holds ENABLEWEBVOTING = TRUE.

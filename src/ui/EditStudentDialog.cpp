@@ -7,10 +7,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "ui/ControlPaint.h"
+#include "ui/KeyFilter.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -113,28 +112,25 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     connect(cmdRemove_, &QPushButton::clicked, this,
             [this] { Run(&EditStudentScreen::cmdRemoveClick); });
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+    BindControls();
     screen_.onChanged = [this] { Repaint(); };
     Repaint();
 }
 
+void EditStudentDialog::BindControls() {
+    binding_.Bind(label4_, screen_.Label4());
+    binding_.Bind(lblStudentID_, screen_.lblStudentID());
+    binding_.Bind(lblLastName_, screen_.lblLastName());
+    binding_.Bind(cmbClickList_, screen_.cmbClickList(), screen_.ClickList());
+    binding_.Bind(txtNewClickerId_, screen_.TxtNewClickerId());
+    for (auto [button, state] :
+         {std::pair{cmdAdd_, &screen_.CmdAdd()}, std::pair{cmdSave_, &screen_.cmdSave()},
+          std::pair{cmdRemove_, &screen_.cmdRemove()}, std::pair{cmdCancel_, &screen_.cmdCancel()}})
+        binding_.Bind(button, *state, true);
+}
+
 void EditStudentDialog::Repaint() {
-    Paint(label4_, screen_.Label4());
-    Paint(lblStudentID_, screen_.lblStudentID());
-    Paint(lblLastName_, screen_.lblLastName());
-    {
-        const QSignalBlocker block(cmbClickList_);
-        if (cmbClickList_->count() != static_cast<int>(screen_.ClickList().size())) {
-            cmbClickList_->clear();
-            for (const std::string& remote : screen_.ClickList())
-                cmbClickList_->addItem(DisplayString(remote));
-        }
-        cmbClickList_->setCurrentIndex(screen_.cmbClickList().index);
-    }
-    Paint(txtNewClickerId_, screen_.TxtNewClickerId());
-    Paint(cmdAdd_, screen_.CmdAdd());
-    Paint(cmdSave_, screen_.cmdSave());
-    Paint(cmdRemove_, screen_.cmdRemove());
-    Paint(cmdCancel_, screen_.cmdCancel());
+    binding_.Paint();
     if (!screen_.Form().visible) hide();
 }
 

@@ -3,6 +3,7 @@
 #include <QDialog>
 
 #include "grid/EditStudent.h"
+#include "ui/ControlBinding.h"
 
 class QComboBox;
 class QLabel;
@@ -23,10 +24,12 @@ class EditStudentDialog : public QDialog {
 
   private:
     void Run(void (EditStudentScreen::*handler)());
+    void BindControls();
     void Repaint();
 
     EditStudentScreen& screen_;
     Host& host_;
+    ControlBinding binding_;
     QLabel* label4_ = nullptr;
     QLabel* lblStudentID_ = nullptr;
     QLabel* lblLastName_ = nullptr;

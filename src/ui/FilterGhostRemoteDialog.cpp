@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/ControlPaint.h"
 #include "ui/HousekeepingStyle.h"
+#include "ui/KeyFilter.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -90,14 +90,16 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
     });
     connect(lvButtons_H1_, &QPushButton::clicked, this, [this] {
         screen_.lvButtons_H1Click();
-        Repaint();
+        binding_.Paint();
     });
     setMinimumWidth(460);
-    Repaint();
+    BindControls();
+    binding_.Paint();
 }
 
-void FilterGhostRemoteDialog::Repaint() {
-    for (int b = 0; b < kSearchBoxes; ++b) Paint(boxes_[b], screen_.Box(static_cast<SearchBox>(b)));
+void FilterGhostRemoteDialog::BindControls() {
+    for (int b = 0; b < kSearchBoxes; ++b)
+        binding_.Bind(boxes_[b], screen_.Box(static_cast<SearchBox>(b)));
 }
 
 }  // namespace tallory

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "housekeeping/FilterGhostRemote.h"
+#include "ui/ControlBinding.h"
 
 class QLineEdit;
 class QPushButton;
@@ -17,10 +18,11 @@ class FilterGhostRemoteDialog : public QDialog {
     FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen, Host& host, QWidget* parent = nullptr);
 
   private:
-    void Repaint();
+    void BindControls();
 
     FilterGhostRemoteScreen& screen_;
     Host& host_;
+    ControlBinding binding_;
     std::array<QLineEdit*, kSearchBoxes> boxes_{};
     QPushButton* cmdSelect_ = nullptr;
     QPushButton* lvButtons_H1_ = nullptr;

@@ -8,10 +8,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "ui/ControlPaint.h"
 #include "ui/FilterGhostRemoteDialog.h"
 #include "ui/HousekeepingStyle.h"
 #include "ui/QtHost.h"
@@ -109,41 +107,43 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
             [this] { Run([&] { screen_.CmdDeleteClick(); }); });
     connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { ShowStudents(); });
     // The current tab: pressing it keeps the list as it is.
-    connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this, [this] { Repaint(); });
+    connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this, [this] { binding_.Paint(); });
     screen_.onChanged = [this] {
         if (screen_.Form().visible) return;
         hidden_ = true;
         hide();
     };
     resize(620, 510);
-    Repaint();
+    BindControls();
+    binding_.Paint();
 }
 
-void GhostRemoteDialog::Repaint() {
-    for (int c = 0; c < 5; ++c) Paint(headings_[c], screen_.Headings()[c].button);
+void GhostRemoteDialog::BindControls() {
+    for (int c = 0; c < 5; ++c) binding_.Bind(headings_[c], screen_.Headings()[c].button, true);
     for (int r = 0; r < kListRows; ++r) {
         const GhostRow& row = screen_.Row(r);
-        Paint(rows_[r].serial, row.TxtSerial);
-        Paint(rows_[r].remote, row.TxtRemoteID);
-        Paint(rows_[r].total, row.TxtTotal);
-        Paint(rows_[r].average, row.TxtAverage);
-        const QSignalBlocker block(rows_[r].select);
-        rows_[r].select->setChecked(row.ChkSelect.checked);
+        binding_.Bind(rows_[r].serial, row.TxtSerial);
+        binding_.Bind(rows_[r].remote, row.TxtRemoteID);
+        binding_.Bind(rows_[r].total, row.TxtTotal);
+        binding_.Bind(rows_[r].average, row.TxtAverage);
+        binding_.Bind(rows_[r].select, row.ChkSelect);
     }
-    PaintScroll(vsScr_, screen_.VsScr());
-    Paint(cmdSelectAll_, screen_.CmdSelectAll());
-    Paint(cmdUnSelectAll_, screen_.CmdUnSelectAll());
-    Paint(cmdCustomSelect_, screen_.CmdCustomSelect());
-    Paint(cmdDelete_, screen_.CmdDelete());
-    Paint(cmdUnRegisteredClickers_, screen_.CmdUnRegisteredClickers());
-    Paint(cmdUnRegisteredStudents_, screen_.CmdUnRegisteredStudents());
+    binding_.Bind(vsScr_, screen_.VsScr());
+    for (auto [button, state] :
+         {std::pair{cmdSelectAll_, &screen_.CmdSelectAll()},
+          std::pair{cmdUnSelectAll_, &screen_.CmdUnSelectAll()},
+          std::pair{cmdCustomSelect_, &screen_.CmdCustomSelect()},
+          std::pair{cmdDelete_, &screen_.CmdDelete()},
+          std::pair{cmdUnRegisteredClickers_, &screen_.CmdUnRegisteredClickers()},
+          std::pair{cmdUnRegisteredStudents_, &screen_.CmdUnRegisteredStudents()}})
+        binding_.Bind(button, *state, true);
 }
 
 void GhostRemoteDialog::Run(const std::function<void()>& handler) {
     hidden_ = false;
     // A run-time error inside a handler ends the program with its message, as everywhere.
     RunGuarded(host_, handler);
-    Repaint();
+    binding_.Paint();
     // A screen that hid itself ends this modal run; its opener shows it again, modally, unless
     // it was closed.
     if (screen_.Closed() || hidden_) done(screen_.Closed() ? Accepted : Rejected);

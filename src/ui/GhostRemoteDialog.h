@@ -4,6 +4,7 @@
 #include <array>
 
 #include "housekeeping/GhostRemote.h"
+#include "ui/ControlBinding.h"
 
 class QCheckBox;
 class QLineEdit;
@@ -34,13 +35,14 @@ class GhostRemoteDialog : public QDialog {
     };
 
     void Run(const std::function<void()>& handler);
-    void Repaint();
+    void BindControls();
     void CustomSelect();
     void ShowStudents();
 
     GhostRemoteScreen& screen_;
     Host& host_;
     const UnregisteredTable& students_;
+    ControlBinding binding_;
     bool hidden_ = false;
     std::array<QPushButton*, 5> headings_{};
     std::array<RowWidgets, kListRows> rows_{};

@@ -4,12 +4,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <algorithm>
 
-#include "ui/ControlPaint.h"
+#include "ui/KeyFilter.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -76,15 +73,6 @@ QLineEdit* MakeRowBox(QWidget* parent, const QString& name, std::function<void(i
     box->setReadOnly(true);
     box->installEventFilter(new KeyFilter(box, {}, std::move(pageKey)));
     return box;
-}
-
-void PaintScroll(QScrollBar* bar, const ListScroll& scroll) {
-    const QSignalBlocker block(bar);
-    bar->setRange(scroll.minimum, std::max(scroll.minimum, scroll.maximum));
-    bar->setPageStep(scroll.largeChange);
-    bar->setSingleStep(1);
-    bar->setValue(scroll.value);
-    bar->setEnabled(scroll.enabled);
 }
 
 }  // namespace tallory

@@ -4,12 +4,9 @@
 #include <functional>
 #include <string_view>
 
-#include "housekeeping/ListPage.h"
-
 class QFrame;
 class QLineEdit;
 class QPushButton;
-class QScrollBar;
 class QWidget;
 
 namespace tallory {
@@ -24,6 +21,5 @@ QPushButton* MakeButton(QWidget* parent, const char* name);
 QFrame* MakeHelp(QWidget* parent, std::string_view title, std::string_view text);
 // A read-only box of a list row; page up and page down go to `pageKey`.
 QLineEdit* MakeRowBox(QWidget* parent, const QString& name, std::function<void(int)> pageKey);
-void PaintScroll(QScrollBar* bar, const ListScroll& scroll);
 
 }  // namespace tallory

@@ -22,6 +22,7 @@
 #include "ui/CommandLabel.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
+#include "ui/ReportSummaryDialog.h"
 #include "ui/SessionDialogs.h"
 #include "ui/WebSyncDialog.h"
 #include "ui/WebUpdateDialog.h"
@@ -323,6 +324,17 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdHelp_, &QPushButton::clicked, this,
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
+    lblSessionSummaryReport_ = MakeLink("HTML Reports", "lblSessionSummaryReport");
+    lblTermSummaryReport_ = MakeLink("Term Summary Report", "lblTermSummaryReport");
+    for (CommandLabel* report : {lblSessionSummaryReport_, lblTermSummaryReport_}) {
+        Scale(report, kTextPoints);
+        report->SetHoverUnderline(true);
+    }
+    lblSessionSummaryReport_->setToolTip("Write every HTML report of the course");
+    lblTermSummaryReport_->setToolTip("Write the term summary and the student term report again");
+    connect(lblSessionSummaryReport_, &CommandLabel::clicked, this,
+            [this] { OnSessionSummaryReport(); });
+    connect(lblTermSummaryReport_, &CommandLabel::clicked, this, [this] { OnTermSummaryReport(); });
     lblSyncWebRegn_ = MakeLink("Sync Web Registrations", "lblSyncWebRegn");
     Scale(lblSyncWebRegn_, kTextPoints);
     connect(lblSyncWebRegn_, &CommandLabel::clicked, this, [this] { OnSyncWebRegistrations(); });
@@ -354,6 +366,8 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     connect(cmdExportSelected_, &QPushButton::clicked, this,
             [this] { Guarded([&] { ExportSelected(course_, host_, grid_.Format().tag); }); });
     footer->addStretch(1);
+    footer->addWidget(lblSessionSummaryReport_, 0, Qt::AlignVCenter);
+    footer->addWidget(lblTermSummaryReport_, 0, Qt::AlignVCenter);
     footer->addWidget(lblSyncWebRegn_, 0, Qt::AlignVCenter);
     footer->addSpacing(12);
     footer->addWidget(cmdExit_);
@@ -402,6 +416,14 @@ void MainWindow::OnEdit(int column) {
         if (const int session = grid_.EditClick(column))
             OpenSetScores(this, course_, host_, grid_, session, largeFonts_);
     });
+}
+
+void MainWindow::OnSessionSummaryReport() {
+    Guarded([&] { RunSessionSummaryReport(this, course_, host_); });
+}
+
+void MainWindow::OnTermSummaryReport() {
+    Guarded([&] { RunTermSummaryReport(course_, host_); });
 }
 
 void MainWindow::OnSyncWebRegistrations() {

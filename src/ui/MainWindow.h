@@ -63,6 +63,8 @@ class MainWindow : public QWidget {
 
     void OnHeading(int index);
     void OnEdit(int column);
+    void OnSessionSummaryReport();
+    void OnTermSummaryReport();
     void OnSyncWebRegistrations();
     void OnWebUpdate();
     void OnStudent(int row);
@@ -92,6 +94,8 @@ class MainWindow : public QWidget {
     QScrollBar* vscrlStudent_ = nullptr;
     QPushButton* cmdHelp_ = nullptr;
     QPushButton* cmdExit_ = nullptr;
+    CommandLabel* lblSessionSummaryReport_ = nullptr;
+    CommandLabel* lblTermSummaryReport_ = nullptr;
     QPushButton* cmdExportAll_ = nullptr;
     QPushButton* cmdExportSelected_ = nullptr;
     CommandLabel* lblSyncWebRegn_ = nullptr;

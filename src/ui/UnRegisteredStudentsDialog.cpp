@@ -9,7 +9,6 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "ui/ControlPaint.h"
 #include "ui/HousekeepingStyle.h"
 #include "ui/QtHost.h"
 
@@ -103,28 +102,29 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
     connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this,
             [this] { Run([&] { screen_.CmdUnRegisteredClickersClick(); }); });
     // The current tab: pressing it keeps the list as it is.
-    connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { Repaint(); });
+    connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { binding_.Paint(); });
     resize(640, 480);
-    Repaint();
+    BindControls();
+    binding_.Paint();
 }
 
-void UnRegisteredStudentsDialog::Repaint() {
+void UnRegisteredStudentsDialog::BindControls() {
     for (int r = 0; r < kListRows; ++r) {
         const UnregisteredRow& row = screen_.Row(r);
-        Paint(rows_[r].serial, row.TxtSerial);
-        Paint(rows_[r].last, row.TxtLastName);
-        Paint(rows_[r].first, row.TxtFirstName);
-        Paint(rows_[r].id, row.txtStudentId);
+        binding_.Bind(rows_[r].serial, row.TxtSerial);
+        binding_.Bind(rows_[r].last, row.TxtLastName);
+        binding_.Bind(rows_[r].first, row.TxtFirstName);
+        binding_.Bind(rows_[r].id, row.txtStudentId);
     }
-    PaintScroll(vsScr_, screen_.VsScr());
-    Paint(cmdUnRegisteredClickers_, screen_.CmdUnRegisteredClickers());
-    Paint(cmdUnRegisteredStudents_, screen_.CmdUnRegisteredStudents());
+    binding_.Bind(vsScr_, screen_.VsScr());
+    binding_.Bind(cmdUnRegisteredClickers_, screen_.CmdUnRegisteredClickers(), true);
+    binding_.Bind(cmdUnRegisteredStudents_, screen_.CmdUnRegisteredStudents(), true);
 }
 
 void UnRegisteredStudentsDialog::Run(const std::function<void()>& handler) {
     // A run-time error inside a handler ends the program with its message, as everywhere.
     RunGuarded(host_, handler);
-    Repaint();
+    binding_.Paint();
     if (screen_.Closed()) accept();
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "housekeeping/UnregisteredStudents.h"
+#include "ui/ControlBinding.h"
 
 class QLineEdit;
 class QPushButton;
@@ -28,10 +29,11 @@ class UnRegisteredStudentsDialog : public QDialog {
     };
 
     void Run(const std::function<void()>& handler);
-    void Repaint();
+    void BindControls();
 
     UnregisteredStudentsScreen& screen_;
     Host& host_;
+    ControlBinding binding_;
     std::array<RowWidgets, kListRows> rows_{};
     QScrollBar* vsScr_ = nullptr;
     QPushButton* cmdUnRegisteredClickers_ = nullptr;

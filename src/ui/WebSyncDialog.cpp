@@ -23,19 +23,6 @@ QListWidget#wWebList { background: rgb(255, 254, 166); border: 1px solid #c9c48a
 QListWidget#wList { background: white; border: 1px solid #c8ccc3; }
 )";
 
-void Fill(QListWidget* list, const ListState& state) {
-    QStringList rows;
-    for (const std::string& row : state.rows) rows << DisplayString(row);
-    QStringList shown;
-    for (int i = 0; i < list->count(); ++i) shown << list->item(i)->text();
-    if (shown != rows) {
-        list->clear();
-        list->addItems(rows);
-    }
-    list->setCurrentRow(state.state.index);
-    list->setVisible(state.state.visible);
-}
-
 }  // namespace
 
 WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
@@ -111,8 +98,9 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
             [this](int row) { screen_.wListSelect(row); });
     connect(wWebList_, &QListWidget::itemClicked, this, [this] { wList_->setFocus(); });
 
-    screen_.onChanged = [this] { Repaint(); };
-    Repaint();
+    BindControls();
+    screen_.onChanged = [this] { binding_.Paint(); };
+    binding_.Paint();
 }
 
 WebSyncDialog::~WebSyncDialog() {
@@ -125,33 +113,24 @@ void WebSyncDialog::Run(void (WebSyncScreen::*handler)()) {
         QDialog::accept();
         return;
     }
-    Repaint();
+    binding_.Paint();
 }
 
 void WebSyncDialog::reject() {
     Run(&WebSyncScreen::wCancelClick);
 }
 
-void WebSyncDialog::Repaint() {
-    wNote_->setText(DisplayString(screen_.wNote().text));
-    wWhich_->setText(DisplayString(screen_.wWhich().text));
-    wWhich_->setVisible(screen_.wWhich().visible);
-    const QSignalBlocker blockWeb(wWebList_);
-    const QSignalBlocker blockRoster(wList_);
-    Fill(wWebList_, screen_.wWebList());
-    Fill(wList_, screen_.wList());
-    for (auto [label, state] : {std::pair{wWebListLabel_, &screen_.wWebListLabel()},
-                                std::pair{wListLabel_, &screen_.wListLabel()}}) {
-        label->setText(QString::fromStdString(state->text));
-        label->setVisible(state->visible);
-    }
+void WebSyncDialog::BindControls() {
+    binding_.Bind(wNote_, screen_.wNote());
+    binding_.Bind(wWhich_, screen_.wWhich());
+    binding_.Bind(wWebListLabel_, screen_.wWebListLabel());
+    binding_.Bind(wListLabel_, screen_.wListLabel());
+    binding_.Bind(wWebList_, screen_.wWebList().state, screen_.wWebList().rows);
+    binding_.Bind(wList_, screen_.wList().state, screen_.wList().rows);
     for (auto [button, state] :
          {std::pair{wAccept_, &screen_.wAccept()}, std::pair{wIgnore_, &screen_.wIgnore()},
-          std::pair{wSync_, &screen_.wSync()}, std::pair{wCancel_, &screen_.wCancel()}}) {
-        button->setText(QString::fromStdString(state->text));
-        button->setVisible(state->visible);
-        button->setEnabled(state->enabled);
-    }
+          std::pair{wSync_, &screen_.wSync()}, std::pair{wCancel_, &screen_.wCancel()}})
+        binding_.Bind(button, *state, true);
 }
 
 void OpenWebSync(QWidget* parent, Course& course, Host& host, ScoreGrid& grid,

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+#include "ui/ControlBinding.h"
 #include "web/WebSyncScreen.h"
 
 class QLabel;
@@ -27,10 +28,11 @@ class WebSyncDialog : public QDialog {
 
   private:
     void Run(void (WebSyncScreen::*handler)());
-    void Repaint();
+    void BindControls();
 
     WebSyncScreen& screen_;
     Host& host_;
+    ControlBinding binding_;
     QLabel* wNote_ = nullptr;
     QLabel* wWhich_ = nullptr;
     QLabel* wWebListLabel_ = nullptr;

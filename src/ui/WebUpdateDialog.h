@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+#include "ui/ControlBinding.h"
 #include "web/WebUpdate.h"
 
 namespace tallory {
@@ -14,6 +15,7 @@ class WebUpdateDialog : public QDialog {
 
   private:
     WebUpdateSummary summary_;
+    ControlBinding binding_;
 };
 
 }  // namespace tallory

@@ -31,7 +31,7 @@ struct WebRegRec {
 
 // The registrations of the remote asked about last, and what one WebSync run keeps between remotes.
 struct WebRegistrations {
-    Table<WebRegRec, kMaxWebRegs> WebRegs;  // rows 0..NumWebRegs-1
+    Table<WebRegRec, kMaxWebRegs> WebRegs{"WebRegs"};  // rows 0..NumWebRegs-1
     int NumWebRegs = 0;
     std::array<bool, kMaxMatchedWebRegs + 1> WebRegMatched{};
     int WebMatchCount = 0;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
+#include "../TestSupport.h"
 #include "common/Course.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -22,6 +24,18 @@ struct OpenWindow {
         window->show();
         window->Load();
     }
+};
+
+struct CourseFolder {
+    TempCourse folder;
+    explicit CourseFolder(const std::function<void(const TempCourse&)>& write) { write(folder); }
+};
+
+// A course folder made by `write` (files written, a sample copied), then the window opened on it.
+struct CourseWindow : CourseFolder, OpenWindow {
+    explicit CourseWindow(const std::function<void(const TempCourse&)>& write,
+                          bool largeFonts = false)
+        : CourseFolder(write), OpenWindow(folder.Path(), largeFonts) {}
 };
 
 }  // namespace tallory::test

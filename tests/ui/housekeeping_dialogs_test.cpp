@@ -20,35 +20,15 @@
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 
 namespace tallory {
 namespace {
 
+using test::Click;
+using test::Find;
 using test::TempCourse;
-
-template <class T>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
-// Works the modal window named `name` once it is up; the test fails if it never comes.
-void WhenOpen(const QString& name, std::function<void(QDialog&)> work, int tries = 50) {
-    QTimer::singleShot(10, [name, work, tries] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog && dialog->isVisible() && dialog->objectName() == name &&
-                QApplication::activeModalWidget() == dialog) {
-                work(*dialog);
-                return;
-            }
-        }
-        if (tries > 0) return WhenOpen(name, work, tries - 1);
-        ADD_FAILURE() << name.toStdString() << " did not open";
-        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
-    });
-}
+using test::WhenOpen;
 
 // Answers the message boxes as they come, in order, and keeps their texts.
 struct Answers {
@@ -78,25 +58,11 @@ void Type(QWidget* box, const QString& text) {
     }
 }
 
-void Click(QWidget* widget) {
-    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
-    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(widget, &press);
-}
-
 // The sample course of the housekeeping tests: S1..S4, then the stray clickers 99 and ABC123.
-struct CopiedCourse {
-    TempCourse folder;
-    CopiedCourse() {
-        std::filesystem::copy(test::DataPath("housekeeping/course"), folder.Path(),
-                              std::filesystem::copy_options::recursive |
-                                  std::filesystem::copy_options::overwrite_existing);
-    }
-};
-
-struct Fixture : CopiedCourse, test::OpenWindow {
-    Fixture() : OpenWindow(folder.Path()) {}
+struct Fixture : test::CourseWindow {
+    Fixture()
+        : CourseWindow(
+              [](const TempCourse& f) { f.CopyFrom(test::DataPath("housekeeping/course")); }) {}
     QLabel* Name(int row) { return Find<QLabel>(*window, QString("lblStudentName%1").arg(row)); }
     std::string Log() { return folder.Read("SessionData/L2609071000.csv"); }
 };

@@ -12,61 +12,43 @@
 #include <memory>
 #include <stdexcept>
 
-#include "../LogText.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
+using test::Click;
+using test::Find;
 using test::TempCourse;
 
 // Five sessions of seven students on a roster whose last names run against their IDs.
 void WriteCourse(const TempCourse& folder) {
-    folder.Write("SessionData/Config.csv", "\"CourseName\" ,\"Optics\" ,\"\"\r\n");
+    folder.WriteSettings({{"CourseName", "Optics"}});
     std::string roster;
-    LogPlan plan;
+    test::LogPlan plan;
     for (int i = 1; i <= 7; ++i) {
         const std::string id = "S" + std::to_string(i);
         roster += std::string(1, static_cast<char>('H' - i)) + "name, First, " + id + "\r\n";
         plan.voters.push_back({"#A" + std::to_string(i), id, {i == 3 ? "B" : "A"}});
     }
-    folder.Write("Roster.txt", roster);
+    folder.WriteRoster(roster);
     for (int day = 1; day <= 5; ++day) {
-        char name[40];
-        std::snprintf(name, sizeof name, "SessionData/L2609%02d1000.csv", day);
         if (day == 5) plan.voters.pop_back();  // S7 misses the last session
-        folder.Write(name, LogText(plan));
+        folder.WriteLog(test::SeptemberLog(day), plan);
     }
-}
-
-template <class T = QLabel>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
 }
 
 QString Text(QWidget& window, const QString& name) {
     return Find(window, name)->text();
 }
 
-void Click(QWidget* widget) {
-    const QPointF at(widget->width() / 2.0, widget->height() / 2.0);
-    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(widget, &press);
-}
-
 TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
-    TempCourse folder;
-    WriteCourse(folder);
-    test::OpenWindow opened(folder.Path(), false);
+    test::CourseWindow opened(WriteCourse);
     MainWindow& window = *opened.window;
 
     EXPECT_EQ(window.windowTitle(), "Tallory-Optics");
@@ -117,7 +99,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
 
 TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
     TempCourse folder;
-    folder.Write("Roster.txt", "Doe, Jane, 12345\r\n");
+    folder.WriteRoster("Doe, Jane, 12345\r\n");
     test::OpenWindow opened(folder.Path(), true);
     MainWindow& window = *opened.window;
     EXPECT_EQ(window.objectName(), "FrmS_120DPI");

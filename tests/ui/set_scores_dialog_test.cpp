@@ -14,10 +14,10 @@
 #include <memory>
 #include <stdexcept>
 
-#include "../LogText.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/CommandLabel.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -25,49 +25,19 @@
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
+using test::Find;
 using test::TempCourse;
+using test::WhenOpen;
 
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
-    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
-    LogPlan log;
-    log.title = "Lenses";
-    log.voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}};
-    folder.Write("SessionData/L2609081000.csv", LogText(log));
+    folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    folder.WriteLog("L2609081000.csv",
+                    {.title = "Lenses", .voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}}});
 }
 
-template <class T>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
-// Works the modal window named `name` once it is up; the test fails if it never comes.
-void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
-    QTimer::singleShot(0, [name, work] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
-                work(*dialog);
-                return;
-            }
-        }
-        ADD_FAILURE() << name.toStdString() << " did not open";
-        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
-    });
-}
-
-// The course is written before the window opens on it.
-struct WrittenCourse {
-    TempCourse folder;
-    WrittenCourse() { WriteCourse(folder); }
-};
-
-struct Fixture : WrittenCourse, test::OpenWindow {
-    Fixture() : OpenWindow(folder.Path()) {}
+struct Fixture : test::CourseWindow {
+    Fixture() : CourseWindow(WriteCourse) {}
     // Row r of the first session's column.
     QString Cell(int row) {
         return Find<QLabel>(*window, QString("lblSession%1").arg(row))->text();
@@ -81,18 +51,6 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
     WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Tallory - Set Scores");
         auto* points = Find<QLineEdit>(dialog, "txtPoints1");
-        EXPECT_EQ(points->text(), "0");
-        // Text that is no number is refused with its message, and the old value comes back.
-        QString shown;
-        QTimer::singleShot(0, [&shown] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                shown = box->text();
-                box->accept();
-            }
-        });
-        points->setText("three");
-        emit points->editingFinished();
-        EXPECT_EQ(shown, "Must enter a numberic value for points ");
         EXPECT_EQ(points->text(), "0");
         points->setText("3");
         emit points->editingFinished();
@@ -125,12 +83,10 @@ struct MessageAnswers {
 // each control then acts, and the log holds what the screen showed.
 TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     TempCourse folder;
-    LogPlan log;
-    log.names = {"Q1", "Q2"};
-    log.points = {{1, 0, 0, 0, 0}, {1, 0, 0, 0, 0}};
+    test::LogPlan log = test::QuestionsPlan(2);
     log.voters = {{"#A1", "S1", {"A", "A"}}, {"#A2", "S2", {"B", "A"}}};
-    folder.Write("Roster.txt", "Ames, Ann, S1\r\nBell, Ben, S2\r\n");
-    folder.Write("SessionData/L2609241000.csv", LogText(log));
+    folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
+    folder.WriteLog("L2609241000.csv", log);
     test::OpenWindow opened(folder.Path());
     MessageAnswers answers;
     WhenOpen("frmSetSessionScoring", [&answers](QDialog& dialog) {
@@ -140,6 +96,7 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
             points->setText("x");
             emit points->editingFinished();  // Tab out of the box; OK on the message
             QApplication::processEvents();
+            EXPECT_EQ(points->text(), "1");  // the old value comes back
         };
         refuse();
         auto* cap = Find<QCheckBox>(dialog, "chkTruncPerf");

@@ -11,52 +11,30 @@
 #include <functional>
 #include <stdexcept>
 
-#include "../LogText.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "ui/CommandLabel.h"
 
 namespace tallory {
 namespace {
 
-using test::LogPlan;
-using test::LogText;
+using test::Find;
 using test::TempCourse;
+using test::WhenOpen;
 
 // Two unregistered clickers that WebReg.dat knows: Bennett's (clear, but he has a clicker) and
 // Chen's (two Chens in the roster).
 void WriteCourse(const TempCourse& folder) {
-    folder.Write("Roster.txt", "Bennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n");
-    folder.Write("SessionData/Config.csv", "\"webcode\" ,\"local\" ,\"\"\r\n");
-    folder.Write("SessionData/RemoteID.csv", "#AA0002,\"1002\"\r\n");
+    folder.WriteRoster("Bennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n");
+    folder.WriteSettings({{"webcode", "local"}});
+    folder.WriteRemotes("#AA0002,\"1002\"\r\n");
     folder.Write("WebReg.dat", test::ReadBytes(test::DataPath("web/WebReg.csv")));
-    LogPlan log;
-    log.title = "Optics";
-    log.voters = {{"#AA0002", "", {"A"}}, {"#BB0002", "", {"A"}}, {"#BB0003", "", {"B"}}};
-    folder.Write("SessionData/L2609081000.csv", LogText(log));
-}
-
-template <class T>
-T* Find(QWidget& window, const QString& name) {
-    T* widget = window.findChild<T*>(name);
-    if (!widget) throw std::runtime_error("no widget " + name.toStdString());
-    return widget;
-}
-
-// Works the modal window named `name` once it is up; the test fails if it never comes.
-void WhenOpen(const QString& name, std::function<void(QDialog&)> work) {
-    QTimer::singleShot(0, [name, work] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            auto* dialog = qobject_cast<QDialog*>(widget);
-            if (dialog && dialog->isVisible() && dialog->objectName() == name) {
-                work(*dialog);
-                return;
-            }
-        }
-        ADD_FAILURE() << name.toStdString() << " did not open";
-        if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
-    });
+    folder.WriteLog(
+        "L2609081000.csv",
+        {.title = "Optics",
+         .voters = {{"#AA0002", "", {"A"}}, {"#BB0002", "", {"A"}}, {"#BB0003", "", {"B"}}}});
 }
 
 QStringList Rows(QDialog& dialog, const char* name) {
@@ -66,13 +44,8 @@ QStringList Rows(QDialog& dialog, const char* name) {
     return rows;
 }
 
-struct WrittenCourse {
-    TempCourse folder;
-    WrittenCourse() { WriteCourse(folder); }
-};
-
-struct Fixture : WrittenCourse, test::OpenWindow {
-    Fixture() : OpenWindow(folder.Path()) {}
+struct Fixture : test::CourseWindow {
+    Fixture() : CourseWindow(WriteCourse) {}
 };
 
 TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
@@ -108,8 +81,7 @@ TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
         done->click();
     });
     emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
-    EXPECT_EQ(fixture.folder.Read("SessionData/RemoteID.csv"),
-              "#AA0002,\"1002\"\r\n#00BB0003,\"1004\"\r\n");
+    EXPECT_EQ(fixture.folder.Remotes(), "#AA0002,\"1002\"\r\n#00BB0003,\"1004\"\r\n");
     // The reload: Chen Lin's clicker is hers now, so no unregistered row of it is left.
     for (int s = 1; s <= fixture.course.NumStudents; ++s)
         EXPECT_NE(fixture.course.Students[s].StudentId, "#BB0003");
@@ -119,7 +91,7 @@ TEST(WebSyncDialog, TheCloseBoxCancels) {
     Fixture fixture;
     WhenOpen("frmWebSync", [](QDialog& dialog) { dialog.reject(); });
     emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
-    EXPECT_EQ(fixture.folder.Read("SessionData/RemoteID.csv"), "#AA0002,\"1002\"\r\n");
+    EXPECT_EQ(fixture.folder.Remotes(), "#AA0002,\"1002\"\r\n");
 }
 
 TEST(WebUpdateDialog, SaysThereAreNoUpgrades) {

@@ -12,18 +12,23 @@ int RunRemove(Context& context, const std::string& word) {
     EditSessionScreen& screen = opened.screen;
     screen.cmdRemoveClick();
     const std::string& file = screen.lblFileName().text;
-    nlohmann::json document = {{"number", opened.number},
-                               {"file", JsonText(file)},
-                               {"copy", JsonText("x" + file)},
-                               {"removed", screen.Removed()},
-                               {"sessions", context.course.NumSessions}};
+    // Only a copy that was written is named; a failed write has shown its message.
+    nlohmann::json document = {
+        {"number", opened.number},
+        {"file", JsonText(file)},
+        {"copy", screen.CopyWritten() ? nlohmann::json(JsonText("x" + file)) : nlohmann::json()},
+        {"kept",
+         screen.KeptLog().empty() ? nlohmann::json() : nlohmann::json(JsonText(screen.KeptLog()))},
+        {"removed", screen.Removed()},
+        {"sessions", context.course.NumSessions}};
     if (!screen.Removed())
-        return Failed(
-            context, document,
-            "session " + std::to_string(opened.number) + " was not removed (--yes confirms)");
+        return Failed(context, document,
+                      "session " + std::to_string(opened.number) + " was not removed" +
+                          (screen.Confirmed() ? "" : " (--yes confirms)"));
     Print(context, document,
-          "Removed " + file + "; its copy is x" + file + ", " +
-              std::to_string(context.course.NumSessions) + " sessions remain\n");
+          "Removed " + file + "; its copy is x" + file + ", its original text is kept in " +
+              screen.KeptLog() + ", " + std::to_string(context.course.NumSessions) +
+              " sessions remain\n");
     return 0;
 }
 

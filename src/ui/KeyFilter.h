@@ -3,20 +3,7 @@
 #include <QObject>
 #include <functional>
 
-#include "scoring/ScreenParts.h"
-
-class QAbstractButton;
-class QLabel;
-class QLineEdit;
-class QWidget;
-
 namespace tallory {
-
-// Paints a widget from its ControlState: shown and enabled, and its text where it has one.
-void Paint(QWidget* widget, const ControlState& state);
-void Paint(QLabel* label, const ControlState& state);
-void Paint(QLineEdit* box, const ControlState& state);
-void Paint(QAbstractButton* button, const ControlState& state);
 
 // Sits on a text box and passes it only the characters a screen allows (key codes as typed:
 // 8 backspace, 13 enter, otherwise the character), and hands page up and page down to the

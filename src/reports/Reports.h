@@ -1,0 +1,28 @@
+#pragma once
+
+#include "common/Course.h"
+#include "reports/PageWriter.h"
+
+namespace tallory {
+
+// The writers of the report pages, one file each. Every writer that needs a session's figures
+// reads and scores its log into Questions and Votes, so the tables are left as the last page read
+// them.
+
+// "\Reports\SessionSummary_n.html": the class-wide page of session n.
+void WriteSessionSummary(Course& course, PageWriter& page, int session);
+// One live question's block on the session summary; nothing for a deleted question.
+void WriteQuestionBlock(PageWriter& page, const Course& course, int question, int session);
+
+// "\Reports\SessionDetail_n.html": the votes of every student of session n.
+void WriteSessionDetail(Course& course, PageWriter& page, int session);
+
+// "\Term_Session Summary and Review.html", then the student voting data.
+void WriteTermSummary(Course& course, PageWriter& page);
+// "\Student Voting Data.html".
+void WriteStudentVotingData(Course& course, PageWriter& page);
+
+// "\Reports\StudentTermReport.html".
+void WriteStudentTermReport(Course& course, PageWriter& page);
+
+}  // namespace tallory

@@ -1,0 +1,189 @@
+#include <array>
+
+#include "common/Numbers.h"
+#include "common/Text.h"
+#include "logs/QuestionName.h"
+#include "logs/SessionLog.h"
+#include "reports/Reports.h"
+#include "reports/TermPage.h"
+
+namespace tallory {
+
+namespace {
+
+constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
+
+// What the first pass keeps of each session: index 0 of the points is the term's sum.
+struct TermFigures {
+    std::array<double, kSessionTableUpper + 1> points{};
+    std::array<double, kSessionTableUpper + 1> averages{};
+    std::array<double, kSessionTableUpper + 1> divisor{};
+    std::array<int, kSessionTableUpper + 1> voters{};
+    std::array<int, kSessionTableUpper + 1> asked{};
+};
+
+// A session counts when the title row of the tables passes the question's live test. The tables
+// hold the session read last, so the test looks at the session before the one about to be read.
+bool LastReadIsLive(const Course& course) {
+    return IsLiveQuestion(course.Questions[0]);
+}
+
+std::string OfSessions(int i, int count) {
+    return std::to_string(i) + " Of " + std::to_string(count) + ")";
+}
+
+void WriteHeadTable(PageWriter& page, const Course& course, const TermPage& kind,
+                    const TermFigures& figures) {
+    page.Line("<table border=4 cellpadding=6> ");
+    page.Line("<tr>");
+    page.Line("<td colspan=6 align=left>");
+    page.Text("<font face=\"Trebuchet MS\">Total Number of Sessions: <B>")
+        .Number(course.NumSessions)
+        .Line(" </B> </font> <br>");
+    page.Text("<font face=\"Trebuchet MS\">Total Number of Students in Class: <B>")
+        .Number(course.NumStudents)
+        .Line("</B> </font> <br> ");
+    page.Text("<font face=\"Trebuchet MS\">Total Number of Available Points for Term: <B>");
+    if (kind.studentPage)
+        page.Number(Int(figures.points[0]));
+    else
+        page.Formatted(figures.points[0]);
+    page.Line("</B> </font> <br> ");
+    if (kind.studentPage)
+        page.Text(kFont)
+            .Text("<A href=\"")
+            .Text(StudentTermReportLinkFromCourse(course))
+            .Line("\">View Cumulative Student Scores</A></font>");
+    page.Line("</td>");
+    page.Line("</tr>");
+    page.Text("<td bgcolor=#FFFDA6 colspan=").Number(6).Line(" align=left>");
+    if (kind.studentPage)
+        page.Text(kFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
+    page.Text(kFont).Line(
+        "<B>Session Average = Calculation based only on students who voted in this "
+        "session.</B> </font><br>");
+    page.Line("</td>");
+    page.Line("<tr>");
+    page.Text("<th align=left bgcolor=#FFFDA6 >")
+        .Text(kFont)
+        .Line("Title/<br>Session Date</font></th>");
+    page.Text("<th align=left bgcolor=#FFFDA6 >").Text(kFont).Line("Report Links</th></font>");
+    page.Text("<th align=center bgcolor=#FFFDA6 >")
+        .Text(kFont)
+        .Line("Number of Students<br> in Session</font></th>");
+    page.Text("<th align=center bgcolor=#FFFDA6>")
+        .Text(kFont)
+        .Line("Total Number of<br> Questions Asked</font></th>");
+    page.Text("<th align=center bgcolor=#FFFDA6>")
+        .Text(kFont)
+        .Line("Total Points<br> Available</font></th>");
+    page.Text("<th align=center bgcolor=#FFFDA6>").Text(kFont).Line("Session Average<font></th>");
+    page.Line("</tr>");
+}
+
+void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kind, int i,
+                     double divisor) {
+    const double participation = course.SessParticipation;
+    const double maximum = course.Questions[0].MaxPoints;
+    const double average = course.Questions[0].AveragePoints;
+    const std::string number = std::to_string(i);
+    page.Text("<tr bgcolor=").Text(RowColour(i)).Line(">");
+    page.Text("<th align=left> ")
+        .Text(kFont)
+        .Text("Session " + number + " <br> ")
+        .Text(SessionDate(course.SessionFile[i]))
+        .Line("</font></td>");
+    if (kind.studentPage) {
+        // This cell runs into the next one on the same line.
+        page.Text("<td align=center><A HREF=\"")
+            .Text(SessionDetailLinkFromCourse(course, i))
+            .Text("\">")
+            .Text(kFont)
+            .Text(" Student Responses </A></font> </td> ");
+    } else {
+        page.Text("<td align=center><A HREF=\"")
+            .Text(SessionSummaryLinkFromCourse(course, i))
+            .Text("\"> ")
+            .Text(kFont)
+            .Line(" Session Summary <br> and Question Data </font></A>");
+    }
+    page.Text("<td align=right>")
+        .Text(kFont)
+        .Text(std::to_string(course.NumVoters))
+        .Line("</font></td>");
+    page.Text("<td align=right>")
+        .Text(kFont)
+        .Text(std::to_string(course.NumQuestions))
+        .Line("</font></td>");
+    // One place here, where the session's own page shows two.
+    page.Text("<td align=right>")
+        .Text(kFont)
+        .Converted(Int(maximum * 10 + participation * 10 + 0.5) / 10)
+        .Line("</font></td>");
+    page.Text("<td align=right>").Text(kFont);
+    const double whole = Round(divisor);
+    if (whole > 1)
+        page.Converted(Int(average * 100 / divisor));
+    else if (whole == 1)
+        page.Converted(Int(average * 100 / 1));
+    else
+        page.Converted(0);
+    page.Line("% </font></td>");
+    page.Line("</tr>");
+}
+
+}  // namespace
+
+void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind) {
+    Host& host = page.host();
+    const int count = course.NumSessions;
+    host.SetProgressText(kind.steps + "0 Of 3");
+    host.SetProgressValue(0);
+    TermFigures figures;
+    for (int i = 1; i <= count; ++i) {
+        if (!LastReadIsLive(course)) continue;
+        host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " + OfSessions(i, count));
+        host.SetProgressValue(0);
+        ReadReportSession(course, i);
+        const double points = course.SessParticipation + course.Questions[0].MaxPoints;
+        figures.voters[i] = course.NumVoters;
+        figures.asked[i] = course.NumQuestions;
+        figures.points[i] = points;
+        figures.points[0] += points;
+        figures.averages[i] = course.Questions[0].AveragePoints;
+        figures.averages[0] += figures.averages[i];
+        figures.divisor[i] = points;
+    }
+    host.SetProgressText(kind.steps + "1 Of 3");
+    host.SetProgressValue(1.0 / 3);
+
+    page.Open(kind.path);
+    page.TermHead(kind.title);
+    WriteHeadTable(page, course, kind, figures);
+    for (int i = 1; i <= count; ++i) {
+        // The student page has a row for every session; one left out of the first pass has no
+        // points to measure its average against.
+        if (!kind.studentPage && !LastReadIsLive(course)) continue;
+        host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " + OfSessions(i, count));
+        host.SetProgressValue(2.0 / 3);
+        ReadReportSession(course, i);
+        WriteSessionRow(page, course, kind, i, figures.divisor[i]);
+    }
+    host.SetProgressText(kind.finishedText);
+    host.SetProgressValue(1);
+    // The table is left open.
+    page.Tail();
+    page.Close();
+}
+
+void WriteTermSummary(Course& course, PageWriter& page) {
+    TermPage kind;
+    kind.path = TermSummaryPath(course);
+    kind.title = "Term/Session Summary and Review";
+    kind.steps = "Exporting Term Summary Steps ";
+    kind.finishedText = "Exporting Term Summary Steps 3 Of 3";
+    WriteTermPage(course, page, kind);
+    WriteStudentVotingData(course, page);
+}
+
+}  // namespace tallory

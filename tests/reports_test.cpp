@@ -1,0 +1,382 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "common/RunTimeError.h"
+#include "grid/CourseLoad.h"
+#include "reports/Reports.h"
+#include "reports/RunReports.h"
+
+namespace tallory {
+namespace {
+
+namespace fs = std::filesystem;
+using test::DataPath;
+using test::ReadBytes;
+using test::TempCourse;
+
+// The sample course of these tests lies in a folder of a fixed name, which the term pages link
+// through.
+constexpr const char* kCourseFolder = "OpticsLab";
+
+struct LoadedSample {
+    TempCourse temp;
+    Course course;
+    RecordingHost host;
+    std::string path;
+
+    explicit LoadedSample(const std::string& source = DataPath("reports/course"),
+                          const std::string& folder = kCourseFolder) {
+        path = temp.Path() + "/" + folder;
+        fs::copy(source, path, fs::copy_options::recursive);
+        course.AppPath = path;
+        HeadlessScreen screen;
+        LoadCourse(course, host, screen, ReadOnlyLoad());
+        host.messages.clear();
+        host.progressTexts.clear();
+        host.progressShown = host.progressHidden = 0;
+    }
+
+    std::string Read(const std::string& relative) const { return ReadBytes(path + "/" + relative); }
+    bool Exists(const std::string& relative) const { return fs::exists(path + "/" + relative); }
+};
+
+// --- the writing rules -------------------------------------------------------------------------
+
+TEST(PageWriter, ItemsWriteTheirKindOfNumber) {
+    struct Case {
+        double value;
+        const char* number;     // number item
+        const char* converted;  // converted to a string
+        const char* formatted;  // "#0.00"
+    };
+    const Case cases[] = {
+        {0.5, " .5 ", "0.5", "0.50"},
+        {2, " 2 ", "2", "2.00"},
+        {-1.25, "-1.25 ", "-1.25", "-1.25"},
+        {0, " 0 ", "0", "0.00"},
+        {12.345, " 12.345 ", "12.345", "12.35"},
+        {0.125, " .125 ", "0.125", "0.13"},
+        {-0.005, "-.005 ", "-0.005", "-0.01"},
+        {1.0 / 3, " .333333333333333 ", "0.333333333333333", "0.33"},
+    };
+    Course course;
+    RecordingHost host;
+    for (const Case& c : cases) {
+        MemoryPageOutput output;
+        PageWriter page(course, host, output);
+        page.Open("p");
+        page.Text("<B>").Number(c.value).Text("|").Converted(c.value).Text("|");
+        page.Formatted(c.value).Text("</B>").EndLine();
+        page.Close();
+        EXPECT_EQ(output.pages["p"], std::string("<B>") + c.number + "|" + c.converted + "|" +
+                                         c.formatted + "</B>\r\n")
+            << c.value;
+    }
+}
+
+TEST(PageWriter, HeadsAndTailWriteNothingOnAPageThatDidNotOpenButItemsEndTheRun) {
+    Course course;
+    course.AppPath = "/nowhere/Optics";
+    RecordingHost host;
+    MemoryPageOutput output;
+    output.refuse = true;
+    PageWriter page(course, host, output);
+    page.Open("/nowhere/Optics/x.html");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text, "Error opening html summary file");
+    EXPECT_EQ(host.messages[0].buttons, Buttons::Ok);
+    page.SessionHead("Session");
+    page.TermHead("Term");
+    page.Tail();
+    // A line on an unopened page ends the run.
+    EXPECT_EQ(test::EndingOf([&] { page.Line("<table>"); }).number, kBadFileNameOrNumber);
+    EXPECT_TRUE(output.pages.empty());
+}
+
+TEST(PageWriter, AnswerLettersFollowTheirPlaceInTheLetterRow) {
+    const std::pair<long, const char*> cases[] = {{0, " "}, {1, "A"}, {5, "E"},
+                                                  {6, " "}, {7, ""},  {30, ""}};
+    for (auto [code, letter] : cases) EXPECT_EQ(AnswerLetter(code), letter) << code;
+    EXPECT_THROW(AnswerLetter(-1), RunTimeError);
+}
+
+TEST(PageWriter, StudentDisplayNameInEveryMode) {
+    Course course;
+    course.Roster[0] = {" s01 ", "", " Ada ", " Adams ", 0, ""};
+    course.Roster[1] = {"s02", "", "Ben", "Brown", 0, ""};
+    course.Roster[2] = {"s03", "", "", "", 0, ""};          // no names at all
+    course.Roster[4] = {"s05", "", "Eve", "Evans", 0, ""};  // behind the empty row 3
+    course.NumRoster = 5;
+    course.RemoteTable[1] = {"S01", " 1a0001 "};
+    course.RemoteTable[2] = {"s01", "1A0002"};
+    course.NumRemotes = 2;
+    struct Case {
+        int mode;
+        const char* id;
+        const char* shown;
+    };
+    const Case cases[] = {
+        {0, "s01", "Adams, Ada, s01"},
+        {1, "S01", "Adams, s01"},
+        {2, "s01", "s01"},
+        {3, "s01", "Adams, Ada"},
+        {4, "s01", "1A0001"},
+        {4, "s02", "s02"},
+        {0, "s03", ", , s03"},
+        {3, "s03", ","},
+        {1, " s09 ", "s09"},
+        {0, "s05", "s05"},
+        {0, "   ", ""},
+        {7, "s02", "s02"},
+    };
+    RecordingHost host;
+    MemoryPageOutput output;
+    for (const Case& c : cases) {
+        course.ReportDisplayMode = static_cast<int16_t>(c.mode);
+        PageWriter page(course, host, output);
+        EXPECT_EQ(page.StudentDisplayName(c.id), c.shown) << c.mode << " " << c.id;
+    }
+}
+
+// --- the golden pages --------------------------------------------------------------------------
+
+struct GoldenCase {
+    bool demo;  // the demo course rather than the sample course of these tests
+    int mode;
+    const char* page;    // under the course folder
+    const char* golden;  // under tests/data/reports
+};
+
+class GoldenPages : public testing::TestWithParam<GoldenCase> {};
+
+TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
+    const GoldenCase& c = GetParam();
+    LoadedSample sample =
+        c.demo
+            ? LoadedSample(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course", "demo-course")
+            : LoadedSample();
+    sample.host.option = OptionChoice{c.mode, false};
+    ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
+    const std::string written = sample.Read(c.page);
+    const std::string golden = DataPath(std::string("reports/") + c.golden);
+    if (std::getenv("TALLORY_UPDATE_GOLDEN")) {
+        std::ofstream(golden, std::ios::binary) << written;
+        GTEST_SKIP() << "wrote " << golden;
+    }
+    EXPECT_EQ(written, ReadBytes(golden)) << c.page;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Reports, GoldenPages,
+    testing::Values(
+        GoldenCase{false, 0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
+        GoldenCase{false, 0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
+        GoldenCase{false, 0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
+        GoldenCase{false, 0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
+        GoldenCase{false, 0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
+        GoldenCase{false, 0, "Student Voting Data.html", "golden/StudentVotingData.html"},
+        GoldenCase{false, 0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
+        GoldenCase{false, 2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
+        GoldenCase{false, 2, "Reports/StudentTermReport.html",
+                   "golden/StudentTermReport.idonly.html"},
+        GoldenCase{false, 4, "Reports/StudentTermReport.html",
+                   "golden/StudentTermReport.remote.html"},
+        GoldenCase{true, 0, "Reports/SessionSummary_1.html", "demo/SessionSummary_1.html"},
+        GoldenCase{true, 0, "Reports/SessionDetail_1.html", "demo/SessionDetail_1.html"},
+        GoldenCase{true, 0, "Term_Session Summary and Review.html", "demo/TermSummary.html"},
+        GoldenCase{true, 0, "Student Voting Data.html", "demo/StudentVotingData.html"},
+        GoldenCase{true, 0, "Reports/StudentTermReport.html", "demo/StudentTermReport.html"}));
+
+// --- the commands ------------------------------------------------------------------------------
+
+TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
+    LoadedSample sample;
+    sample.host.option = OptionChoice{3, false};
+    ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
+    EXPECT_EQ(sample.course.ReportDisplayMode, 3);
+    ASSERT_EQ(sample.host.dialogs.size(), 1u);
+    const OptionDialog& dialog = sample.host.dialogs[0];
+    EXPECT_EQ(dialog.title, "HTML Report Display Preferences");
+    EXPECT_EQ(dialog.acceptCaption, "Submit");
+    EXPECT_EQ(dialog.preselected, 2);
+    std::vector<std::string> written;
+    for (const std::string& file : sample.host.written)
+        written.push_back(file.substr(sample.path.size() + 1));
+    const std::vector<std::string> expected = {
+        "Reports/SessionSummary_1.html",        "Reports/SessionDetail_1.html",
+        "Reports/SessionSummary_2.html",        "Reports/SessionDetail_2.html",
+        "Reports/SessionSummary_3.html",        "Reports/SessionDetail_3.html",
+        "Term_Session Summary and Review.html", "Student Voting Data.html",
+        "Reports/StudentTermReport.html"};
+    EXPECT_EQ(written, expected);
+    EXPECT_TRUE(sample.host.messages.empty());
+    EXPECT_EQ(sample.host.progressShown, 1);
+    EXPECT_EQ(sample.host.progressHidden, 1);
+    const std::vector<std::string> firstTexts(sample.host.progressTexts.begin(),
+                                              sample.host.progressTexts.begin() + 5);
+    EXPECT_EQ(firstTexts,
+              (std::vector<std::string>{
+                  "Checking Session Information - 1 Of 3", "Checking Session Information - 2 Of 3",
+                  "Checking Session Information - 3 Of 3", "Gathering Lecture Summary - 1 Of 3",
+                  "Gathering Lecture Summary - 2 Of 3"}));
+
+    // The summary dialog's links open the pages just written.
+    ReportSummaryScreen summary(sample.course, sample.host);
+    for (int link = 0; link < ReportSummaryScreen::kLinks; ++link) summary.LinkClick(link);
+    ASSERT_EQ(sample.host.opened.size(), 3u);
+    for (const std::string& page : sample.host.opened) EXPECT_TRUE(fs::exists(page)) << page;
+    EXPECT_EQ(sample.host.opened[1], sample.path + "/Student Voting Data.html");
+    EXPECT_NE(summary.controls().lblFolder.text.find(" '" + sample.path + "'  Folder"),
+              std::string::npos);
+}
+
+TEST(RunReports, StopsBeforeWritingAnything) {
+    struct Case {
+        const char* name;
+        bool reportsIsAFile;
+        bool cancel;
+        ReportRunEnd end;
+        int modeAfter;
+    };
+    const Case cases[] = {
+        {"a file named Reports", true, false, ReportRunEnd::NoReportsFolder, 1},
+        {"a cancelled dialog still sets the mode", false, true, ReportRunEnd::Cancelled, 4},
+    };
+    for (const Case& c : cases) {
+        LoadedSample sample;
+        if (c.reportsIsAFile) std::ofstream(sample.path + "/REPORTS") << "x";
+        sample.course.ReportDisplayMode = 1;
+        sample.host.option = OptionChoice{4, c.cancel};
+        EXPECT_EQ(RunReports(sample.course, sample.host), c.end) << c.name;
+        EXPECT_EQ(sample.course.ReportDisplayMode, c.modeAfter) << c.name;
+        EXPECT_TRUE(sample.host.written.empty()) << c.name;
+        EXPECT_EQ(sample.host.progressShown, 0) << c.name;
+        if (c.reportsIsAFile) {
+            ASSERT_EQ(sample.host.messages.size(), 1u);
+            EXPECT_EQ(sample.host.messages[0].text,
+                      "Unable to create 'Reports' Folder access denied");
+            EXPECT_EQ(sample.host.messages[0].title, "Folder Not Found");
+            EXPECT_EQ(sample.host.messages[0].icon, Icon::Information);
+            EXPECT_TRUE(sample.host.dialogs.empty());
+        }
+    }
+}
+
+// A page that cannot be opened: two pages written, the message, the run-time error, nothing after.
+TEST(RunReports, APageThatCannotBeOpenedEndsTheRunThere) {
+    for (bool term : {true, false}) {
+        SCOPED_TRACE(term ? "term reports without a Reports folder"
+                          : "a folder where the second session's summary goes");
+        LoadedSample sample;
+        if (!term) fs::create_directories(sample.path + "/Reports/SessionSummary_2.html");
+        const test::Ending ending = test::EndingOf([&] {
+            if (term) {
+                RunTermReports(sample.course, sample.host);
+            } else {
+                RunReports(sample.course, sample.host);
+            }
+        });
+        EXPECT_EQ(ending.number, kBadFileNameOrNumber);
+        ASSERT_EQ(sample.host.messages.size(), 1u);
+        EXPECT_EQ(sample.host.messages[0].text, "Error opening html summary file");
+        EXPECT_EQ(sample.host.written.size(), 2u);
+        if (term) {
+            EXPECT_TRUE(sample.host.dialogs.empty());
+            EXPECT_FALSE(sample.Exists("Reports"));
+            EXPECT_EQ(sample.host.progressTexts.back(), "Student Term Report Report 1 Of 3");
+        } else {
+            EXPECT_FALSE(sample.Exists("Reports/SessionDetail_2.html"));
+            EXPECT_FALSE(sample.Exists("Term_Session Summary and Review.html"));
+        }
+    }
+}
+
+TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
+    // Session 2's title carries the deletion mark. Each session is tested on the tables as the
+    // session read before left them, so once session 2 has been read no later session passes,
+    // and the second pass starts on session 2's tables: the term page has no row at all. The
+    // voting data has a row for every session, measured against nothing.
+    TempCourse source;
+    fs::copy(DataPath("reports/course"), source.Path() + "/c", fs::copy_options::recursive);
+    const std::string log = source.Path() + "/c/SessionData/L2601051400.csv";
+    std::string text = ReadBytes(log);
+    text.replace(text.find(",\"\"\r\n"), 5, ",\"Dropped|Y\"\r\n");
+    std::ofstream(log, std::ios::binary) << text;
+    LoadedSample sample(source.Path() + "/c");
+
+    struct Case {
+        int lastRead;            // the session in the tables when the command starts
+        bool termPointsCounted;  // whether the first pass read anything
+    };
+    for (const Case c : {Case{1, true}, Case{2, false}}) {
+        ReadReportSession(sample.course, c.lastRead);
+        MemoryPageOutput output;
+        PageWriter page(sample.course, sample.host, output);
+        WriteTermSummary(sample.course, page);
+        const std::string& term = output.pages.at(TermSummaryPath(sample.course));
+        const std::string& voting = output.pages.at(StudentVotingDataPath(sample.course));
+        auto count = [](const std::string& html, const std::string& what) {
+            int found = 0;
+            for (size_t at = html.find(what); at != std::string::npos; at = html.find(what, at + 1))
+                ++found;
+            return found;
+        };
+        EXPECT_EQ(count(term, "SessionSummary_"), 0) << c.lastRead;
+        EXPECT_EQ(count(voting, "SessionDetail_"), 3) << c.lastRead;
+        const bool noPoints = term.find("for Term: <B>0.00</B>") != std::string::npos;
+        EXPECT_EQ(noPoints, !c.termPointsCounted) << c.lastRead;
+        if (!c.termPointsCounted) {
+            EXPECT_EQ(count(voting, "\">0% </font></td>"), 3) << c.lastRead;
+        }
+    }
+}
+
+// --- tallory-cli -------------------------------------------------------------------------------
+
+TEST(ReportCommands, RunFromTheCommandLine) {
+    struct Case {
+        std::vector<std::string> args;
+        bool reportsFolder;  // whether the course has a Reports folder beforehand
+        int status;
+        int files;  // files written; -1 when no JSON is printed
+        int mode;
+    };
+    const Case cases[] = {
+        {{"report", "--filter", "3", "--json"}, false, 0, 9, 3},
+        {{"report", "--cancel", "--json"}, false, 0, 0, 2},
+        {{"term-report", "--mode", "4", "--json"}, true, 0, 3, 4},
+        {{"term-report", "--json"}, false, 1, -1, 0},
+        {{"term-report", "--mode", "5"}, true, 2, -1, 0},
+    };
+    for (const Case& c : cases) {
+        TempCourse temp;
+        const std::string course = temp.Path() + "/" + kCourseFolder;
+        fs::copy(DataPath("reports/course"), course, fs::copy_options::recursive);
+        if (c.reportsFolder) fs::create_directory(course + "/Reports");
+        const test::CliResult result = test::RunCliOn(course, c.args);
+        const std::string what = c.args[0] + " " + c.args[1];
+        EXPECT_EQ(result.status, c.status) << what << result.err;
+        if (c.files < 0) {
+            EXPECT_TRUE(result.out.empty()) << what;
+            continue;
+        }
+        const nlohmann::json output = nlohmann::json::parse(result.out);
+        EXPECT_EQ(output["files"].size(), static_cast<size_t>(c.files)) << what;
+        EXPECT_EQ(output["mode"], c.mode) << what;
+    }
+}
+
+}  // namespace
+}  // namespace tallory

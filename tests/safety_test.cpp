@@ -1,0 +1,315 @@
+// What the user set up on the course files stands: permissions, links and owners survive a
+// rewrite, files of the wrong kind never stall a read, and killed writes leave nothing for good.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "LogBuilder.h"
+#include "TestSupport.h"
+#include "common/AtomicFile.h"
+#include "common/RecordingHost.h"
+#include "export/Export.h"
+#include "grid/CourseLoad.h"
+#include "logs/SessionLog.h"
+#include "logs/SessionLogWriter.h"
+#include "logs/SessionStore.h"
+#include "registration/RemoteTable.h"
+#include "registration/Roster.h"
+#include "scoring/ScreenParts.h"
+#include "start/Settings.h"
+
+namespace tallory {
+namespace {
+
+using test::TempCourse;
+
+struct stat StatOf(const std::string& path) {
+    struct stat info {};
+    EXPECT_EQ(::lstat(path.c_str(), &info), 0) << path;
+    return info;
+}
+
+// ---- Replacing a file --------------------------------------------------------------------------
+
+TEST(Safety, ReadOnlyFileIsNotReplacedAndTheWriterSaysSo) {
+    TempCourse course;
+    course.Write("SessionData/L0909111030.csv", "old");
+    const std::string path = course.File("SessionData/L0909111030.csv");
+    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+    std::string error;
+    EXPECT_FALSE(ReplaceFile(path, "new", &error));
+    EXPECT_NE(error.find("read-only"), std::string::npos) << error;
+    EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
+
+    // The session log writer shows its one message for it.
+    Course tables;
+    RecordingHost host;
+    EXPECT_FALSE(WriteSessionLog(tables, host, path, "", "", 0));
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].text,
+              "Unable to store changes to file " + path + " Changes not saved!");
+    EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
+    EXPECT_EQ(StatOf(path).st_mode & 07777, 0444u);
+}
+
+TEST(Safety, SymbolicLinksAreFollowedToTheFileTheyName) {
+    struct Case {
+        const char* name;
+        const char* link;  // what the link says
+        const char* target;
+    } cases[] = {
+        {"relative", "../Shared/config.csv", "Shared/config.csv"},
+        {"absolute", "", "Elsewhere/config.csv"},  // filled in with the full path below
+        {"dangling", "New/config.csv", "SessionData/New/config.csv"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse course;
+        const std::string target = course.File(c.target);
+        course.Write(c.target, "old");
+        if (std::string(c.name) == "dangling") ::unlink(target.c_str());
+        const std::string said = *c.link ? std::string(c.link) : target;
+        const std::string link = course.File("SessionData/Config.csv");
+        course.Write("SessionData/keep", "");
+        ASSERT_EQ(::symlink(said.c_str(), link.c_str()), 0);
+        ASSERT_TRUE(ReplaceFile(link, "new"));
+        EXPECT_TRUE(S_ISLNK(StatOf(link).st_mode));
+        EXPECT_EQ(test::ReadBytes(target), "new");
+        EXPECT_EQ(test::ReadBytes(link), "new");
+    }
+}
+
+TEST(Safety, OwnerGroupAndModeAreKept) {
+    TempCourse course;
+    course.Write("SessionData/RemoteID.csv", "#1A,\"S1\"\r\n");
+    const std::string path = course.File("SessionData/RemoteID.csv");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    const bool root = ::geteuid() == 0;
+    if (root) {
+        ASSERT_EQ(::chown(path.c_str(), 4321, 8765), 0);
+    }
+    const struct stat before = StatOf(path);
+    ASSERT_TRUE(ReplaceFile(path, "#2B,\"S2\"\r\n"));
+    const struct stat after = StatOf(path);
+    EXPECT_NE(after.st_ino, before.st_ino);  // a new file, renamed into place
+    EXPECT_EQ(after.st_mode & 07777, 0640u);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    if (!root) GTEST_SKIP() << "another owner can be kept only with root's rights";
+}
+
+// ---- Files of the wrong kind -------------------------------------------------------------------
+
+// Runs `read` in a child process; a read still going after a few seconds is killed and fails the
+// test, so a hang can never stall the run.
+void EndsInTime(const std::function<void()>& read) {
+    pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        try {
+            read();
+        } catch (...) {
+            ::_exit(3);
+        }
+        ::_exit(0);
+    }
+    int status = 0;
+    for (int waited = 0; waited < 500; ++waited) {
+        if (::waitpid(child, &status, WNOHANG) == child) {
+            ASSERT_TRUE(WIFEXITED(status));
+            EXPECT_EQ(WEXITSTATUS(status), 0) << "the read threw";
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ::kill(child, SIGKILL);
+    ::waitpid(child, &status, 0);
+    FAIL() << "the read did not end";
+}
+
+// Puts something that is not a plain file where a course file is expected.
+enum class Kind { Fifo, Device, Folder };
+
+void PutInPlace(const TempCourse& course, const std::string& relative, Kind kind) {
+    const std::string path = course.File(relative);
+    course.Write(relative, "");
+    ::unlink(path.c_str());
+    switch (kind) {
+        case Kind::Fifo:
+            ASSERT_EQ(::mkfifo(path.c_str(), 0644), 0);
+            break;
+        case Kind::Device:
+            ASSERT_EQ(::symlink("/dev/zero", path.c_str()), 0);
+            break;
+        case Kind::Folder:
+            ASSERT_EQ(::mkdir(path.c_str(), 0755), 0);
+            break;
+    }
+}
+
+TEST(Safety, ANonPlainFileReadsAsAFileThatCannotBeOpened) {
+    struct Case {
+        const char* file;
+        std::function<void(Course&, const std::string&)> check;
+    } cases[] = {
+        {"SessionData/Config.csv",
+         [](Course& course, const std::string&) {
+             RecordingHost host;
+             ReadConfig(course, host);
+             if (course.NumParams != 0) std::abort();
+         }},
+        {"SessionData/RemoteID.csv",
+         [](Course& course, const std::string& path) {
+             RecordingHost host;
+             ReadRemoteIds(course, host, path);
+             if (course.NumRemotes != 0) std::abort();
+         }},
+        {"Roster.txt",
+         [](Course& course, const std::string& path) {
+             ReadRoster(course, path);
+             if (!course.Roster[1].StudentId.empty()) std::abort();
+         }},
+        {"SessionData/L0909111030.csv",
+         [](Course& course, const std::string& path) {
+             try {
+                 ReadSessionLog(course, path);
+             } catch (const RunTimeError& error) {
+                 if (error.Number() == kFileNotFound) return;
+             }
+             std::abort();
+         }},
+    };
+    for (Kind kind : {Kind::Fifo, Kind::Device, Kind::Folder}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(c.file) + " kind " + std::to_string(static_cast<int>(kind)));
+            TempCourse folder;
+            PutInPlace(folder, c.file, kind);
+            EndsInTime([&] {
+                Course course;
+                course.AppPath = folder.Path();
+                c.check(course, folder.File(c.file));
+            });
+        }
+    }
+}
+
+TEST(Safety, ACourseWithPipesForEveryFileStillOpens) {
+    TempCourse folder;
+    test::LogPlan plan;
+    plan.voters = {{"#A1", "", {"A"}}};
+    folder.Write("SessionData/L0909121030.csv", test::LogText(plan));
+    for (const char* file : {"SessionData/Config.csv", "SessionData/RemoteID.csv", "Roster.txt",
+                             "SessionData/L0909111030.csv"})
+        PutInPlace(folder, file, Kind::Fifo);
+    EndsInTime([&] {
+        Course course;
+        course.AppPath = folder.Path();
+        RecordingHost host;
+        HeadlessSessionGrid grid(course);
+        LoadCourse(course, host, grid.Screen(), ReadOnlyLoad());
+        if (course.NumSessions != 1 || course.SessionFile[1] != "L0909121030.csv") std::abort();
+    });
+}
+
+// ---- Temporary files of killed writes ----------------------------------------------------------
+
+void SetAge(const std::string& path, long seconds) {
+    struct timeval times[2];
+    ::gettimeofday(&times[0], nullptr);
+    times[0].tv_sec -= seconds;
+    times[1] = times[0];
+    ASSERT_EQ(::utimes(path.c_str(), times), 0);
+}
+
+TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
+    struct Case {
+        const char* name;
+        long age;  // seconds
+        bool folder;
+        bool removed;
+    } cases[] = {
+        {"SessionData/L0909111030.csv.tmp-Ab12Cd", 3600, false, true},
+        {"SessionData/Config.csv.tmp-zzzzzz", 3600, false, true},
+        {"General.csv.tmp-000000", 3600, false, true},             // an export in the course folder
+        {"SessionData/RemoteID.csv.tmp-Ab12Cd", 0, false, false},  // a write of this run
+        {"SessionData/L0909111030.csv.tmp-Ab12", 3600, false, false},
+        {"SessionData/L0909111030.csv.tmp-Ab_2Cd", 3600, false, false},
+        {"SessionData/notes.tmp", 3600, false, false},
+        {"SessionData/Dir.csv.tmp-ABCDEF", 3600, true, false},
+        {"Images/L0909111030.csv.tmp-ABCDEF", 3600, false, false},  // not a folder of ours
+    };
+    for (bool readOnly : {false, true}) {
+        SCOPED_TRACE(readOnly ? "read-only load" : "desktop load");
+        TempCourse folder;
+        for (const Case& c : cases) {
+            if (c.folder) {
+                folder.Write(std::string(c.name) + "/inside", "x");
+            } else {
+                folder.Write(c.name, "half a file");
+            }
+            SetAge(folder.File(c.name), c.age);
+        }
+        Course course;
+        course.AppPath = folder.Path();
+        RecordingHost host;
+        HeadlessSessionGrid grid(course);
+        LoadCourse(course, host, grid.Screen(), readOnly ? ReadOnlyLoad() : CourseLoadOptions());
+        for (const Case& c : cases)
+            EXPECT_EQ(folder.Exists(c.name), readOnly || !c.removed) << c.name;
+    }
+}
+
+// ---- Findings of the fuzzers -------------------------------------------------------------------
+
+// Grade books that split into no line at all once quotes or the byte-order mark are gone: the
+// reader treats them as it treats any grade book too short to use.
+TEST(Safety, GradeBooksOfNothingButMarksReadAsMissing) {
+    struct Case {
+        const char* file;
+        const char* text;
+        void (*read)(Course&, Host&);
+    } cases[] = {
+        {"gb_export.csv", "\"", ReadBlackboardGradebook},
+        {"gb_export.csv", "\"\"\"", ReadBlackboardGradebook},
+        {"gradesexport.csv", "\xEF\xBB\xBF", ReadD2LGradebook},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        TempCourse folder;
+        folder.Write(c.file, c.text);
+        Course course;
+        course.AppPath = folder.Path();
+        RecordingHost host;
+        c.read(course, host);
+        EXPECT_EQ(course.NumRosterIDs, 0);
+        EXPECT_EQ(host.messages.size(), 1u);
+    }
+}
+
+// ---- Run-time error 9 --------------------------------------------------------------------------
+
+TEST(Safety, TooManyVotersNamesTheTableTheFileAndTheLine) {
+    test::LogPlan plan;
+    for (int i = 0; i <= kMaxVoters; ++i)
+        plan.voters.push_back({"#A" + std::to_string(i), "", {"A"}});
+    const std::string text = test::LogText(plan);
+    Course course;
+    try {
+        ReadSessionLogText(course, "/course/SessionData/L0909111030.csv", text);
+        FAIL() << "no error";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Message(),
+                  "Run-time error '9': Subscript out of range\nTable Votes, row 4001 (rows 0 to "
+                  "4000)\nFile /course/SessionData/L0909111030.csv, line 4011");
+    }
+}
+
+}  // namespace
+}  // namespace tallory

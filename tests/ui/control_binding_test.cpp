@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QListWidget>
+#include <QScrollBar>
+#include <string>
+#include <vector>
+
+#include "QtEnvironment.h"
+#include "ui/ControlBinding.h"
+
+namespace tallory {
+namespace {
+
+// A list whose screen keeps its rows: what shows after each change of the rows and selection,
+// and whether showing it ever looked like a choice by the user.
+TEST(ControlBinding, ListsFollowTheRowsTheScreenKeeps) {
+    QWidget window;
+    auto* combo = new QComboBox(&window);
+    auto* list = new QListWidget(&window);
+    ControlState comboState;
+    ControlState listState;
+    std::vector<std::string> rows;
+    ControlBinding binding;
+    binding.Bind(combo, comboState, rows);
+    binding.Bind(list, listState, rows);
+    int emitted = 0;
+    QObject::connect(combo, &QComboBox::currentIndexChanged, [&] { ++emitted; });
+    QObject::connect(list, &QListWidget::currentRowChanged, [&] { ++emitted; });
+
+    const struct {
+        std::vector<std::string> rows;
+        int index;
+    } steps[] = {
+        {{"1A2D6E", "777"}, 0},
+        {{"1A2D6E", "888"}, 1},  // same count, another row: shown all the same
+        {{"1A2D6E"}, -1},
+        {{}, -1},
+        {{"Chen Wei (1003)", "Chen Lin (1004)", "Dubois Camille (1005)"}, 2},
+    };
+    for (const auto& step : steps) {
+        rows = step.rows;
+        comboState.index = listState.index = step.index;
+        binding.Paint();
+        QStringList shownCombo;
+        QStringList shownList;
+        for (int i = 0; i < combo->count(); ++i) shownCombo << combo->itemText(i);
+        for (int i = 0; i < list->count(); ++i) shownList << list->item(i)->text();
+        QStringList wanted;
+        for (const std::string& row : step.rows) wanted << QString::fromStdString(row);
+        EXPECT_EQ(shownCombo, wanted);
+        EXPECT_EQ(shownList, wanted);
+        EXPECT_EQ(combo->currentIndex(), step.index);
+        EXPECT_EQ(list->currentRow(), step.index);
+    }
+    EXPECT_EQ(emitted, 0);
+
+    // Rows that read the same are not put in again: the list keeps its items.
+    QListWidgetItem* first = list->item(0);
+    listState.index = 0;
+    binding.Paint();
+    EXPECT_EQ(list->item(0), first);
+    EXPECT_EQ(list->currentRow(), 0);
+}
+
+TEST(ControlBinding, TicksAndScrollBarsPaintWithoutSignals) {
+    QWidget window;
+    auto* tick = new QCheckBox(&window);
+    auto* bar = new QScrollBar(&window);
+    ControlState tickState;
+    ListScroll scroll;
+    ControlBinding binding;
+    binding.Bind(tick, tickState);
+    binding.Bind(bar, scroll);
+    int emitted = 0;
+    QObject::connect(tick, &QCheckBox::toggled, [&] { ++emitted; });
+    QObject::connect(bar, &QScrollBar::valueChanged, [&] { ++emitted; });
+
+    tickState.checked = true;
+    tickState.enabled = false;
+    scroll = {.minimum = 0, .maximum = 12, .value = 9, .largeChange = 9, .enabled = true};
+    binding.Paint();
+    EXPECT_TRUE(tick->isChecked());
+    EXPECT_FALSE(tick->isEnabled());
+    EXPECT_EQ(bar->maximum(), 12);
+    EXPECT_EQ(bar->value(), 9);
+    EXPECT_EQ(bar->pageStep(), 9);
+    EXPECT_TRUE(bar->isEnabled());
+
+    // A list that fits: the bar is inactive, and a maximum under the minimum gives an empty range.
+    scroll = {.minimum = 0, .maximum = -3, .value = 0, .largeChange = 9, .enabled = false};
+    binding.Paint();
+    EXPECT_EQ(bar->maximum(), 0);
+    EXPECT_EQ(bar->value(), 0);
+    EXPECT_FALSE(bar->isEnabled());
+    EXPECT_EQ(emitted, 0);
+}
+
+}  // namespace
+}  // namespace tallory
