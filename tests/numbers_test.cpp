@@ -29,6 +29,27 @@ int CountDisagreements(const std::vector<std::string>& texts) {
         bool fastNumeric = ToDouble(text, fast);
         bool referenceNumeric = ToDoubleReference(text, reference);
         double leading = LeadingNumber(text), leadingReference = LeadingNumberReference(text);
+        // The look-up for texts inside a line reads 8 bytes whatever the text's length: the
+        // bytes past the text must not matter.
+        const std::string padded = text + "9,9\"9e9x9";
+        double inLine = -7;
+        int16_t counter = -7, counterInLine = -7;
+        bool inLineNumeric =
+            ToDoubleReadable(std::string_view(padded).substr(0, text.size()), inLine);
+        bool counterFits = ToInt16(text, counter);
+        bool counterInLineFits =
+            ToInt16Readable(std::string_view(padded).substr(0, text.size()), counterInLine);
+        int16_t rounded = -7;
+        bool roundedFits = referenceNumeric && RoundToInt16(reference, rounded);
+        if (inLineNumeric != referenceNumeric || Bits(inLine) != Bits(reference) ||
+            counterFits != roundedFits || counter != rounded || counterInLineFits != roundedFits ||
+            counterInLine != rounded) {
+            if (++wrong <= 10)
+                ADD_FAILURE() << "\"" << text << "\": in a line " << inLineNumeric << " " << inLine
+                              << ", as a count " << counterFits << " " << counter << " / "
+                              << counterInLineFits << " " << counterInLine;
+            continue;
+        }
         if (fastNumeric != referenceNumeric || Bits(fast) != Bits(reference) ||
             Bits(leading) != Bits(leadingReference) || IsNumeric(text) != referenceNumeric) {
             if (++wrong <= 10)

@@ -62,18 +62,102 @@ struct QuestionRec {
     int16_t Anonymous = kFalse;
 };
 
-// One voter of the session last read. The per-question arrays grow as questions are touched and
+// One question's values for one voter.
+struct VoteSlot {
+    double Score = 0;
+    double FinalTime = 0;
+    double FirstTime = 0;
+    int16_t Answer = 0;
+    int16_t FirstAnswer = 0;
+    int16_t Attempts = 0;
+};
+
+// What a question no column has touched reads as.
+inline constexpr VoteSlot kUntouchedSlot{};
+
+class VoteRec;
+
+// One per-question value of a voter, for questions 0..kMaxQuestions, read and written as a table
+// of its own (vote.Answer[q]); the values live in the voter's slots, one per question.
+template <class T, T VoteSlot::*Member>
+class VoteColumn {
+  public:
+    VoteColumn(VoteRec* owner, const char* name) : owner_(owner), name_(name) {}
+    VoteColumn(const VoteColumn&) = delete;
+    VoteColumn& operator=(const VoteColumn&) = delete;
+
+    inline T& operator[](long index);
+    inline const T& operator[](long index) const;
+
+  private:
+    VoteRec* owner_;
+    const char* name_;
+};
+
+// One voter of the session last read. The per-question values grow as questions are touched and
 // are never cleared, so a short data line keeps what an earlier log left in the later questions.
-struct VoteRec {
+// They are kept question by question, the six values of a question side by side, as the log
+// reader and the scoring go through them.
+class VoteRec {
+  public:
     std::string StudentId;
     std::string RemoteId;
-    Table<int16_t, kMaxQuestions> Answer{"Answer"};
-    Table<double, kMaxQuestions> FinalTime{"FinalTime"};
-    Table<double, kMaxQuestions> FirstTime{"FirstTime"};
-    Table<int16_t, kMaxQuestions> FirstAnswer{"FirstAnswer"};
-    Table<int16_t, kMaxQuestions> Attempts{"Attempts"};
-    Table<double, kMaxQuestions> Score{"Score"};
+    VoteColumn<int16_t, &VoteSlot::Answer> Answer{this, "Answer"};
+    VoteColumn<double, &VoteSlot::FinalTime> FinalTime{this, "FinalTime"};
+    VoteColumn<double, &VoteSlot::FirstTime> FirstTime{this, "FirstTime"};
+    VoteColumn<int16_t, &VoteSlot::FirstAnswer> FirstAnswer{this, "FirstAnswer"};
+    VoteColumn<int16_t, &VoteSlot::Attempts> Attempts{this, "Attempts"};
+    VoteColumn<double, &VoteSlot::Score> Score{this, "Score"};
+
+    VoteRec() = default;
+    // The columns stay with their own voter: only the values are copied or moved.
+    VoteRec(const VoteRec& other)
+        : StudentId(other.StudentId), RemoteId(other.RemoteId), slots_(other.slots_) {}
+    VoteRec(VoteRec&& other) noexcept
+        : StudentId(std::move(other.StudentId)),
+          RemoteId(std::move(other.RemoteId)),
+          slots_(std::move(other.slots_)) {}
+    VoteRec& operator=(const VoteRec& other) {
+        StudentId = other.StudentId;
+        RemoteId = other.RemoteId;
+        slots_ = other.slots_;
+        return *this;
+    }
+    VoteRec& operator=(VoteRec&& other) noexcept {
+        StudentId = std::move(other.StudentId);
+        RemoteId = std::move(other.RemoteId);
+        slots_ = std::move(other.slots_);
+        return *this;
+    }
+
+    // Slots 0 to `last` as one array, as touching question `last` of every column would leave
+    // them; an index past the bounds is run-time error 9 under the name given.
+    VoteSlot* SlotsUpTo(long last, const char* name = "Answer") {
+        if (last < 0 || last > kMaxQuestions) CheckSubscript(last, 0, kMaxQuestions, name);
+        if (static_cast<size_t>(last) >= slots_.size()) slots_.resize(last + 1);
+        return slots_.data();
+    }
+    // The slot of a question, or nullptr when no column has touched it yet.
+    const VoteSlot* Slot(long index, const char* name) const {
+        if (index < 0 || index > kMaxQuestions) CheckSubscript(index, 0, kMaxQuestions, name);
+        return static_cast<size_t>(index) < slots_.size() ? &slots_[index] : nullptr;
+    }
+
+  private:
+    std::vector<VoteSlot> slots_;
 };
+
+template <class T, T VoteSlot::*Member>
+T& VoteColumn<T, Member>::operator[](long index) {
+    return owner_->SlotsUpTo(index, name_)[index].*Member;
+}
+
+template <class T, T VoteSlot::*Member>
+const T& VoteColumn<T, Member>::operator[](long index) const {
+    const VoteSlot* slot = static_cast<const VoteRec*>(owner_)->Slot(index, name_);
+    if (slot == nullptr) return kUntouchedSlot.*Member;
+    return slot->*Member;
+}
 
 struct StudentRec {
     std::string StudentId;

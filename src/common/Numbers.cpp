@@ -259,59 +259,43 @@ bool ConvertWhole(std::string_view text, double& value) {
     return true;
 }
 
-// A log repeats a few hundred short texts millions of times (" 0 ", " 1 ", "A ", " 12.5 "), so
-// the answers for texts of up to 8 characters are remembered. The key is the text's bytes in one
-// word with blanks after its end: texts with the same key differ only in trailing blanks, which
-// the conversion drops, so they have the same answer.
-constexpr int kRememberedBits = 10;
-
-struct Remembered {
-    uint64_t key = 0;
-    double value = 0;
-    signed char numeric = -1;  // -1: nothing remembered yet
-};
-
-// The bytes of a text of 1 to 8 characters, the first in the lowest byte, blanks after its end.
-uint64_t KeyOf(std::string_view text) {
-    const char* p = text.data();
-    const size_t n = text.size();
-    uint64_t key;
-    if (n >= 4) {
-        // Two loads that overlap in the middle, where both hold the same bytes.
-        uint32_t low, high;
-        std::memcpy(&low, p, 4);
-        std::memcpy(&high, p + n - 4, 4);
-        key = low | (uint64_t{high} << (8 * (n - 4)));
-    } else {
-        key = uint64_t{static_cast<unsigned char>(p[0])} |
-              uint64_t{static_cast<unsigned char>(p[n / 2])} << (8 * (n / 2)) |
-              uint64_t{static_cast<unsigned char>(p[n - 1])} << (8 * (n - 1));
-    }
-    if (n < 8) key |= uint64_t{0x2020202020202020} << (8 * n);
-    return key;
-}
-
 }  // namespace
 
-bool ToDouble(std::string_view text, double& value) {
-    // The key relies on the first character landing in the lowest byte.
-    if (std::endian::native != std::endian::little || text.empty() ||
-        text.size() > sizeof(uint64_t))
-        return ConvertWhole(text, value);
-    thread_local Remembered remembered[1 << kRememberedBits];
+namespace remembered_numbers {
+
+void Remember(std::string_view text, uint64_t key, Entry& entry) {
+    double converted = 0;
+    bool numeric = ConvertWhole(text, converted);
+    entry.key = key;
+    entry.value = converted;
+    entry.numeric = numeric ? 1 : 0;
+    entry.fitsInt16 = numeric && RoundToInt16(converted, entry.counter);
+}
+
+bool ToDoubleMissed(std::string_view text, double& value) {
+    if (!Rememberable(text)) return ConvertWhole(text, value);
     const uint64_t key = KeyOf(text);
-    Remembered& entry = remembered[(key * 0x9E3779B97F4A7C15) >> (64 - kRememberedBits)];
-    if (entry.key != key || entry.numeric < 0) {
-        double converted = 0;
-        bool numeric = ConvertWhole(text, converted);
-        entry.key = key;
-        entry.value = converted;
-        entry.numeric = numeric ? 1 : 0;
-    }
+    Entry& entry = EntryOf(key);
+    Remember(text, key, entry);
     if (entry.numeric == 0) return false;
     value = entry.value;
     return true;
 }
+
+bool ToInt16Missed(std::string_view text, int16_t& value) {
+    if (!Rememberable(text)) {
+        double converted;
+        return ConvertWhole(text, converted) && RoundToInt16(converted, value);
+    }
+    const uint64_t key = KeyOf(text);
+    Entry& entry = EntryOf(key);
+    Remember(text, key, entry);
+    if (!entry.fitsInt16) return false;
+    value = entry.counter;
+    return true;
+}
+
+}  // namespace remembered_numbers
 
 bool ToDoubleReference(std::string_view text, double& value) {
     text = TrimBlanks(text);
@@ -329,12 +313,6 @@ bool RoundToInt16(double value, int16_t& result) {
     if (!(rounded >= -32768 && rounded <= 32767)) return false;
     result = static_cast<int16_t>(rounded);
     return true;
-}
-
-bool ToInt16(std::string_view text, int16_t& value) {
-    double converted;
-    if (!ToDouble(text, converted)) return false;
-    return RoundToInt16(converted, value);
 }
 
 double LeadingNumber(std::string_view text) {

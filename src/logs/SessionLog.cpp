@@ -39,11 +39,14 @@ std::string_view StripLeading(std::string_view text, char c) {
     return text.substr(at);
 }
 
-// Number of the question groups a line holds: a group counts when its first field is there.
+// Number of the question groups of a line whose last field has index `count`: a group counts when
+// its first field is there.
+int GroupsOfCount(int count) {
+    return count < kFirstGroupField ? 0 : (count - kFirstGroupField) / kGroupWidth + 1;
+}
+
 int GroupsOf(const Fields& fields) {
-    return fields.Count() < kFirstGroupField
-               ? 0
-               : (fields.Count() - kFirstGroupField) / kGroupWidth + 1;
+    return GroupsOfCount(fields.Count());
 }
 
 std::string_view GroupField(const Fields& fields, int question, int column) {
@@ -62,15 +65,6 @@ int16_t CounterOf(double value) {
     int16_t counter;
     if (!RoundToInt16(value, counter)) throw RunTimeError(kOverflow);
     return counter;
-}
-
-// Conversions of the per-question values of a data line: a value that does not convert leaves
-// what the row held before, which is how the letter in the First Response column is passed over.
-void KeepIfNumeric(std::string_view text, double& target) {
-    ToDouble(text, target);
-}
-void KeepIfNumeric(std::string_view text, int16_t& target) {
-    ToInt16(text, target);
 }
 
 // A setting of line 1 ("  Performance =  5 "): the number after the first "=", or the whole
@@ -166,50 +160,103 @@ int ReadHeaderLines(Course& course, LineReader& reader, std::string& line) {
     return count;
 }
 
-// Rows 0 to `last` of a vote table as one array. Touching the last row allocates the rows before
-// it, as touching each of them in turn would, so the values read and written stay the same.
-template <class T, int Upper>
-T* RowsUpTo(Table<T, Upper>& table, int last) {
-    table[last];
-    return &table[0];
+// The values of question `q` of a data line from its six fields, `field(0)` to `field(5)`. A value
+// that does not convert leaves what the row held before, which is how the letter in the First
+// Response column is passed over; so does a count outside 16 bits. `readable` when 8 bytes from
+// the start of each number field may be read.
+template <bool readable = false, class FieldOf>
+void ConvertGroup(VoteSlot& slot, const FieldOf& field) {
+    auto keepDouble = [](std::string_view text, double& value) {
+        readable ? ToDoubleReadable(text, value) : ToDouble(text, value);
+    };
+    auto keepInt16 = [](std::string_view text, int16_t& value) {
+        readable ? ToInt16Readable(text, value) : ToInt16(text, value);
+    };
+    slot.Answer = AnswerFromLetter(field(kAnswerColumn));
+    keepDouble(field(kPointsColumn), slot.Score);
+    keepDouble(field(kFinalTimeColumn), slot.FinalTime);
+    keepInt16(field(kAttemptsColumn), slot.Attempts);
+    keepInt16(field(kFirstAnswerColumn), slot.FirstAnswer);
+    keepDouble(field(kFirstTimeColumn), slot.FirstTime);
 }
 
-// One data line, split into the caller's `fields` so that a whole log reuses one buffer.
+// A data line's fields straight from the line, for the lines that make up nearly every log: no
+// quotes and no fields past the top index. Field i lies between ends[i - 1] + 1 and ends[i].
+struct PlainLine {
+    std::string_view line;
+    uint32_t ends[kMaxLogFieldIndex + 1];
+    int count;  // index of the last field, as Fields counts it
+
+    // False for a line only the splitter can take apart.
+    bool Split(std::string_view text) {
+        line = text;
+        const int separators = FindSeparators(text, ends, kMaxLogFieldIndex);
+        if (separators < 0) return false;
+        // An empty last field is not counted; a line of one empty field has none.
+        const uint32_t lastBegin = separators == 0 ? 0 : ends[separators - 1] + 1;
+        count = ends[separators] == lastBegin ? separators - 1 : separators;
+        return true;
+    }
+
+    std::string_view operator[](int index) const {
+        if (index > count) return {};
+        const uint32_t begin = index == 0 ? 0 : ends[index - 1] + 1;
+        return line.substr(begin, ends[index] - begin);
+    }
+
+    void ConvertGroups(VoteSlot* slots, int groups) const {
+        const char* text = line.data();
+        for (int q = 1; q <= groups; ++q) {
+            const int first = kFirstGroupField + kGroupWidth * (q - 1);
+            const int last = first + kGroupWidth - 1;
+            if (last < count && ends[last] + sizeof(uint64_t) <= line.size()) {
+                // Every number field of the group has 8 bytes of the line from its start.
+                ConvertGroup<true>(slots[q], [&](int column) {
+                    const uint32_t begin = ends[first + column - 1] + 1;
+                    return std::string_view(text + begin, ends[first + column] - begin);
+                });
+            } else {
+                ConvertGroup(slots[q], [&](int column) { return (*this)[first + column]; });
+            }
+        }
+    }
+};
+
+// One data line, split into the caller's `fields` when it needs the splitter, so that a whole log
+// reuses one buffer.
 void ReadVoteFields(Course& course, std::string_view line, Fields& fields, int& row,
                     int& groupCount) {
-    SplitFields(line, fields);
-    if (fields.Count() < 0) {  // a blank line takes no row
+    PlainLine plain;
+    const bool isPlain = plain.Split(line);
+    if (!isPlain) SplitFields(line, fields);
+    auto field = [&](int index) { return isPlain ? plain[index] : fields[index]; };
+    const int count = isPlain ? plain.count : fields.Count();
+    if (count < 0) {  // a blank line takes no row
         --row;
         return;
     }
-    const int groups = GroupsOf(fields);
+    const int groups = GroupsOfCount(count);
     VoteRec& vote = course.Votes[row];
-    vote.RemoteId = StripLeading(StripLeading(TrimView(fields[0]), '#'), '0');
-    vote.StudentId = TrimView(fields[1]);
+    vote.RemoteId = StripLeading(StripLeading(TrimView(field(0)), '#'), '0');
+    vote.StudentId = TrimView(field(1));
     if (vote.StudentId.empty()) vote.StudentId = RemoteToStudent(course, vote.RemoteId);
     if (vote.StudentId.empty()) vote.StudentId = "#" + vote.RemoteId;
-    if (!fields.Has(2)) {
+    if (count < 2) {
         DebugMessage("Skipped " + std::string(line));
         --row;
         return;
     }
-    vote.Score[0] = FloatOf(fields[2]);
+    vote.Score[0] = FloatOf(field(2));
 
     if (groups > 0) {
-        int16_t* answer = RowsUpTo(vote.Answer, groups);
-        double* score = RowsUpTo(vote.Score, groups);
-        double* finalTime = RowsUpTo(vote.FinalTime, groups);
-        int16_t* attempts = RowsUpTo(vote.Attempts, groups);
-        int16_t* firstAnswer = RowsUpTo(vote.FirstAnswer, groups);
-        double* firstTime = RowsUpTo(vote.FirstTime, groups);
-        for (int q = 1; q <= groups; ++q) {
-            const int group = kFirstGroupField + kGroupWidth * (q - 1);
-            answer[q] = AnswerFromLetter(fields[group + kAnswerColumn]);
-            KeepIfNumeric(fields[group + kPointsColumn], score[q]);
-            KeepIfNumeric(fields[group + kFinalTimeColumn], finalTime[q]);
-            KeepIfNumeric(fields[group + kAttemptsColumn], attempts[q]);
-            KeepIfNumeric(fields[group + kFirstAnswerColumn], firstAnswer[q]);
-            KeepIfNumeric(fields[group + kFirstTimeColumn], firstTime[q]);
+        VoteSlot* slots = vote.SlotsUpTo(groups);
+        if (isPlain) {
+            plain.ConvertGroups(slots, groups);
+        } else {
+            for (int q = 1; q <= groups; ++q) {
+                const int first = kFirstGroupField + kGroupWidth * (q - 1);
+                ConvertGroup(slots[q], [&](int column) { return fields[first + column]; });
+            }
         }
     }
     groupCount = groups;

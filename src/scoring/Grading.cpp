@@ -1,5 +1,6 @@
 #include "scoring/Grading.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -16,11 +17,15 @@ namespace {
 // percentages shown later never divide by zero.
 constexpr double kNoPointsYet = 1E-10;
 
+[[noreturn, gnu::noinline]] void CounterOverflow(const char* what) {
+    throw RunTimeError(kOverflow, std::string("Counter ") + what);
+}
+
 // Counters are 16-bit: passing that range is an overflow that ends the run, never a wrap.
-void Raise(int16_t& counter, int amount, const char* what) {
+inline void Raise(int16_t& counter, int amount, const char* what) {
     int raised = counter + amount;
-    if (raised < INT16_MIN || raised > INT16_MAX)
-        throw RunTimeError(kOverflow, std::string("Counter ") + what);
+    if (raised < INT16_MIN || raised > INT16_MAX) [[unlikely]]
+        CounterOverflow(what);
     counter = static_cast<int16_t>(raised);
 }
 
@@ -66,19 +71,22 @@ T* RowsUpTo(Table<T, Upper>& table, int last) {
 // One voter's session points: the final answers on live questions, held at the cap after every
 // question, then the participation points, which the cap does not hold. `liveRows` lists the
 // live questions in order; `questions` is the table's rows 0..NumQuestions.
+// What each answer 0..6 adds to a live question's average: its points divided by the number of
+// voters, worked out once per question rather than once per voter, to the same double.
+using VoterShares = std::array<double, kNoAnswer + 1>;
+
 void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liveRows,
-                QuestionRec* questions) {
+                QuestionRec* questions, const std::vector<VoterShares>& shares) {
     const bool capped = course.SessPerformance >= 0;
     const double cap = course.SessPerformance;
-    const int voters = course.NumVoters;
-    const int16_t* answers = RowsUpTo(vote.Answer, course.NumQuestions);
-    double* scores = RowsUpTo(vote.Score, course.NumQuestions);
+    VoteSlot* slots = vote.SlotsUpTo(course.NumQuestions);
+    double& total = slots[0].Score;
     int16_t responses = 0;
     int16_t earned = 0;
-    scores[0] = 0;
+    total = 0;
     for (int q : liveRows) {
         QuestionRec& question = questions[q];
-        int16_t answer = answers[q];
+        int16_t answer = slots[q].Answer;
         if (answer == kAnonymousAnswer) {
             // Nobody may see an anonymous answer: it counts as a response and earns nothing.
             Raise(responses, 1, "responses");
@@ -86,17 +94,17 @@ void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liv
             continue;
         }
         double points = ChoicePointsOf(question, answer);
-        question.AveragePoints += points / voters;
-        scores[q] = points;
-        scores[0] += points;
-        if (capped && scores[0] > cap) scores[0] = cap;
+        question.AveragePoints += shares[q][answer];
+        slots[q].Score = points;
+        total += points;
+        if (capped && total > cap) total = cap;
         if (points > 0) Raise(earned, 1, "earned");
         // A choice A to E is a response; no answer (6) and a row the log never filled (0) are not.
         if (answer >= 1 && answer < kNoAnswer) Raise(responses, 1, "responses");
         question.Anonymous = kFalse;
     }
     if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
-        scores[0] += course.SessParticipation;
+        total += course.SessParticipation;
 }
 
 // ResponseCount[0] of a question with per-voter answers becomes the sum of its choices; an
@@ -164,10 +172,14 @@ void RecomputeSession(Course& course) {
     for (int q = 1; q <= course.NumQuestions; ++q)
         if (live[q]) liveRows.push_back(q);
     QuestionRec* questions = RowsUpTo(course.Questions, course.NumQuestions);
+    std::vector<VoterShares> shares(course.NumQuestions + 1);
+    for (int q : liveRows)
+        for (int answer = 0; answer <= kNoAnswer; ++answer)
+            shares[q][answer] = questions[q].ChoicePoints[answer] / course.NumVoters;
     double classSum = 0;
     for (int r = 1; r <= course.NumVoters; ++r) {
         VoteRec& vote = course.Votes[r];
-        ScoreVoter(course, vote, liveRows, questions);
+        ScoreVoter(course, vote, liveRows, questions, shares);
         classSum += vote.Score[0];
     }
     course.Questions[0].AveragePoints = course.NumVoters > 0 ? classSum / course.NumVoters : 0;

@@ -49,7 +49,58 @@ uint32_t DropQuotes(char* text, uint32_t begin, uint32_t end) {
     return to - begin;
 }
 
+#ifdef __SSE2__
+// Bit i set when byte i of the block is a comma or a line feed, in `separators`, or a double
+// quote, in the return value.
+uint32_t SeparatorBytes(const char* block, uint32_t& separators) {
+    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
+    separators = static_cast<uint32_t>(_mm_movemask_epi8(_mm_or_si128(
+        _mm_cmpeq_epi8(bytes, _mm_set1_epi8(',')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')))));
+    return static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'))));
+}
+#endif
+
 }  // namespace
+
+int FindSeparators(std::string_view line, uint32_t* ends, int limit) {
+    const char* text = line.data();
+    const size_t size = line.size();
+    int count = 0;
+    size_t block = 0;
+#ifdef __SSE2__
+    // Two blocks at a time: one mask of 32 bits.
+    constexpr size_t kPair = 2 * kBlock;
+    while (block + kBlock <= size) {
+        uint32_t separators, high = 0;
+        uint32_t quotes = SeparatorBytes(text + block, separators);
+        const size_t step = block + kPair <= size ? kPair : kBlock;
+        if (step == kPair) quotes |= SeparatorBytes(text + block + kBlock, high);
+        if (quotes != 0) return -1;
+        separators |= high << kBlock;
+        // A step adds at most one separator per byte: only near the limit is it counted.
+        if (count + static_cast<int>(kPair) > limit) {
+            int inPair = 0;
+            for (uint32_t rest = separators; rest != 0; rest &= rest - 1) ++inPair;
+            if (count + inPair > limit) return -1;
+        }
+        while (separators != 0) {
+            ends[count++] = static_cast<uint32_t>(block) + __builtin_ctz(separators);
+            separators &= separators - 1;
+        }
+        block += step;
+    }
+#endif
+    for (size_t at = block; at < size; ++at) {
+        const char c = text[at];
+        if (c == '"') return -1;
+        if (c == ',' || c == '\n') {
+            if (count == limit) return -1;
+            ends[count++] = static_cast<uint32_t>(at);
+        }
+    }
+    ends[count] = static_cast<uint32_t>(size);
+    return count;
+}
 
 void SplitFields(std::string_view line, Fields& fields) {
     // The fields are worked out in a copy of the line: a separator past the top index becomes

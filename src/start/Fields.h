@@ -42,6 +42,14 @@ class Fields {
 // top index are joined onto the last one with ":"; an empty last field is not counted.
 void SplitFields(std::string_view line, Fields& fields);
 
+// The separators of a line that has no double quote, for readers that take fields straight from
+// the line: the positions of its commas and line feeds in order, then the line's size, into
+// `ends`, which must hold `limit` + 1 entries. Returns the number of separators; -1 when the line
+// holds a double quote or more than `limit` separators, whose fields only SplitFields gives. With
+// `limit` the top index of a Fields, field i of SplitFields is the text between ends[i - 1] + 1
+// (0 for the first) and ends[i].
+int FindSeparators(std::string_view line, uint32_t* ends, int limit);
+
 // True when both texts, trimmed and in upper case, are equal.
 bool SameText(std::string_view a, std::string_view b);
 
