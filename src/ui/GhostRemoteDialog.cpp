@@ -27,14 +27,7 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
     auto* root = new QVBoxLayout(this);
     root->setContentsMargins(18, 14, 18, 14);
     root->setSpacing(10);
-    auto* tabs = new QHBoxLayout;
-    tabs->setSpacing(0);
-    cmdUnRegisteredClickers_ = MakeTab(this, "CmdUnRegisteredClickers");
-    cmdUnRegisteredStudents_ = MakeTab(this, "CmdUnRegisteredStudents");
-    tabs->addWidget(cmdUnRegisteredClickers_);
-    tabs->addWidget(cmdUnRegisteredStudents_);
-    tabs->addStretch(1);
-    root->addLayout(tabs);
+    root->addLayout(MakeTabRow(this, cmdUnRegisteredClickers_, cmdUnRegisteredStudents_));
     root->addWidget(MakeHelp(this, GhostRemoteScreen::kHelpTitle, GhostRemoteScreen::HelpText()));
 
     auto* panel = new QFrame(this);

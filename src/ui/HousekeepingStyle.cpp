@@ -1,6 +1,7 @@
 #include "ui/HousekeepingStyle.h"
 
 #include <QFrame>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -38,6 +39,17 @@ QPushButton* MakeTab(QWidget* parent, const char* name) {
     tab->setCheckable(true);
     tab->setAutoDefault(false);
     return tab;
+}
+
+QHBoxLayout* MakeTabRow(QWidget* parent, QPushButton*& clickers, QPushButton*& students) {
+    auto* tabs = new QHBoxLayout;
+    tabs->setSpacing(0);
+    clickers = MakeTab(parent, "CmdUnRegisteredClickers");
+    students = MakeTab(parent, "CmdUnRegisteredStudents");
+    tabs->addWidget(clickers);
+    tabs->addWidget(students);
+    tabs->addStretch(1);
+    return tabs;
 }
 
 QPushButton* MakeButton(QWidget* parent, const char* name) {

@@ -8,6 +8,7 @@ class QFrame;
 class QLineEdit;
 class QPushButton;
 class QWidget;
+class QHBoxLayout;
 
 namespace tallory {
 
@@ -16,6 +17,8 @@ extern const char* const kHousekeepingStyle;
 
 // A tab of the two lists (checkable; the current one is checked).
 QPushButton* MakeTab(QWidget* parent, const char* name);
+// The row of the two tabs, clickers then students, both lists' screens start with.
+QHBoxLayout* MakeTabRow(QWidget* parent, QPushButton*& clickers, QPushButton*& students);
 QPushButton* MakeButton(QWidget* parent, const char* name);
 // The help note: a bold title over its text.
 QFrame* MakeHelp(QWidget* parent, std::string_view title, std::string_view text);
