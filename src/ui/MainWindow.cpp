@@ -347,10 +347,12 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     Scale(cmdViewAll_, kTextPoints);
     connect(cmdViewAll_, &QPushButton::clicked, this,
             [this] { Guarded([&] { OpenViewAll(this, course_, host_, grid_); }); });
-    footer->addWidget(cmdHelp_);
-    footer->addWidget(cmdViewAll_);
-    footer->addWidget(CmdWebUpdate_);
-    footer->addStretch(1);
+    // The course's commands stand in a row of their own above Help and Exit, so that every caption
+    // stays whole on a 1024 x 768 screen.
+    auto* commands = new QHBoxLayout;
+    commands->addWidget(cmdViewAll_);
+    commands->addWidget(CmdWebUpdate_);
+    commands->addStretch(1);
     // The grade exports, in the format the course was opened with (lblCMS's tag).
     cmdExportAll_ = new QPushButton("Export All", this);
     cmdExportAll_->setObjectName("CmdExportAll");
@@ -359,17 +361,21 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     for (QPushButton* button : {cmdExportAll_, cmdExportSelected_}) {
         Scale(button, kTextPoints);
         button->setMinimumWidth(130);
-        footer->addWidget(button);
+        commands->addWidget(button);
     }
     connect(cmdExportAll_, &QPushButton::clicked, this,
             [this] { Guarded([&] { ExportAll(course_, host_, grid_.Format().tag); }); });
     connect(cmdExportSelected_, &QPushButton::clicked, this,
             [this] { Guarded([&] { ExportSelected(course_, host_, grid_.Format().tag); }); });
+    root->addLayout(commands);
+
+    footer->addWidget(cmdHelp_);
     footer->addStretch(1);
-    footer->addWidget(lblSessionSummaryReport_, 0, Qt::AlignVCenter);
-    footer->addWidget(lblTermSummaryReport_, 0, Qt::AlignVCenter);
-    footer->addWidget(lblSyncWebRegn_, 0, Qt::AlignVCenter);
-    footer->addSpacing(12);
+    for (CommandLabel* link : {lblSessionSummaryReport_, lblTermSummaryReport_, lblSyncWebRegn_}) {
+        footer->addWidget(link, 0, Qt::AlignVCenter);
+        footer->addSpacing(12);
+    }
+    footer->addStretch(1);
     footer->addWidget(cmdExit_);
     root->addLayout(footer);
 }
