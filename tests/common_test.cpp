@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <tuple>
+
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
 #include "common/LinePrinter.h"
@@ -14,27 +17,20 @@ namespace tallory {
 namespace {
 
 TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
-    struct Case {
-        double value;
-        const char* item;
-        const char* text;
-    } cases[] = {
+    // NumberText's general form is checked against the printer in numbers_test; here the item's
+    // sign place, the dropped zero before the point and the trailing blank.
+    const std::tuple<double, const char*, const char*> cases[] = {
         {12, " 12 ", "12"},
-        {-1, "-1 ", "-1"},
-        {0.5, " .5 ", "0.5"},
         {-0.5, "-.5 ", "-0.5"},
         {0, " 0 ", "0"},
-        {2.5, " 2.5 ", "2.5"},
-        {1e-10, " 1E-10 ", "1E-10"},
         {1.0 / 3, " .333333333333333 ", "0.333333333333333"},
-        {0.1 + 0.2, " .3 ", "0.3"},
-        {123456789012345.0, " 123456789012345 ", "123456789012345"},
         {1e15, " 1E+15 ", "1E+15"},
         {-1e-10, "-1E-10 ", "-1E-10"},
+        {0.1 + 0.2, " .3 ", "0.3"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(NumberItem(c.value), c.item) << c.value;
-        EXPECT_EQ(NumberText(c.value), c.text) << c.value;
+    for (const auto& [value, item, text] : cases) {
+        EXPECT_EQ(NumberItem(value), item) << value;
+        EXPECT_EQ(NumberText(value), text) << value;
     }
 }
 
@@ -43,7 +39,7 @@ TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
         double value;
         int places;
         double even;
-        const char* fixed;
+        const char* fixed;  // to two places
     } cases[] = {
         {47.5, 0, 48, "47.50"},        {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
         {2.675, 2, 2.68, "2.68"},      {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
@@ -59,23 +55,16 @@ TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
 }
 
 TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
-    struct Case {
-        const char* text;
-        bool numeric;
-        double value;
-    } cases[] = {
-        {" 12 ", true, 12},     {"-1", true, -1},  {" .5", true, 0.5},  {"+3", true, 3},
-        {"1E-10", true, 1e-10}, {"2.", true, 2},   {"", false, 0},      {" ", false, 0},
-        {"A", false, 0},        {"1,5", false, 0}, {"12abc", false, 0}, {".", false, 0},
-        {"-", false, 0},        {"1e", false, 0},
+    // nullopt: not a number. numbers_test holds the fast conversions to the reference ones.
+    const std::pair<const char*, std::optional<double>> cases[] = {
+        {" 12 ", 12}, {" .5", 0.5}, {"+3", 3},     {"1E-10", 1e-10}, {"2.", 2}, {"", {}},
+        {" ", {}},    {"1,5", {}},  {"12abc", {}}, {".", {}},        {"-", {}}, {"1e", {}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, number] : cases) {
         double value = -99;
-        EXPECT_EQ(IsNumeric(c.text), c.numeric) << c.text;
-        EXPECT_EQ(ToDouble(c.text, value), c.numeric) << c.text;
-        if (c.numeric) {
-            EXPECT_DOUBLE_EQ(value, c.value) << c.text;
-        }
+        EXPECT_EQ(IsNumeric(text), number.has_value()) << text;
+        EXPECT_EQ(ToDouble(text, value), number.has_value()) << text;
+        EXPECT_DOUBLE_EQ(number ? value : 0, number.value_or(0)) << text;
     }
     int16_t small = 0;
     EXPECT_TRUE(ToInt16(" 2.5 ", small));
@@ -124,11 +113,8 @@ TEST(LineReader, EndsLinesAtCrOrCrLfAndKeepsLoneLf) {
     EXPECT_EQ(reader.LineNumber(), 5);
 
     course.Write("empty.txt", "");
-    LineReader empty(course.File("empty.txt"));
     std::string line;
-    EXPECT_TRUE(empty.AtEnd());
-    EXPECT_FALSE(empty.ReadLine(line));
-
+    EXPECT_FALSE(LineReader(course.File("empty.txt")).ReadLine(line));
     LineReader missing(course.File("missing.txt"));
     EXPECT_FALSE(missing.IsOpen());
     EXPECT_FALSE(missing.ReadLine(line));
@@ -137,9 +123,8 @@ TEST(LineReader, EndsLinesAtCrOrCrLfAndKeepsLoneLf) {
     std::string longLine(200000, 'x');
     course.Write("long.txt", longLine + "\r\n" + longLine + "\r");
     LineReader longer(course.File("long.txt"));
-    std::vector<std::string> longLines;
-    while (longer.ReadLine(line)) longLines.push_back(line);
-    EXPECT_EQ(longLines, (std::vector<std::string>{longLine, longLine}));
+    for (int i = 0; i < 2; ++i) EXPECT_TRUE(longer.ReadLine(line) && line == longLine) << i;
+    EXPECT_FALSE(longer.ReadLine(line));
 }
 
 TEST(LinePrinter, LeavesTheLastLineOpen) {
@@ -183,26 +168,12 @@ TEST(Paths, ResolveWithoutRegardToCase) {
     EXPECT_EQ(LastComponent("/x/Physics 101/"), "Physics 101");
 }
 
-TEST(Table, IndexPastTheBoundIsSubscriptOutOfRange) {
-    Table<int, 10> table("Ten");
-    table[10] = 5;
-    EXPECT_EQ(table[10], 5);
-    const auto& constant = table;
-    EXPECT_EQ(constant[3], 0);
-    try {
-        table[11] = 1;
-        FAIL();
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), 9);
-        EXPECT_NE(std::string(error.what()).find("Run-time error '9': Subscript out of range"),
-                  std::string::npos);
-    }
-    EXPECT_THROW(table[-1], RunTimeError);
-}
-
 // Error 9 names the table, and the file and line when a file is being read at the time.
 TEST(Table, SubscriptErrorNamesTheTableAndTheFileBeingRead) {
     Table<int, 10> table("Ten");
+    table[10] = 5;
+    EXPECT_EQ(table[10], 5);
+    EXPECT_THROW(table[-1], RunTimeError);
     auto message = [&table] {
         try {
             table[11];

@@ -40,29 +40,24 @@ struct StudentCourse : test::LoadedCourse {
 };
 
 TEST(EditStudent, ActivationShowsTheStudentOrTheRemote) {
+    // A stray clicker shows Remove (its logs) and no Add; a student Save (its clickers) and Add.
     struct {
-        const char* id;
-        const char* shown;
-        const char* name;
-        const char* heading;
+        const char *id, *shown, *name, *heading;
         std::vector<std::string> clickers;
-        const char* clicker;
-        const char* saveCaption;
-        bool saveVisible;
-        bool removeVisible;
-        bool addEnabled;
+        const char *clicker, *saveCaption;
     } rows[] = {
         // clang-format off
-        {"S1", "S1", "Adams , Ann", "Registered Clickers", {"1A2B3C"}, "1A2B3C", "Remove Clicker", true, false, true},
-        {"S2", "S2", "Baker , Bob", "Registered Clickers", {"4D5E6F", "777"}, "4D5E6F", "Remove Clicker", true, false, true},
-        {"S3", "S3", "Clark , Cy", "Registered Clickers", {}, "", "Add Clicker", false, false, true},
-        {"S9", "S9", "", "Registered Clickers", {}, "", "Add Clicker", false, false, true},
-        {"#ABC123", "Unregistered", "", "Unregistered Clicker", {}, "ABC123", "Remove Clicker", false, true, false},
+        {"S1", "S1", "Adams , Ann", "Registered Clickers", {"1A2B3C"}, "1A2B3C", "Remove Clicker"},
+        {"S2", "S2", "Baker , Bob", "Registered Clickers", {"4D5E6F", "777"}, "4D5E6F", "Remove Clicker"},
+        {"S3", "S3", "Clark , Cy", "Registered Clickers", {}, "", "Add Clicker"},
+        {"S9", "S9", "", "Registered Clickers", {}, "", "Add Clicker"},
+        {"#ABC123", "Unregistered", "", "Unregistered Clicker", {}, "ABC123", "Remove Clicker"},
         // clang-format on
     };
     StudentCourse fixture;
     for (const auto& row : rows) {
         EditStudentScreen screen = fixture.Open(row.id);
+        const bool stray = row.id[0] == '#';
         EXPECT_EQ(screen.lblStudentID().text, row.shown) << row.id;
         EXPECT_EQ(screen.lblLastName().text, row.name) << row.id;
         EXPECT_EQ(screen.Label4().text, row.heading) << row.id;
@@ -70,10 +65,9 @@ TEST(EditStudent, ActivationShowsTheStudentOrTheRemote) {
         EXPECT_EQ(screen.cmbClickList().index, row.clickers.empty() ? -1 : 0) << row.id;
         EXPECT_EQ(screen.lblClickerID().text, row.clicker) << row.id;
         EXPECT_EQ(screen.cmdSave().text, row.saveCaption) << row.id;
-        EXPECT_EQ(screen.cmdSave().visible, row.saveVisible) << row.id;
-        EXPECT_EQ(screen.cmdRemove().visible, row.removeVisible) << row.id;
-        EXPECT_EQ(screen.cmdRemove().enabled, row.removeVisible) << row.id;
-        EXPECT_EQ(screen.CmdAdd().enabled, row.addEnabled) << row.id;
+        EXPECT_EQ(screen.cmdSave().visible, !row.clickers.empty()) << row.id;
+        EXPECT_EQ(screen.cmdRemove().visible, stray) << row.id;
+        EXPECT_EQ(screen.CmdAdd().enabled, !stray) << row.id;
     }
 }
 
@@ -101,10 +95,8 @@ TEST(EditStudent, ABlankNewClickerChangesNothing) {
     ASSERT_EQ(fixture.host.messages.size(), 1u);
     EXPECT_EQ(fixture.host.messages[0].text, "New clicker id cannot be blank");
     EXPECT_EQ(fixture.host.messages[0].title, "New Clicker Id Required");
-    EXPECT_EQ(fixture.host.messages[0].icon, Icon::Information);
     EXPECT_TRUE(screen.FocusNewClicker());
     EXPECT_FALSE(screen.Closed());
-    EXPECT_TRUE(screen.Form().visible);
     EXPECT_TRUE(fixture.host.written.empty());
     EXPECT_EQ(fixture.course.NumRemotes, 4);
     EXPECT_TRUE(EditStudentScreen::TxtNewClickerIdKey('b'));
@@ -117,20 +109,16 @@ TEST(EditStudent, AddingAClickerRegistersItAndPassesOverTheLogs) {
     screen.TxtNewClickerIdChange(" abc123 ");
     screen.CmdAddClick();
     EXPECT_TRUE(screen.Closed());
-    EXPECT_FALSE(screen.Form().visible);
     EXPECT_EQ(
         fixture.Remotes(),
         "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n#777,\"S2\"\r\n#777,\"S2\"\r\n#abc123,\"S3\"\r\n");
     EXPECT_EQ(fixture.host.written.size(), 3u);  // RemoteID.csv and both logs
-    EXPECT_EQ(fixture.host.progressTexts[0], "Saving Remote ID");
-    EXPECT_NE(std::find(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
-                        "Updating Lectures..."),
-              fixture.host.progressTexts.end());
+    const auto& texts = fixture.host.progressTexts;
+    EXPECT_EQ(texts[0], "Saving Remote ID");
+    EXPECT_NE(std::find(texts.begin(), texts.end(), "Updating Lectures..."), texts.end());
     // Nothing reloads and the grid is not redrawn.
     EXPECT_EQ(fixture.screen.redraws, 0);
-    EXPECT_EQ(std::count(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
-                         "Loading Session Data"),
-              0);
+    EXPECT_EQ(std::find(texts.begin(), texts.end(), "Loading Session Data"), texts.end());
     // The next load gives the stray clicker's votes to its new owner.
     fixture.Load();
     EXPECT_EQ(fixture.Row("#ABC123"), 0);
@@ -146,7 +134,6 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
         fixture.host.answers = {Answer::No};
         screen.cmdSaveClick();
         EXPECT_FALSE(screen.Closed());
-        EXPECT_TRUE(screen.Form().visible);
         EXPECT_TRUE(fixture.host.written.empty());
         EXPECT_EQ(fixture.host.messages[0].title, "Confirm Delete");
         EXPECT_EQ(fixture.host.messages[0].text,
@@ -161,10 +148,9 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
         screen.cmbClickListClick(1);
         fixture.host.answers = {Answer::Yes};
         screen.cmdSaveClick();
-        EXPECT_TRUE(screen.Closed());
-        EXPECT_NE(std::find(fixture.host.progressTexts.begin(), fixture.host.progressTexts.end(),
-                            "Deleting Remote Id :- '777'"),
-                  fixture.host.progressTexts.end());
+        const auto& texts = fixture.host.progressTexts;
+        EXPECT_NE(std::find(texts.begin(), texts.end(), "Deleting Remote Id :- '777'"),
+                  texts.end());
     }
     EXPECT_EQ(fixture.Remotes(), "#1A2B3C,\"S1\"\r\n#4D5E6F,\"S2\"\r\n");
     EXPECT_EQ(fixture.Open("S2").ClickList(), (std::vector<std::string>{"4D5E6F"}));

@@ -114,15 +114,5 @@ TEST(SessionStore, LoadsTheFirstNinetyNineOfMoreLogs) {
     EXPECT_EQ(loaded.grid.screen.pageNo, 95);
 }
 
-TEST(SessionStore, WithoutLogsOnlyTheRosterRemains) {
-    test::LoadedCourse loaded;
-    loaded.WriteRoster("Doe, Jane, 12345\r\n");
-    loaded.Load();
-    EXPECT_EQ(loaded.course.NumSessions, 0);
-    ASSERT_EQ(loaded.course.NumStudents, 1);
-    EXPECT_EQ(loaded.course.Students[1].RemoteId, "Unregistered");
-    EXPECT_FALSE(loaded.grid.screen.studentScrollVisible);
-}
-
 }  // namespace
 }  // namespace tallory
