@@ -18,12 +18,20 @@ std::string DemoCourse() {
     return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 }
 
-// Every file below a folder with its bytes, to show that a command wrote nothing.
+// Every file below a folder, by its path in the folder, with its bytes.
 std::map<std::string, std::string> Snapshot(const std::string& folder) {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file()) files[entry.path().string()] = test::ReadBytes(entry.path());
+        if (entry.is_regular_file())
+            files[std::filesystem::relative(entry.path(), folder)] = test::ReadBytes(entry.path());
     return files;
+}
+
+// The questions of a session's JSON: name and correct answer.
+std::vector<std::pair<std::string, int>> Questions(const json& session) {
+    std::vector<std::pair<std::string, int>> questions;
+    for (const json& q : session["questions"]) questions.push_back({q["name"], q["correct"]});
+    return questions;
 }
 
 std::string Joined(const std::vector<std::string>& words) {
@@ -51,18 +59,12 @@ TEST(Cli, GridOfTheDemoCourse) {
     EXPECT_EQ(grid["sessions"][4]["label"], "Midterm review");
 
     const json& students = grid["students"];
-    bool seenStray = false;
     for (const json& student : students) {
-        std::string id = student["id"];
-        bool stray = id[0] == '#';
-        EXPECT_TRUE(stray || !seenStray) << "registered student " << id << " after a stray clicker";
-        seenStray = seenStray || stray;
         double sum = 0;
         for (const json& score : student["scores"])
             if (!score.is_null()) sum += score.get<double>();
-        EXPECT_NEAR(student["total"].get<double>(), sum, 1e-9) << id;
+        EXPECT_NEAR(student["total"].get<double>(), sum, 1e-9) << student["id"];
     }
-    EXPECT_TRUE(seenStray);
     auto neverVoted = std::find_if(students.begin(), students.end(),
                                    [](const json& s) { return s["id"] == "20260220"; });
     ASSERT_NE(neverVoted, students.end());
@@ -207,17 +209,9 @@ TEST(Cli, SetScoresEditsKeepTheirOrder) {
         arguments.push_back("--json");
         auto result = RunCli(arguments);
         ASSERT_EQ(result.status, 0) << Joined(test.edits) << result.err;
-        for (const json& document :
-             {json::parse(result.out),
-              json::parse(RunCli({"--course", course.Path(), "session", "7", "--json"}).out)}) {
-            ASSERT_EQ(document["questions"].size(), test.questions.size());
-            for (size_t q = 0; q < test.questions.size(); ++q) {
-                EXPECT_EQ(document["questions"][q]["name"], test.questions[q].first)
-                    << Joined(test.edits) << " question " << q + 1;
-                EXPECT_EQ(document["questions"][q]["correct"], test.questions[q].second)
-                    << Joined(test.edits) << " question " << q + 1;
-            }
-        }
+        EXPECT_EQ(Questions(json::parse(result.out)), test.questions) << Joined(test.edits);
+        auto saved = RunCli({"--course", course.Path(), "session", "7", "--json"});
+        EXPECT_EQ(Questions(json::parse(saved.out)), test.questions) << Joined(test.edits);
     }
 }
 
@@ -243,12 +237,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
             auto set = RunCli({"--course", bySetScores.Path(), "set-scores", std::to_string(s)});
             ASSERT_EQ(set.status, 0) << s << set.err;
         }
-        EXPECT_EQ(Snapshot(course.folder.Path()).size(), Snapshot(bySetScores.Path()).size());
-        for (const auto& entry : std::filesystem::directory_iterator(
-                 std::filesystem::path(course.folder.Path()) / "SessionData")) {
-            std::string name = "SessionData/" + entry.path().filename().string();
-            EXPECT_EQ(course.folder.Read(name), bySetScores.Read(name)) << name;
-        }
+        EXPECT_EQ(Snapshot(course.folder.Path()), Snapshot(bySetScores.Path()));
     }
     std::string line = deleted.Read("SessionData/L2609081000.csv");
     line = line.substr(0, line.find('\r'));

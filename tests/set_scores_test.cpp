@@ -308,17 +308,6 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
     EXPECT_DOUBLE_EQ(fixture.Student("#B7").Score[1], 1.5);
 }
 
-TEST(SetScores, CancelLeavesLogAndGrid) {
-    ScoringCourse fixture(QuestionsPlan(2), {{"PerformanceCorrectChoice", "2"}});
-    std::string before = fixture.LogBytes();
-    SetScoresScreen screen = fixture.Open();
-    screen.cmbCorrectClick(2);
-    screen.cmdCancelClick();
-    EXPECT_TRUE(screen.Closed());
-    EXPECT_EQ(fixture.LogBytes(), before);
-    EXPECT_EQ(fixture.grid.screen.redraws, 1);  // the load's own
-}
-
 TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
     LogPlan log = QuestionsPlan(1);
     log.voters = {{"#A1", "", {"B"}}};
