@@ -19,15 +19,13 @@ namespace {
 TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
     // NumberText's general form is checked against the printer in numbers_test; here the item's
     // sign place, the dropped zero before the point and the trailing blank.
+    // clang-format off
     const std::tuple<double, const char*, const char*> cases[] = {
-        {12, " 12 ", "12"},
-        {-0.5, "-.5 ", "-0.5"},
-        {0, " 0 ", "0"},
+        {12, " 12 ", "12"}, {-0.5, "-.5 ", "-0.5"}, {0, " 0 ", "0"}, {0.1 + 0.2, " .3 ", "0.3"},
+        {1e15, " 1E+15 ", "1E+15"}, {-1e-10, "-1E-10 ", "-1E-10"},
         {1.0 / 3, " .333333333333333 ", "0.333333333333333"},
-        {1e15, " 1E+15 ", "1E+15"},
-        {-1e-10, "-1E-10 ", "-1E-10"},
-        {0.1 + 0.2, " .3 ", "0.3"},
     };
+    // clang-format on
     for (const auto& [value, item, text] : cases) {
         EXPECT_EQ(NumberItem(value), item) << value;
         EXPECT_EQ(NumberText(value), text) << value;

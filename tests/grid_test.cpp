@@ -267,7 +267,6 @@ TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
         EXPECT_EQ(open.folder.Exists("Reports"), foldersMade);
         EXPECT_EQ(open.view().caption, "Tallory-Optics");
         EXPECT_EQ(open.view().lblSubject.text, "Optics");
-        EXPECT_EQ(open.view().lblCMS.text, open.grid.Format().caption);
     }
 }
 

@@ -89,20 +89,14 @@ TEST(PageWriter, StudentDisplayNameInEveryMode) {
     course.RemoteTable[1] = {"S01", " 1a0001 "};
     course.RemoteTable[2] = {"s01", "1A0002"};
     course.NumRemotes = 2;
+    // clang-format off
     const std::tuple<int, const char*, const char*> cases[] = {
-        {0, "s01", "Adams, Ada, s01"},
-        {1, "S01", "Adams, s01"},
-        {2, "s01", "s01"},
-        {3, "s01", "Adams, Ada"},
-        {4, "s01", "1A0001"},
-        {4, "s02", "s02"},
-        {0, "s03", ", , s03"},
-        {3, "s03", ","},
-        {1, " s09 ", "s09"},
-        {0, "s05", "s05"},
-        {0, "   ", ""},
-        {7, "s02", "s02"},
+        {0, "s01", "Adams, Ada, s01"}, {1, "S01", "Adams, s01"}, {2, "s01", "s01"},
+        {3, "s01", "Adams, Ada"},      {4, "s01", "1A0001"},     {4, "s02", "s02"},
+        {0, "s03", ", , s03"},         {3, "s03", ","},          {1, " s09 ", "s09"},
+        {0, "s05", "s05"},             {0, "   ", ""},           {7, "s02", "s02"},
     };
+    // clang-format on
     RecordingHost host;
     MemoryPageOutput output;
     for (const auto& [mode, id, shown] : cases) {
