@@ -118,6 +118,42 @@ TEST(Grading, AnonymousAnswersCountAsResponsesButEarnNothing) {
     EXPECT_DOUBLE_EQ(course.Questions[0].AveragePoints, (0 + 2 + 1.5) / 3);
 }
 
+// The cap holds the running total after every question (none when negative); an answer outside
+// 0..7 stops the run with error 9 and leaves what the voters before it had, as voter by voter.
+TEST(Grading, CapAndAnAnswerOutOfRange) {
+    struct Case {
+        double cap;
+        int16_t badAnswer;  // the second voter's answer to question 2; 0: none
+        double first, second;
+    } cases[] = {
+        {-1, 0, 2 + 3 + 1, 1 + 3 + 1}, {4, 0, 4 + 1, 4 + 1},  {2.5, 0, 2.5 + 1, 2.5 + 1},
+        {0, 0, 0 + 1, 0 + 1},          {-1, 9, 2 + 3 + 1, 1}, {-1, -1, 2 + 3 + 1, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.cap) + " " + std::to_string(c.badAnswer));
+        Session session(c.cap);
+        session.AddQuestion({1, 2, 0, 0, 0});
+        session.AddQuestion({0, 0, 3, 0, 0});
+        session.AddQuestion({0, 0, 0, 0, 0}, "Q3").Anonymous = kTrue;
+        session.AddVoter({B, 3, None});
+        session.AddVoter({A, c.badAnswer ? c.badAnswer : int16_t{3}, Anon});
+        if (c.badAnswer) {
+            EXPECT_EQ(test::EndingOf([&] { RecomputeSession(session.course); }).number,
+                      kSubscriptOutOfRange);
+        } else {
+            RecomputeSession(session.course);
+        }
+        const Course& course = session.course;
+        EXPECT_EQ(session.Total(1), c.first);
+        EXPECT_EQ(session.Total(2), c.second);
+        EXPECT_EQ(course.Votes[2].Score[1], 1);
+        EXPECT_DOUBLE_EQ(course.Questions[1].AveragePoints, (2 + 1) / 2.0);
+        EXPECT_DOUBLE_EQ(course.Questions[2].AveragePoints, c.badAnswer ? 1.5 : 3);
+        // The third question was reached by the first voter only when the second stopped.
+        EXPECT_EQ(course.Questions[3].Anonymous, c.badAnswer ? kFalse : kTrue);
+    }
+}
+
 TEST(Grading, CountersThatPass16BitsAreAnOverflow) {
     Session session(-1);
     session.AddQuestion({1, 0, 0, 0, 0}).ResponseCount = {0, 30000, 3000, 0, 0, 0, 0};

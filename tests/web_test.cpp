@@ -73,6 +73,19 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         EXPECT_NE(head.find("no-cache"), std::string::npos);
 }
 
+// Without the network library every fetch fails as an unreachable server does, and the person is
+// told once why.
+TEST(OpenUrlText, WithoutTheLibraryFailsAndSaysSoOnce) {
+    CurlFetcher fetcher("libtallory-no-such-library.so.0");
+    CountingHost host;
+    EXPECT_EQ(fetcher.OpenUrlText("http://127.0.0.1:1/a", host), "");
+    EXPECT_EQ(fetcher.OpenUrlText("http://127.0.0.1:1/b", host), "");
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("libtallory-no-such-library.so.0 could not be loaded"),
+              std::string::npos);
+    EXPECT_EQ(host.turns, 2);
+}
+
 TEST(ReadLocalText, EndsEveryLineInCrLf) {
     TempCourse folder;
     folder.Write("a.txt", "one\r\ntwo\rthree\nstill three");

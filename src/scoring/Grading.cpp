@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "common/Numbers.h"
@@ -68,43 +69,56 @@ T* RowsUpTo(Table<T, Upper>& table, int last) {
     return &table[0];
 }
 
-// One voter's session points: the final answers on live questions, held at the cap after every
-// question, then the participation points, which the cap does not hold. `liveRows` lists the
-// live questions in order; `questions` is the table's rows 0..NumQuestions.
-// What each answer 0..6 adds to a live question's average: its points divided by the number of
-// voters, worked out once per question rather than once per voter, to the same double.
-using VoterShares = std::array<double, kNoAnswer + 1>;
+// What each answer 0..6 of a live question earns, and adds to the question's average: its points
+// divided by the number of voters, worked out once per question rather than once per voter, to the
+// same double. The question's average and anonymity are kept here while the voters are scored, in
+// the same order of additions, and written back to the question at the end.
+struct LiveQuestion {
+    int row;
+    std::array<double, kNoAnswer + 1> points;
+    std::array<double, kNoAnswer + 1> shares;
+    double average;
+    int16_t anonymous;  // the Anonymous flag the last voter left; unchanged before any voter
+};
 
-void ScoreVoter(const Course& course, VoteRec& vote, const std::vector<int>& liveRows,
-                QuestionRec* questions, const std::vector<VoterShares>& shares) {
-    const bool capped = course.SessPerformance >= 0;
-    const double cap = course.SessPerformance;
+// One voter's session points: the final answers on live questions, held at the cap after every
+// question, then the participation points, which the cap does not hold.
+void ScoreVoter(const Course& course, VoteRec& vote, std::vector<LiveQuestion>& live) {
+    // No cap is a cap nothing passes.
+    const double cap = course.SessPerformance >= 0 ? course.SessPerformance
+                                                   : std::numeric_limits<double>::infinity();
     VoteSlot* slots = vote.SlotsUpTo(course.NumQuestions);
-    double& total = slots[0].Score;
-    int16_t responses = 0;
-    int16_t earned = 0;
-    total = 0;
-    for (int q : liveRows) {
-        QuestionRec& question = questions[q];
-        int16_t answer = slots[q].Answer;
-        if (answer == kAnonymousAnswer) {
+    double total = 0;
+    // At most one of each per question, and there are fewer than 16 bits' worth of questions.
+    static_assert(kMaxQuestions <= INT16_MAX);
+    int responses = 0;
+    int earned = 0;
+    for (LiveQuestion& question : live) {
+        VoteSlot& slot = slots[question.row];
+        const int answer = slot.Answer;
+        if (static_cast<unsigned>(answer) > static_cast<unsigned>(kNoAnswer)) [[unlikely]] {
+            if (answer != kAnonymousAnswer) {
+                slots[0].Score = total;  // what the voter had when the run stopped
+                CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
+            }
             // Nobody may see an anonymous answer: it counts as a response and earns nothing.
-            Raise(responses, 1, "responses");
-            question.Anonymous = kTrue;
+            ++responses;
+            question.anonymous = kTrue;
             continue;
         }
-        double points = ChoicePointsOf(question, answer);
-        question.AveragePoints += shares[q][answer];
-        slots[q].Score = points;
+        const double points = question.points[answer];
+        question.average += question.shares[answer];
+        slot.Score = points;
         total += points;
-        if (capped && total > cap) total = cap;
-        if (points > 0) Raise(earned, 1, "earned");
+        total = cap < total ? cap : total;
+        earned += points > 0;
         // A choice A to E is a response; no answer (6) and a row the log never filled (0) are not.
-        if (answer >= 1 && answer < kNoAnswer) Raise(responses, 1, "responses");
-        question.Anonymous = kFalse;
+        responses += answer >= 1 && answer < kNoAnswer;
+        question.anonymous = kFalse;
     }
     if (responses >= course.SessMinReply && earned >= course.SessMinCorrect)
         total += course.SessParticipation;
+    slots[0].Score = total;
 }
 
 // ResponseCount[0] of a question with per-voter answers becomes the sum of its choices; an
@@ -168,20 +182,40 @@ void RecomputeSession(Course& course) {
     const std::vector<char> live = MarkLiveQuestions(course);
     SumAvailablePoints(course, live);
 
-    std::vector<int> liveRows;
-    for (int q = 1; q <= course.NumQuestions; ++q)
-        if (live[q]) liveRows.push_back(q);
     QuestionRec* questions = RowsUpTo(course.Questions, course.NumQuestions);
-    std::vector<VoterShares> shares(course.NumQuestions + 1);
-    for (int q : liveRows)
-        for (int answer = 0; answer <= kNoAnswer; ++answer)
-            shares[q][answer] = questions[q].ChoicePoints[answer] / course.NumVoters;
-    double classSum = 0;
-    for (int r = 1; r <= course.NumVoters; ++r) {
-        VoteRec& vote = course.Votes[r];
-        ScoreVoter(course, vote, liveRows, questions, shares);
-        classSum += vote.Score[0];
+    std::vector<LiveQuestion> liveQuestions;
+    for (int q = 1; q <= course.NumQuestions; ++q) {
+        if (!live[q]) continue;
+        const QuestionRec& question = questions[q];
+        LiveQuestion& entry = liveQuestions.emplace_back();
+        entry.row = q;
+        for (int answer = 0; answer <= kNoAnswer; ++answer) {
+            entry.points[answer] = question.ChoicePoints[answer];
+            entry.shares[answer] = question.ChoicePoints[answer] / course.NumVoters;
+        }
+        entry.average = question.AveragePoints;
+        entry.anonymous = question.Anonymous;
     }
+    // The questions get their averages and flags back however the scoring ends, as if they had
+    // been written voter by voter.
+    auto writeBack = [&] {
+        for (const LiveQuestion& entry : liveQuestions) {
+            questions[entry.row].AveragePoints = entry.average;
+            questions[entry.row].Anonymous = entry.anonymous;
+        }
+    };
+    double classSum = 0;
+    try {
+        for (int r = 1; r <= course.NumVoters; ++r) {
+            VoteRec& vote = course.Votes[r];
+            ScoreVoter(course, vote, liveQuestions);
+            classSum += vote.Score[0];
+        }
+    } catch (...) {
+        writeBack();
+        throw;
+    }
+    writeBack();
     course.Questions[0].AveragePoints = course.NumVoters > 0 ? classSum / course.NumVoters : 0;
     TotalResponseCounts(course, live);
 }

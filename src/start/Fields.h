@@ -50,6 +50,15 @@ void SplitFields(std::string_view line, Fields& fields);
 // (0 for the first) and ends[i].
 int FindSeparators(std::string_view line, uint32_t* ends, int limit);
 
+// The two scans FindSeparators chooses between, for the tests that compare them: the portable one
+// and the one for processors with 256-bit registers, which is the portable one where the processor
+// or the build has none.
+namespace separator_scans {
+int Portable(std::string_view line, uint32_t* ends, int limit);
+int Wide(std::string_view line, uint32_t* ends, int limit);
+bool WideAvailable();
+}  // namespace separator_scans
+
 // True when both texts, trimmed and in upper case, are equal.
 bool SameText(std::string_view a, std::string_view b);
 
