@@ -1,9 +1,9 @@
 // The grade-book and class files of the course-management systems: the first byte chooses the
-// format, the rest is its file, read by that format's reader at course start.
+// reader, the rest is the text of its file, read as at course start.
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
-#include "FuzzFolder.h"
 #include "common/Course.h"
 #include "common/RecordingHost.h"
 #include "export/Export.h"
@@ -11,35 +11,27 @@
 
 namespace {
 
-struct Format {
-    const char* file;
-    void (*read)(tallory::Course&, tallory::Host&);
-};
+using Reader = void (*)(tallory::Course&, tallory::Host&, std::string_view);
 
-constexpr Format kFormats[] = {
-    {"/gradebook.csv", tallory::ReadAngelGradebook},
-    {"/gb_export.csv", tallory::ReadBlackboardGradebook},
-    {"/gradesexport.csv", tallory::ReadD2LGradebook},
-    {"/MoodleRoster.txt", tallory::ReadMoodleRoster},
-    {"/sakaigradebook.csv", tallory::ReadSakaiGradebook},
-    {"/class.txt", tallory::ReadCampusClass},
-    {"/class.txt", tallory::ReadWebCTRoster},
+constexpr Reader kReaders[] = {
+    tallory::ReadAngelGradebookText, tallory::ReadBlackboardGradebookText,
+    tallory::ReadD2LGradebookText,   tallory::ReadMoodleRosterText,
+    tallory::ReadSakaiGradebookText, tallory::ReadCampusClassText,
+    tallory::ReadWebCTRosterText,
 };
-constexpr size_t kCount = sizeof kFormats / sizeof kFormats[0];
+constexpr size_t kCount = sizeof kReaders / sizeof kReaders[0];
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 1) return 0;
-    static const std::string& folder = tallory::fuzz::FuzzFolder();
-    const Format& format = kFormats[data[0] % kCount];
-    const std::string path = folder + format.file;
-    tallory::fuzz::WriteInput(path, data + 1, size - 1);
+    const std::string_view text(reinterpret_cast<const char*>(data + 1), size - 1);
     tallory::Course course;
-    course.AppPath = folder;
+    // No course folder: the not-found messages look for the sibling tool in none.
+    course.AppPath = "/nonexistent/tallory-fuzz";
     tallory::RecordingHost host;
     try {
-        format.read(course, host);
+        kReaders[data[0] % kCount](course, host, text);
     } catch (const tallory::RunTimeError&) {
         // A run-time error is how a reader's table overflows end the program.
     }

@@ -380,3 +380,48 @@ TEST(RemoteIds, TypedRemoteKeysAreHexDigitsBackspaceAndEnter) {
 
 }  // namespace
 }  // namespace tallory
+
+namespace tallory {
+namespace {
+
+// The roster and the registrations read from a text give what the file holding it gives: the
+// same rows, the same sorted IDs, the same conflicts reported.
+TEST(Registration, RosterAndRegistrationsReadATextAsTheirFile) {
+    const char* texts[] = {
+        "",
+        "Lee, Ann, S1\r\n!Last,First,ID\r\nS2\r\nSmith,Bob,B\r\nlee,ann,s1\r\n",
+        "Doe,Ann,adoe\nSmith,Bob,bsmith\n",
+        "#00FF,\"S2\"\r\n1a2b3c,S1\r\n#1A2B3C,S9\r\n,\r\n0,S3\r\n\"#00ff\",S2",
+    };
+    for (const char* text : texts) {
+        SCOPED_TRACE(text);
+        Folder file;
+        file.ReadRosterText(text);
+        file.WriteRemotes(text);
+        ReadRemoteIds(file.course, file.host, file.File("SessionData/RemoteID.csv"));
+        Course course;
+        RecordingHost host;
+        ReadRosterText(course, text);
+        ReadRemoteIdsText(course, host, text);
+        ASSERT_EQ(course.NumRoster, file.course.NumRoster);
+        ASSERT_EQ(course.NumRosterIDs, file.course.NumRosterIDs);
+        for (int i = 0; i < course.NumRoster; ++i) {
+            EXPECT_EQ(course.Roster[i].StudentId, file.course.Roster[i].StudentId);
+            EXPECT_EQ(course.Roster[i].LastName, file.course.Roster[i].LastName);
+        }
+        for (int i = 1; i <= course.NumRosterIDs; ++i)
+            EXPECT_EQ(course.RosterIDs[i], file.course.RosterIDs[i]);
+        ASSERT_EQ(course.NumRemotes, file.course.NumRemotes);
+        for (int i = 1; i <= course.NumRemotes; ++i) {
+            EXPECT_EQ(course.RemoteTable[i].RemoteId, file.course.RemoteTable[i].RemoteId);
+            EXPECT_EQ(course.RemoteTable[i].StudentId, file.course.RemoteTable[i].StudentId);
+        }
+        ASSERT_EQ(host.messages.size(), file.host.messages.size());
+        for (size_t i = 0; i < host.messages.size(); ++i)
+            EXPECT_EQ(host.messages[i].text, file.host.messages[i].text);
+        EXPECT_EQ(host.progressTexts, file.host.progressTexts);
+    }
+}
+
+}  // namespace
+}  // namespace tallory

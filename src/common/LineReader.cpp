@@ -65,6 +65,11 @@ bool LineReader::AtEnd() {
     return start_ >= size_;
 }
 
+std::string_view LineReader::Text() {
+    if (!loaded_) Load();
+    return std::string_view(text_.get(), size_);
+}
+
 bool LineReader::ReadLine(std::string_view& line) {
     if (AtEnd()) {
         line = {};

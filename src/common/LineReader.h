@@ -29,6 +29,8 @@ class LineReader {
     bool ReadLine(std::string& line);
     // The same as a view of the reader's copy of the file, valid while the reader lives.
     bool ReadLine(std::string_view& line);
+    // The whole text of the file, whatever has been read of it; valid while the reader lives.
+    std::string_view Text();
     // Number of the line last read, from 1.
     long LineNumber() const { return lineNumber_; }
     const std::string& Path() const { return path_; }

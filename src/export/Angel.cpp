@@ -31,8 +31,8 @@ void StoreRow(Course& course, const std::vector<std::string>& cells, int& next) 
 }
 
 // The second pass, for a file with CR or CR LF line ends: the header line is skipped.
-int ReadByLine(Course& course, Host& host, const std::string& path) {
-    LineReader reader(path);
+int ReadByLine(Course& course, Host& host, const GradeBookText& file) {
+    LineReader reader(file.name, *file.text);
     int next = 1;
     std::string line;
     reader.ReadLine(line);
@@ -44,12 +44,11 @@ int ReadByLine(Course& course, Host& host, const std::string& path) {
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
+int ReadAngel(Course& course, Host& host, const GradeBookText& file) {
     ClearRoster(course);
-    const std::string path = CoursePath(course.AppPath, "\\gradebook.csv");
     try {
-        LineReader reader(path);
-        if (!reader.IsOpen()) throw GradeBookError{};
+        if (!file.text) throw GradeBookError{};
+        LineReader reader(file.name, *file.text);
         // Only the last line stays: the whole file when its lines end in bare line feeds. Its
         // quotes stay too.
         std::string text;
@@ -60,7 +59,7 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
             for (size_t i = 1; i < lines.size(); ++i)
                 if (!lines[i].empty()) StoreRow(course, SplitAt(lines[i], ","), next);
         }
-        if (next < 2) next = ReadByLine(course, host, path);
+        if (next < 2) next = ReadByLine(course, host, file);
         // The reader's own table of names is never filled: what it hands on is empty, so the
         // roster count ends at one empty row and RosterIDs holds nothing.
         for (int i = 1; i <= next; ++i) {
@@ -80,6 +79,11 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
         kWithoutTool, true);
     course.NumRosterIDs = 0;
     return 0;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    return ReadAngel(course, host,
+                     ReadGradeBookFile(CoursePath(course.AppPath, "\\gradebook.csv")));
 }
 
 std::string Header(const GradeBook&) {
@@ -125,6 +129,10 @@ constexpr ExportTarget kAngel{
 void ReadAngelGradebook(Course& course, Host& host) {
     GradeBook book;
     ReadGradebook(course, host, book);
+}
+
+void ReadAngelGradebookText(Course& course, Host& host, std::string_view text) {
+    ReadAngel(course, host, GradeBookText{"gradebook.csv", std::string(text)});
 }
 
 void ExportAngel(Course& course, Host& host, bool fullUpload) {

@@ -73,9 +73,9 @@ void ReadRow(std::string_view line, Pass& pass) {
 
 // The first pass reads the file as one text. A file with bare line feeds keeps its rows that way;
 // a file with CR LF becomes one long line and gives no rows.
-Pass ReadWhole(const std::string& path, GradeBook& book) {
-    LineReader reader(path);
-    if (!reader.IsOpen()) throw GradeBookError{};
+Pass ReadWhole(const GradeBookText& file, GradeBook& book) {
+    if (!file.text) throw GradeBookError{};
+    LineReader reader(file.name, *file.text);
     std::string text;
     for (std::string line; reader.ReadLine(line);) text += line;
     Pass pass;
@@ -90,9 +90,9 @@ Pass ReadWhole(const std::string& path, GradeBook& book) {
 }
 
 // The second pass, line by line, for a file with CR or CR LF line ends.
-Pass ReadByLine(const std::string& path, GradeBook& book) {
-    LineReader reader(path);
-    if (!reader.IsOpen()) throw GradeBookError{};
+Pass ReadByLine(const GradeBookText& file, GradeBook& book) {
+    if (!file.text) throw GradeBookError{};
+    LineReader reader(file.name, *file.text);
     Pass pass;
     std::string line;
     if (reader.ReadLine(line)) ReadHeader(WithoutQuotesAndMark(line), true, pass, book);
@@ -103,11 +103,10 @@ Pass ReadByLine(const std::string& path, GradeBook& book) {
     return pass;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook& book) {
-    const std::string path = CoursePath(course.AppPath, "\\gb_export.csv");
+int ReadBlackboard(Course& course, Host& host, GradeBook& book, const GradeBookText& file) {
     try {
-        Pass pass = ReadWhole(path, book);
-        if (pass.entries.size() < 2) pass = ReadByLine(path, book);
+        Pass pass = ReadWhole(file, book);
+        if (pass.entries.size() < 2) pass = ReadByLine(file, book);
         if (pass.entries.size() < 2) throw GradeBookError{};
         // The row one above the last is empty, and enters the roster as such.
         const int next = static_cast<int>(pass.entries.size());
@@ -134,6 +133,11 @@ int ReadGradebook(Course& course, Host& host, GradeBook& book) {
         true);
     course.NumRosterIDs = 0;
     return 0;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook& book) {
+    return ReadBlackboard(course, host, book,
+                          ReadGradeBookFile(CoursePath(course.AppPath, "\\gb_export.csv")));
 }
 
 int ReadAgain(Course& course, Host& host, GradeBook& book) {
@@ -226,6 +230,11 @@ constexpr ExportTarget kBlackboard8{
 void ReadBlackboardGradebook(Course& course, Host& host) {
     GradeBook book;
     ReadGradebook(course, host, book);
+}
+
+void ReadBlackboardGradebookText(Course& course, Host& host, std::string_view text) {
+    GradeBook book;
+    ReadBlackboard(course, host, book, GradeBookText{"gb_export.csv", std::string(text)});
 }
 
 void ExportBlackboard(Course& course, Host& host, bool fullUpload) {

@@ -59,10 +59,11 @@ void ReadRow(std::string_view line, const Columns& columns, std::vector<Entry>& 
 }
 
 // The first pass takes the first line only: the whole file when it uses bare line feeds.
-std::vector<Entry> ReadWhole(const std::string& path) {
-    LineReader reader(path);
+std::vector<Entry> ReadWhole(const GradeBookText& file) {
+    if (!file.text) throw GradeBookError{};
+    LineReader reader(file.name, *file.text);
     std::string text;
-    if (!reader.IsOpen() || !reader.ReadLine(text)) throw GradeBookError{};
+    if (!reader.ReadLine(text)) throw GradeBookError{};
     std::vector<Entry> entries(1);
     text = WithoutQuotes(text);
     if (TrimView(text).empty()) return entries;
@@ -76,8 +77,8 @@ std::vector<Entry> ReadWhole(const std::string& path) {
 }
 
 // The second pass, line by line; only the first line is looked at for the 16-bit mark.
-std::vector<Entry> ReadByLine(const std::string& path) {
-    LineReader reader(path);
+std::vector<Entry> ReadByLine(const GradeBookText& file) {
+    LineReader reader(file.name, *file.text);
     std::vector<Entry> entries(1);
     std::string line;
     if (!reader.ReadLine(line)) return entries;
@@ -91,11 +92,10 @@ std::vector<Entry> ReadByLine(const std::string& path) {
     return entries;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    const std::string path = CoursePath(course.AppPath, "\\gradesexport.csv");
+int ReadD2L(Course& course, Host& host, const GradeBookText& file) {
     try {
-        std::vector<Entry> entries = ReadWhole(path);
-        if (entries.size() < 2) entries = ReadByLine(path);
+        std::vector<Entry> entries = ReadWhole(file);
+        if (entries.size() < 2) entries = ReadByLine(file);
         if (entries.size() >= 2) {
             // The row one above the last is empty, and enters the roster as such.
             const int next = static_cast<int>(entries.size());
@@ -123,6 +123,11 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
         false);
     course.NumRosterIDs = 0;
     return 0;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    return ReadD2L(course, host,
+                   ReadGradeBookFile(CoursePath(course.AppPath, "\\gradesexport.csv")));
 }
 
 int ReadAgain(Course& course, Host& host, GradeBook& book) {
@@ -173,6 +178,10 @@ constexpr ExportTarget kDesire2Learn{
 void ReadD2LGradebook(Course& course, Host& host) {
     GradeBook book;
     ReadGradebook(course, host, book);
+}
+
+void ReadD2LGradebookText(Course& course, Host& host, std::string_view text) {
+    ReadD2L(course, host, GradeBookText{"gradesexport.csv", std::string(text)});
 }
 
 void ExportD2L(Course& course, Host& host, bool fullUpload) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/AtomicFile.h"
+#include "common/LineReader.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
@@ -120,6 +121,12 @@ const std::string& CellAt(const std::vector<std::string>& cells, size_t index) {
 
 std::string WithoutQuotes(std::string_view text) {
     return ReplaceAll(text, "\"", "");
+}
+
+GradeBookText ReadGradeBookFile(const std::string& path) {
+    LineReader reader(path);
+    if (!reader.IsOpen()) return {path, std::nullopt};
+    return {path, std::string(reader.Text())};
 }
 
 RosterRec& RosterRow(Course& course, int row) {

@@ -42,5 +42,12 @@ void ReadAngelGradebook(Course& course, Host& host);
 void ReadD2LGradebook(Course& course, Host& host);
 void ReadMoodleRoster(Course& course, Host& host);
 void ReadSakaiGradebook(Course& course, Host& host);
+// The same readers over the text of their file.
+void ReadCampusClassText(Course& course, Host& host, std::string_view text);
+void ReadBlackboardGradebookText(Course& course, Host& host, std::string_view text);
+void ReadAngelGradebookText(Course& course, Host& host, std::string_view text);
+void ReadD2LGradebookText(Course& course, Host& host, std::string_view text);
+void ReadMoodleRosterText(Course& course, Host& host, std::string_view text);
+void ReadSakaiGradebookText(Course& course, Host& host, std::string_view text);
 
 }  // namespace tallory

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,6 +22,14 @@ std::vector<std::string> SplitAt(std::string_view text, std::string_view separat
 // Piece `index` of a split row; a row without it is a GradeBookError.
 const std::string& CellAt(const std::vector<std::string>& cells, size_t index);
 std::string WithoutQuotes(std::string_view text);
+// A grade book's text as every pass of its reader sees it: read from the file once, or given
+// whole. No text when the file cannot be opened (missing, or no regular file).
+struct GradeBookText {
+    std::string name;  // the file a run-time error names
+    std::optional<std::string> text;
+};
+GradeBookText ReadGradeBookFile(const std::string& path);
+
 // The row of Roster a grade-book reader fills directly, bounds-checked as the table is.
 RosterRec& RosterRow(Course& course, int row);
 

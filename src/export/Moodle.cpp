@@ -49,8 +49,8 @@ void ReadRow(Course& course, std::string_view line, const Columns& columns) {
 }
 
 // The file with CR or CR LF line ends, one line at a time.
-void ReadByLine(Course& course, const std::string& path) {
-    LineReader reader(path);
+void ReadByLine(Course& course, const GradeBookText& file) {
+    LineReader reader(file.name, *file.text);
     std::string line;
     if (!reader.ReadLine(line)) return;
     const Columns columns = FindColumns(line);
@@ -58,12 +58,11 @@ void ReadByLine(Course& course, const std::string& path) {
         if (!TrimView(line).empty()) ReadRow(course, line, columns);
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
+int ReadMoodle(Course& course, Host& host, const GradeBookText& file) {
     course.NumRoster = 1;
-    const std::string path = CoursePath(course.AppPath, "\\MoodleRoster.txt");
     try {
-        LineReader reader(path);
-        if (!reader.IsOpen()) throw GradeBookError{};
+        if (!file.text) throw GradeBookError{};
+        LineReader reader(file.name, *file.text);
         std::string text;
         if (reader.ReadLine(text)) {
             ClearRoster(course);
@@ -73,7 +72,7 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
                 for (size_t i = 1; i < lines.size(); ++i)
                     if (!TrimView(lines[i]).empty()) ReadRow(course, lines[i], columns);
             } else {
-                ReadByLine(course, path);
+                ReadByLine(course, file);
             }
         }
     } catch (const GradeBookError&) {
@@ -96,6 +95,11 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
     course.NumRoster = 0;
     RebuildRosterIndex(course);
     return 0;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    return ReadMoodle(course, host,
+                      ReadGradeBookFile(CoursePath(course.AppPath, "\\MoodleRoster.txt")));
 }
 
 std::string Header(const GradeBook&) {
@@ -139,6 +143,10 @@ constexpr ExportTarget kMoodle{
 void ReadMoodleRoster(Course& course, Host& host) {
     GradeBook book;
     ReadGradebook(course, host, book);
+}
+
+void ReadMoodleRosterText(Course& course, Host& host, std::string_view text) {
+    ReadMoodle(course, host, GradeBookText{"MoodleRoster.txt", std::string(text)});
 }
 
 void CheckMoodleRoster(Course& course, Host& host, bool fullUpload) {

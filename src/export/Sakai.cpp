@@ -63,8 +63,8 @@ std::vector<Entry> ReadEachLine(LineReader& reader) {
 }
 
 // The other pass: a file with bare line feeds is one line, which holds all the rows.
-std::vector<Entry> ReadFirstLine(const std::string& path) {
-    LineReader reader(path);
+std::vector<Entry> ReadFirstLine(const GradeBookText& file) {
+    LineReader reader(file.name, *file.text);
     std::vector<Entry> entries(1);
     std::string text;
     if (!reader.ReadLine(text)) return entries;
@@ -76,13 +76,12 @@ std::vector<Entry> ReadFirstLine(const std::string& path) {
     return entries;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    const std::string path = CoursePath(course.AppPath, "\\sakaigradebook.csv");
+int ReadSakai(Course& course, Host& host, const GradeBookText& file) {
     try {
-        LineReader reader(path);
-        if (!reader.IsOpen()) throw GradeBookError{};
+        if (!file.text) throw GradeBookError{};
+        LineReader reader(file.name, *file.text);
         std::vector<Entry> entries = ReadEachLine(reader);
-        if (entries.size() < 2) entries = ReadFirstLine(path);
+        if (entries.size() < 2) entries = ReadFirstLine(file);
         if (entries.size() >= 2) {
             // The row one above the last is empty, and enters the roster as such.
             const int next = static_cast<int>(entries.size());
@@ -112,6 +111,11 @@ int ReadGradebook(Course& course, Host& host, GradeBook&) {
         false);
     course.NumRosterIDs = 0;
     return 0;
+}
+
+int ReadGradebook(Course& course, Host& host, GradeBook&) {
+    return ReadSakai(course, host,
+                     ReadGradeBookFile(CoursePath(course.AppPath, "\\sakaigradebook.csv")));
 }
 
 int ReadAgain(Course& course, Host& host, GradeBook& book) {
@@ -169,6 +173,10 @@ constexpr ExportTarget kSakai{
 void ReadSakaiGradebook(Course& course, Host& host) {
     GradeBook book;
     ReadGradebook(course, host, book);
+}
+
+void ReadSakaiGradebookText(Course& course, Host& host, std::string_view text) {
+    ReadSakai(course, host, GradeBookText{"sakaigradebook.csv", std::string(text)});
 }
 
 void ExportSakai(Course& course, Host& host, bool fullUpload) {

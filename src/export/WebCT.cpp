@@ -155,12 +155,11 @@ int CampusRows(Course& course, int count) {
 }
 
 // The second pass, one row per line: a file with CR or CR LF line ends.
-int ReadCampusClassByLine(Course& course, Host& host, GradeBook&) {
-    const std::string path = ClassPath(course);
+int CampusByLine(Course& course, Host& host, const GradeBookText& file) {
     course.NumRoster = 1;
     try {
-        LineReader reader(path);
-        if (!reader.IsOpen()) throw GradeBookError{};
+        if (!file.text) throw GradeBookError{};
+        LineReader reader(file.name, *file.text);
         std::string line;
         if (reader.ReadLine(line)) {
             ClearRoster(course);
@@ -168,12 +167,11 @@ int ReadCampusClassByLine(Course& course, Host& host, GradeBook&) {
             while (reader.ReadLine(line))
                 if (!TrimView(line).empty()) ReadCampusRow(course, line, columns);
         }
-        if (course.NumRoster >= 2 || FileExists(path)) {
-            if (course.NumRoster < 2)
-                host.Message("Unable to read class.txt, The file may be corrupt.",
-                             "Unable to read class.txt", Icon::Information);
-            return CampusRows(course, course.NumRoster);
-        }
+        // The file is there: too few rows make it a corrupt one.
+        if (course.NumRoster < 2)
+            host.Message("Unable to read class.txt, The file may be corrupt.",
+                         "Unable to read class.txt", Icon::Information);
+        return CampusRows(course, course.NumRoster);
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
     }
@@ -187,12 +185,11 @@ int ReadCampusClassByLine(Course& course, Host& host, GradeBook&) {
 }
 
 // The first pass reads one line, which is the whole file when its lines end in bare line feeds.
-int ReadCampusClassWhole(Course& course, Host& host, GradeBook& book) {
-    const std::string path = ClassPath(course);
+int CampusWhole(Course& course, Host& host, const GradeBookText& file) {
     course.NumRoster = 1;
     try {
-        LineReader reader(path);
-        if (!reader.IsOpen()) throw GradeBookError{};
+        if (!file.text) throw GradeBookError{};
+        LineReader reader(file.name, *file.text);
         std::string text;
         if (reader.ReadLine(text)) {
             ClearRoster(course);
@@ -202,7 +199,7 @@ int ReadCampusClassWhole(Course& course, Host& host, GradeBook& book) {
                 if (!TrimView(lines[i]).empty()) ReadCampusRow(course, lines[i], columns);
         }
         if (course.NumRoster >= 2) return CampusRows(course, course.NumRoster);
-        if (FileExists(path)) return ReadCampusClassByLine(course, host, book);
+        return CampusByLine(course, host, file);
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
     }
@@ -216,6 +213,14 @@ int ReadCampusClassWhole(Course& course, Host& host, GradeBook& book) {
         "placed in the main directory with name class.txt.",
         true);
     return CampusRows(course, 0);
+}
+
+int ReadCampusClassByLine(Course& course, Host& host, GradeBook&) {
+    return CampusByLine(course, host, ReadGradeBookFile(ClassPath(course)));
+}
+
+int ReadCampusClassWhole(Course& course, Host& host, GradeBook&) {
+    return CampusWhole(course, host, ReadGradeBookFile(ClassPath(course)));
 }
 
 std::string CampusHeader(const GradeBook&) {
@@ -261,6 +266,10 @@ constexpr ExportTarget kCampus6 = CampusTarget("WebCT6Upload.csv", ReadCampusCla
 void ReadCampusClass(Course& course, Host& host) {
     GradeBook book;
     ReadCampusClassWhole(course, host, book);
+}
+
+void ReadCampusClassText(Course& course, Host& host, std::string_view text) {
+    CampusWhole(course, host, GradeBookText{"class.txt", std::string(text)});
 }
 
 void ExportWebCT(Course& course, Host& host, bool fullUpload) {

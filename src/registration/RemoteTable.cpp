@@ -76,9 +76,8 @@ bool ReadRegistration(std::string_view line, Fields& fields, RemoteRec& row, Rem
     return true;
 }
 
-}  // namespace
-
-void ReadRemoteIds(Course& course, Host& host, const std::string& path) {
+// The one reading of the registrations, from RemoteID.csv or from a text.
+void ReadRemoteIdLines(Course& course, Host& host, LineReader& reader) {
     host.SetProgressText("Reading Remote Id(s) .... Patience requested");
     course.RemoteRaw.Reset();
     course.NumRemotes = 0;
@@ -86,11 +85,10 @@ void ReadRemoteIds(Course& course, Host& host, const std::string& path) {
     // the registrations kept before it.
     course.RemoteIndex.clear();
     course.RemoteIndexValid = true;
-    LineReader reader(path);
     if (!reader.IsOpen()) return;
     Fields fields(kRemoteTopField);
     try {
-        for (std::string line; reader.ReadLine(line);) {
+        for (std::string_view line; reader.ReadLine(line);) {
             int row = course.NumRemotes + 1;
             RemoteRec& entry = course.RemoteTable[row];
             if (!ReadRegistration(line, fields, entry, course.RemoteRaw[row])) continue;
@@ -113,6 +111,18 @@ void ReadRemoteIds(Course& course, Host& host, const std::string& path) {
         return;
     }
     host.SetProgressText("Remote Id(s) file read sucessfully");
+}
+
+}  // namespace
+
+void ReadRemoteIds(Course& course, Host& host, const std::string& path) {
+    LineReader reader(path);
+    ReadRemoteIdLines(course, host, reader);
+}
+
+void ReadRemoteIdsText(Course& course, Host& host, std::string_view text) {
+    LineReader reader("RemoteID.csv", text);
+    ReadRemoteIdLines(course, host, reader);
 }
 
 void WriteRemoteIds(const Course& course, Host& host, const std::string& path) {

@@ -11,6 +11,8 @@ namespace tallory {
 // Registrations of remotes to students: RemoteTable rows 1..NumRemotes.
 
 void ReadRemoteIds(Course& course, Host& host, const std::string& path);
+// The same over the text of a RemoteID.csv.
+void ReadRemoteIdsText(Course& course, Host& host, std::string_view text);
 void WriteRemoteIds(const Course& course, Host& host, const std::string& path);
 void AddRemote(Course& course, std::string_view remoteId, std::string_view studentId);
 void RemoveRemote(Course& course, Host& host, std::string_view remoteId);

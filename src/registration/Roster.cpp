@@ -109,13 +109,14 @@ bool CampusBridgelineInstalled(const Course& course) {
     return FileExists(CoursePath(course.AppPath, "\\Campus Bridgeline.exe"));
 }
 
-void ReadRoster(Course& course, const std::string& path) {
-    if (path.empty()) return;
+namespace {
+
+// The one reading of a roster, from its file or from a text.
+void ReadRosterLines(Course& course, LineReader& reader) {
     std::vector<std::string> ids;
-    LineReader reader(path);
     Fields fields(kRosterTopField);
     try {
-        for (std::string line; reader.IsOpen() && reader.ReadLine(line);) {
+        for (std::string_view line; reader.IsOpen() && reader.ReadLine(line);) {
             SplitFields(line, fields);
             if (fields.Count() < 0 || StartsWith(fields[0], "!")) continue;
             // RosterIDs is full: the read ends at this line and keeps the students before it.
@@ -135,11 +136,11 @@ void ReadRoster(Course& course, const std::string& path) {
     StoreRosterIds(course, ids);
 }
 
-void ReadWebCTRoster(Course& course, Host& host) {
+// The one reading of class.txt at course start, from the file or from a text.
+void ReadWebCTRosterLines(Course& course, Host& host, LineReader& reader) {
     course.NumRosterIDs = 0;
     std::vector<ClassEntry> entries;
-    LineReader reader(CoursePath(course.AppPath, "\\class.txt"));
-    std::string line;
+    std::string_view line;
     if (reader.IsOpen() && reader.ReadLine(line)) {
         ClassColumns columns = FindClassColumns(line, host);
         // The WebCT export finds each line's user ID in the same column.
@@ -166,6 +167,29 @@ void ReadWebCTRoster(Course& course, Host& host) {
         course.RosterIDs[static_cast<long>(i)] = entries[i].userId;
         AddRosterEntry(course, entries[i].userId, entries[i].firstName, entries[i].lastName);
     }
+}
+
+}  // namespace
+
+void ReadRoster(Course& course, const std::string& path) {
+    if (path.empty()) return;
+    LineReader reader(path);
+    ReadRosterLines(course, reader);
+}
+
+void ReadRosterText(Course& course, std::string_view text) {
+    LineReader reader("Roster.txt", text);
+    ReadRosterLines(course, reader);
+}
+
+void ReadWebCTRoster(Course& course, Host& host) {
+    LineReader reader(CoursePath(course.AppPath, "\\class.txt"));
+    ReadWebCTRosterLines(course, host, reader);
+}
+
+void ReadWebCTRosterText(Course& course, Host& host, std::string_view text) {
+    LineReader reader("class.txt", text);
+    ReadWebCTRosterLines(course, host, reader);
 }
 
 void AddRosterEntry(Course& course, std::string_view studentId, std::string_view firstName,

@@ -12,8 +12,10 @@ namespace tallory {
 
 // Reads a "LastName,FirstName,StudentId" file (Roster.txt); an empty path does nothing.
 void ReadRoster(Course& course, const std::string& path);
-// Reads AppPath + "\class.txt".
+void ReadRosterText(Course& course, std::string_view text);
+// Reads AppPath + "\class.txt"; the text version reads the text of such a file.
 void ReadWebCTRoster(Course& course, Host& host);
+void ReadWebCTRosterText(Course& course, Host& host, std::string_view text);
 void AddRosterEntry(Course& course, std::string_view studentId, std::string_view firstName,
                     std::string_view lastName);
 // First row with this ID (trimmed, case ignored); -1 when none, unless addIfMissing.

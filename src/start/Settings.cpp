@@ -47,15 +47,13 @@ bool FindPlainSetting(const std::string& path, std::string_view key, std::string
     return false;
 }
 
-}  // namespace
-
-void ReadConfig(Course& course, Host& host) {
+// The one reading of the settings lines, from the file or from a text.
+void ReadConfigLines(Course& course, Host& host, LineReader& reader) {
     course.NumParams = 0;
     host.SetProgressText("Reading Configuration File ....");
-    LineReader reader(CoursePath(course.AppPath, kConfigFile));
     if (!reader.IsOpen()) return;
     Fields fields(kConfigTopField);
-    for (std::string line; reader.ReadLine(line);) {
+    for (std::string_view line; reader.ReadLine(line);) {
         SplitFields(line, fields);
         if (fields.Count() < 1) continue;
         // The table is full: the read ends here and keeps the settings before this line.
@@ -69,6 +67,18 @@ void ReadConfig(Course& course, Host& host) {
         ++course.NumParams;
     }
     host.SetProgressText("File read sucessfully ....");
+}
+
+}  // namespace
+
+void ReadConfig(Course& course, Host& host) {
+    LineReader reader(CoursePath(course.AppPath, kConfigFile));
+    ReadConfigLines(course, host, reader);
+}
+
+void ReadConfigText(Course& course, Host& host, std::string_view text) {
+    LineReader reader("Config.csv", text);
+    ReadConfigLines(course, host, reader);
 }
 
 void WriteConfig(const Course& course) {

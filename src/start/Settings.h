@@ -12,6 +12,8 @@ namespace tallory {
 // "\Classes\Options.csv".
 
 void ReadConfig(Course& course, Host& host);
+// The same over the text of a Config.csv.
+void ReadConfigText(Course& course, Host& host, std::string_view text);
 void WriteConfig(const Course& course);
 // The trimmed value of the first row with this key (case and blanks ignored), or the default.
 std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue);
