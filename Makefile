@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 DEMO := build/demo-course
 
-.PHONY: all deps build test test-default test-asan run fuzz bench format clean
+.PHONY: all deps build test test-default test-asan run fuzz bench package format clean
 
 all: build
 
@@ -39,6 +39,13 @@ bench: deps
 	cmake --preset release
 	cmake --build build/release -j $(JOBS)
 	bench/run build/release
+
+# The Debian package of both programs, from a Release tree without tests: build/package/tallory_*.deb.
+package: deps
+	cmake -S . -B build/package -G Ninja -DCMAKE_BUILD_TYPE=Release -DTALLORY_BUILD_TESTS=OFF
+	cmake --build build/package -j $(JOBS)
+	cd build/package && cpack
+	@ls build/package/tallory_*.deb
 
 format:
 	find src tests bench fuzz -name '*.cpp' -o -name '*.h' | xargs clang-format -i

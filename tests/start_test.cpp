@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 
 #include "TestSupport.h"
 #include "common/Paths.h"
@@ -43,6 +44,97 @@ TEST(ProgramStart, DebugIsTheWholeCommandLine) {
     };
     for (const Case& c : cases)
         EXPECT_EQ(IsDebugCommand(c.arguments), c.debug) << testing::PrintToString(c.arguments);
+}
+
+// An installed program in a folder of its own (usr/bin, data in usr/share/tallory, bin a link to
+// usr/bin as on merged systems) and a course folder holding a link to the program.
+struct FakeInstallation : TempCourse {
+    FakeInstallation() {
+        Write("usr/bin/tallory", "");
+        Write("usr/share/tallory/demo-course/Roster.txt", "Doe,Jane,1\r\n");
+        Write("usr/share/tallory/demo-course/SessionData/Config.csv", "");
+        Write("Physics/Roster.txt", "");
+        ::symlink("usr/bin", File("bin").c_str());
+        ::symlink(File("usr/bin/tallory").c_str(), File("Physics/tallory").c_str());
+    }
+};
+
+TEST(ProgramStart, FindInstallationNeedsTheDataBesideTheProgram) {
+    FakeInstallation root;
+    const Installation found = FindInstallation(root.File("Physics/tallory"));
+    EXPECT_EQ(found.programFolder, root.File("usr/bin"));
+    EXPECT_EQ(found.dataFolder, root.File("usr/share/tallory"));
+    EXPECT_EQ(FindInstallation(root.File("bin/tallory")).programFolder, root.File("usr/bin"));
+
+    // A program where it was built has no demo course beside it.
+    root.Write("build/tallory", "");
+    EXPECT_TRUE(FindInstallation(root.File("build/tallory")).programFolder.empty());
+    EXPECT_TRUE(FindInstallation(root.File("missing/tallory")).dataFolder.empty());
+}
+
+TEST(ProgramStart, StartPlaceOfEachWayToStart) {
+    FakeInstallation root;
+    const Installation installed = FindInstallation(root.File("usr/bin/tallory"));
+    const Installation built;
+    const std::string home = "/home/ann";
+    const std::string physics = root.File("Physics");
+    const std::string user = "/home/ann/Tallory";
+    struct Case {
+        const char* what;
+        std::string invokedAs;
+        std::string current;
+        std::vector<std::string> arguments;
+        const Installation& installation;
+        StartPlace place;
+    } cases[] = {
+        {"link in a course folder", "./tallory", physics, {}, installed, {physics, false, false}},
+        {"link by full path", physics + "/tallory", "/tmp", {}, installed, {physics, false, false}},
+        {"link with DEBUG", "./tallory", physics, {"debug"}, installed, {physics, true, false}},
+        {"menu: by name through PATH", "tallory", home, {}, installed, {user, true, true}},
+        {"by name in a course folder", "tallory", physics, {}, installed, {user, true, true}},
+        {"by its own path", root.File("usr/bin/tallory"), home, {}, installed, {user, true, true}},
+        {"through a linked folder",
+         root.File("bin/tallory"),
+         home,
+         {},
+         installed,
+         {user, true, true}},
+        {"as itself with DEBUG", "tallory", home, {"DEBUG"}, installed, {user, true, true}},
+        {"built, by path", "./tallory", physics, {}, built, {physics, false, false}},
+        {"built, through PATH", "tallory", physics, {}, built, {physics, false, false}},
+        {"built, DEBUG", "tallory", physics, {"DEBUG"}, built, {physics, true, false}},
+    };
+    for (const Case& c : cases) {
+        const StartPlace place =
+            ChooseStartPlace(c.invokedAs, c.current, c.arguments, c.installation, home);
+        EXPECT_EQ(place.programFolder, c.place.programFolder) << c.what;
+        EXPECT_EQ(place.chooseCourse, c.place.chooseCourse) << c.what;
+        EXPECT_EQ(place.userFolder, c.place.userFolder) << c.what;
+    }
+}
+
+TEST(ProgramStart, UserClassesGetTheDemoCourseOnlyWhenNew) {
+    FakeInstallation root;
+    const Installation installed = FindInstallation(root.File("usr/bin/tallory"));
+
+    TempCourse home;
+    MakeUserClasses(home.File("Tallory"), installed);
+    EXPECT_EQ(home.Read("Tallory/Classes/Demo Course/Roster.txt"), "Doe,Jane,1\r\n");
+    EXPECT_TRUE(home.Exists("Tallory/Classes/Demo Course/SessionData/Config.csv"));
+    CourseList list(home.File("Tallory"));
+    list.Load();
+    EXPECT_EQ(list.Rows(), std::vector<std::string>{"Demo Course"});
+
+    // Once made, the folder is the user's: a removed demo course does not come back.
+    std::filesystem::remove_all(home.File("Tallory/Classes/Demo Course"));
+    MakeUserClasses(home.File("Tallory"), installed);
+    EXPECT_TRUE(ListFolders(home.File("Tallory/Classes")).empty());
+
+    // A program where it was built has no demo course to give.
+    TempCourse other;
+    MakeUserClasses(other.File("Tallory"), Installation{});
+    EXPECT_TRUE(FolderExists(other.File("Tallory/Classes")));
+    EXPECT_TRUE(ListFolders(other.File("Tallory/Classes")).empty());
 }
 
 TEST(ProgramStart, OnlyAnExact1024By768LargeFontScreenGetsTheLargeLayout) {

@@ -1,6 +1,8 @@
 #include "start/ProgramStart.h"
 
+#include <pwd.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -10,6 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
@@ -37,6 +41,23 @@ std::string CleanPath(const std::string& path) {
         at = next + 1;
     }
     return clean.empty() ? "/" : clean;
+}
+
+// The installation's copy of the demo course, and the name of the user's copy in Classes.
+const char* const kDemoCourse = "demo-course";
+const char* const kUserDemoCourse = "Demo Course";
+
+std::string RealPath(const std::string& path) {
+    char* real = ::realpath(path.c_str(), nullptr);
+    const std::string resolved = real ? real : "";
+    std::free(real);
+    return resolved;
+}
+
+bool SameFolder(const std::string& a, const std::string& b) {
+    struct stat first, second;
+    return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 const char* const kRosterExistsText =
@@ -125,6 +146,47 @@ bool IsDebugCommand(const std::vector<std::string>& arguments) {
         line += argument;
     }
     return NormalKey(line) == "DEBUG";
+}
+
+Installation FindInstallation(const std::string& programFile) {
+    const std::string program = RealPath(programFile);
+    const size_t slash = program.rfind('/');
+    if (slash == std::string::npos) return {};
+    const std::string folder = program.substr(0, slash == 0 ? 1 : slash);
+    const std::string data = RealPath(JoinPath(folder, "../share/tallory"));
+    if (data.empty() || !FolderExists(JoinPath(data, kDemoCourse))) return {};
+    return {folder, data};
+}
+
+StartPlace ChooseStartPlace(std::string_view invokedAs, const std::string& currentFolder,
+                            const std::vector<std::string>& arguments,
+                            const Installation& installation, const std::string& home) {
+    const std::string folder = ProgramFolderOf(invokedAs, currentFolder);
+    // Found through PATH, the name is the installed program's; through a path, the folder tells
+    // the installed program's own from a course folder holding a link to it.
+    const bool asItself =
+        !installation.programFolder.empty() && (invokedAs.find('/') == std::string_view::npos ||
+                                                SameFolder(folder, installation.programFolder));
+    if (asItself) return {JoinPath(home, "Tallory"), true, true};
+    return {folder, IsDebugCommand(arguments), false};
+}
+
+std::string HomeFolder() {
+    const char* home = std::getenv("HOME");
+    if (home && home[0] == '/') return home;
+    const passwd* entry = ::getpwuid(::getuid());
+    return entry && entry->pw_dir ? entry->pw_dir : "/";
+}
+
+void MakeUserClasses(const std::string& userFolder, const Installation& installation) {
+    const std::string classes = JoinPath(userFolder, "Classes");
+    if (FolderExists(classes)) return;
+    CreateFolderPath(classes);
+    if (installation.dataFolder.empty()) return;
+    std::error_code error;
+    std::filesystem::copy(JoinPath(installation.dataFolder, kDemoCourse),
+                          JoinPath(classes, kUserDemoCourse),
+                          std::filesystem::copy_options::recursive, error);
 }
 
 void FixRosterFileNames(const Course& course, Host& host) {

@@ -20,6 +20,42 @@ std::string ProgramFolderOf(std::string_view invokedAs, const std::string& curre
 // True when the command line, the arguments joined with blanks, is the word DEBUG in any case.
 bool IsDebugCommand(const std::vector<std::string>& arguments);
 
+// The installation the running program belongs to: the folder of the program file, links
+// resolved, and the shared data beside it (../share/tallory, holding the demo course). Both empty
+// when the program runs where it was built.
+struct Installation {
+    std::string programFolder;
+    std::string dataFolder;
+};
+// `programFile` is the running program's file ("/proc/self/exe").
+Installation FindInstallation(const std::string& programFile);
+
+// Where a start runs.
+struct StartPlace {
+    // Stands for the program's own folder: the course of a plain start, the owner of Classes.
+    std::string programFolder;
+    // The course screen comes first.
+    bool chooseCourse = false;
+    // The folder is the user's own Tallory folder, made on the first start (MakeUserClasses).
+    bool userFolder = false;
+};
+
+// A start through a link placed in a course folder, or of a program run where it was built, runs
+// on the folder it was started from, or with DEBUG on its Classes. The installed program started
+// as itself (from the menu, or by its name through PATH) stands in no course: it offers the course
+// screen over `home`/Tallory/Classes.
+StartPlace ChooseStartPlace(std::string_view invokedAs, const std::string& currentFolder,
+                            const std::vector<std::string>& arguments,
+                            const Installation& installation, const std::string& home);
+
+// The user's home folder: $HOME, else the password database's entry.
+std::string HomeFolder();
+
+// Makes `userFolder`/Classes when it is missing, with a copy of the installation's demo course in
+// it, so that the first start has a course to open. A Classes folder that exists, even empty, is
+// left as it is. Failures are silent: they show up as an empty course list.
+void MakeUserClasses(const std::string& userFolder, const Installation& installation);
+
 // Gives Roster.txt.txt and class.txt.txt the names they were meant to have. The first failure is
 // reported and ends the repair; the start goes on in every case.
 void FixRosterFileNames(const Course& course, Host& host);

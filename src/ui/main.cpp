@@ -52,9 +52,17 @@ tallory::MainLayout ScreenLayout() {
 int main(int argc, char** argv) {
     using namespace tallory;
     // The program's folder is taken as invoked, before anything can change the current folder.
-    const std::string programFolder = ProgramFolderOf(argc > 0 ? argv[0] : "", CurrentFolder());
+    const std::string invokedAs = argc > 0 ? argv[0] : "";
+    const std::string currentFolder = CurrentFolder();
     QApplication app(argc, argv);
     QApplication::setApplicationName("Tallory");
+    std::vector<std::string> arguments;
+    for (const QString& argument : QCoreApplication::arguments().mid(1))
+        arguments.push_back(argument.toStdString());
+    const Installation installation = FindInstallation("/proc/self/exe");
+    const StartPlace place =
+        ChooseStartPlace(invokedAs, currentFolder, arguments, installation, HomeFolder());
+    const std::string& programFolder = place.programFolder;
 
     auto course = std::make_unique<Course>();
     course->ProgramFolder = programFolder;
@@ -65,10 +73,8 @@ int main(int argc, char** argv) {
     bool opened = false;
 
     RunGuarded(host, [&] {
-        std::vector<std::string> arguments;
-        for (const QString& argument : QCoreApplication::arguments().mid(1))
-            arguments.push_back(argument.toStdString());
-        if (IsDebugCommand(arguments)) {
+        if (place.userFolder) MakeUserClasses(programFolder, installation);
+        if (place.chooseCourse) {
             CreateFolderPath(CoursePath(programFolder, "\\Classes"));
             CourseListDialog courses(programFolder);
             if (courses.exec() != QDialog::Accepted) return;
