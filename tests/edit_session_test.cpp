@@ -121,10 +121,13 @@ TEST(EditSession, ClearedTitleFallsBackToTheDate) {
     EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
     screen.txtSessionNameChange("");
     screen.cmdSaveClick();
+    const int redraws = fixture.grid.screen.redraws;
     screen.AfterClose();
     EXPECT_NE(fixture.Log(1).find(", Min Correct =  0 ,\"\"\r\n"), std::string::npos)
         << fixture.Log(1);
-    EXPECT_EQ(fixture.course.SessionTitle[1], "Intro");  // a blank title is not posted
+    // The heading follows at once, and reads as the next start reads it.
+    EXPECT_EQ(fixture.grid.screen.redraws, redraws + 1);
+    EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
     fixture.Load();
     EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
 }
@@ -141,6 +144,7 @@ TEST(EditSession, RemoveAsksFirst) {
     EXPECT_EQ(asked.text, "Are you sure you want to remove lecture L0909111030.csv");
     EXPECT_EQ(asked.icon, Icon::Question);
     EXPECT_EQ(asked.buttons, Buttons::YesNo);
+    EXPECT_EQ(asked.defaultButton, Answer::No);
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Removed());
     EXPECT_EQ(fixture.Log(1), before);
@@ -180,8 +184,7 @@ TEST(EditSession, RemoveKeepsTheRemovedLogsOwnTextOutsideTheCourse) {
     EXPECT_EQ(test::ReadBytes(kept), original);
     // The course folder ends as it always did: an empty log and the "x" copy of the tables.
     EXPECT_EQ(fixture.Log(2), "");
-    EXPECT_NE(fixture.Read("SessionData/xL0909121030.csv").find("\"Forces\""),
-              std::string::npos);
+    EXPECT_NE(fixture.Read("SessionData/xL0909121030.csv").find("\"Forces\""), std::string::npos);
 }
 
 TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
@@ -225,8 +228,7 @@ TEST(EditSessionCli, ARemovalThatFailsClaimsNoCopy) {
     SessionsCourse fixture;
     fixture.Write("SessionData/xL0909121030.csv/inside", "x");
     const std::string before = fixture.Log(2);
-    auto result =
-        test::RunCli({"--course", fixture.Path(), "remove", "2", "--yes", "--json"});
+    auto result = test::RunCli({"--course", fixture.Path(), "remove", "2", "--yes", "--json"});
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\"removed\": false"), std::string::npos) << result.out;

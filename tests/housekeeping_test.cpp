@@ -378,6 +378,7 @@ TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
     EXPECT_EQ(sample.host.messages.size(), 1u);
     EXPECT_EQ(sample.host.messages[0].icon, Icon::Stop);
     EXPECT_EQ(sample.host.messages[0].buttons, Buttons::OkCancel);
+    EXPECT_EQ(sample.host.messages[0].defaultButton, Answer::Cancel);
 }
 
 TEST(PurgeClickerLogs, CancelOrNoTickChangesNoLog) {

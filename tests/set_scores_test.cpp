@@ -287,6 +287,7 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
                   "This is the last remaining question in this session. Are you sure "
                   "you don\xE2\x80\x99t want to simply delete the session?");
         EXPECT_EQ(asked.buttons, Buttons::YesNo);
+        EXPECT_EQ(asked.defaultButton, Answer::No);
         bool deleted = answer == Answer::Yes;
         EXPECT_EQ(fixture.course.Questions[2].Deleted != 0, deleted);
         EXPECT_EQ(screen.Controls().OptNo.checked, !deleted);
