@@ -536,9 +536,11 @@ void MainWindow::BindControls() {
     const GridView& view = grid_.View();
     binding_.Bind(lblSubject_, view.lblSubject);
     binding_.Bind(lblCMS_, view.lblCMS);
-    binding_.Bind(lblExit_, view.lblExit);
-    binding_.Bind(lblNext_, view.lblNext);
-    binding_.Bind(lblPrevious_, view.lblPrevious);
+    // The command labels keep their own captions: the states hold only whether they show and act.
+    for (auto [link, state] :
+         {std::pair{lblExit_, &view.lblExit}, std::pair{lblNext_, &view.lblNext},
+          std::pair{lblPrevious_, &view.lblPrevious}})
+        binding_.Bind(static_cast<QWidget*>(link), *state);
     binding_.Bind(cmbDisplayName_, view.cmbDisplayName);
     // The clicker lists are a command of the window like the choice of name order.
     binding_.Bind(static_cast<QWidget*>(cmdViewAll_), view.cmbDisplayName);
