@@ -485,5 +485,44 @@ TEST(SetScoresCli, LastQuestionStaysUnlessConfirmed) {
     }
 }
 
+TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
+    struct Case {
+        const char* what;
+        std::function<void(SetScoresScreen&)> act;
+        bool unsaved;
+    };
+    const Case cases[] = {
+        {"nothing", [](SetScoresScreen&) {}, false},
+        // Showing a deleted question rewrites its name in the box; that is no edit.
+        {"walking the questions",
+         [](SetScoresScreen& s) {
+             s.lblNextClick();
+             s.lblNextClick();
+             s.lblPreviousClick();
+         },
+         false},
+        {"the same points again", [](SetScoresScreen& s) { s.txtPointsValidate(0, "1"); }, false},
+        {"points", [](SetScoresScreen& s) { s.txtPointsValidate(1, "2"); }, true},
+        {"a correct answer", [](SetScoresScreen& s) { s.cmbCorrectClick(3); }, true},
+        {"a cap", [](SetScoresScreen& s) { s.chkTruncPerfClick(false); }, true},
+        {"participation", [](SetScoresScreen& s) { s.txtPointsAwardedValidate("3"); }, true},
+        {"a title typed", [](SetScoresScreen& s) { s.txtQuestionNameChange("Lenses"); }, true},
+        {"a deletion", [](SetScoresScreen& s) { s.OptYesClick(); }, true},
+        {"a deletion undone",
+         [](SetScoresScreen& s) {
+             s.OptYesClick();
+             s.OptNoClick();
+         },
+         false},
+    };
+    LogPlan plan = test::QuestionsPlan({"Q1", "Q2|Y", "Q3"});
+    for (const Case& test : cases) {
+        ScoringCourse fixture(plan);
+        SetScoresScreen screen = fixture.Open();
+        test.act(screen);
+        EXPECT_EQ(screen.HasUnsavedEdits(), test.unsaved) << test.what;
+    }
+}
+
 }  // namespace
 }  // namespace tallory
