@@ -500,6 +500,15 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
         {Qt::Key_Home, GridKey::Home},     {Qt::Key_End, GridKey::End},
     };
     if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+        // Enter presses the button with the focus, as Space does: a window's buttons have no
+        // default one to take it.
+        const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+            enter && button && isAncestorOf(button) && button->isEnabled()) {
+            event->accept();
+            button->click();
+            return;
+        }
         for (const auto& [code, key] : kKeys) {
             if (event->key() != code) continue;
             Guarded([&] { grid_.KeyDown(key); });

@@ -268,7 +268,7 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
     EXPECT_TRUE(opened);
     EXPECT_EQ(fixture.folder.Log(test::SeptemberLog(3)), log);  // nothing was saved
 
-    // Without edits Escape closes at once.
+    // Enter on Set Scores opens it again; without edits Escape closes at once.
     bool closed = false;
     WhenOpen("frmSetSessionScoring", [&](QDialog& dialog) {
         ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
@@ -276,7 +276,11 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape);
         closed = !dialog.isVisible();
     });
-    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
+    fixture.window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(fixture.window.get()));
+    auto* edit = Find<QPushButton>(*fixture.window, "cmdEdit0");
+    edit->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(edit, Qt::Key_Return);
     EXPECT_TRUE(closed);
 }
 
