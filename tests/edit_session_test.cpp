@@ -111,10 +111,13 @@ TEST(EditSession, ClearedTitleFallsBackToTheDate) {
     EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
     screen.txtSessionNameChange("");
     screen.cmdSaveClick();
+    const int redraws = fixture.grid.screen.redraws;
     screen.AfterClose();
     EXPECT_NE(fixture.Log(1).find(", Min Correct =  0 ,\"\"\r\n"), std::string::npos)
         << fixture.Log(1);
-    EXPECT_EQ(fixture.course.SessionTitle[1], "Intro");  // a blank title is not posted
+    // The heading follows at once, and reads as the next start reads it.
+    EXPECT_EQ(fixture.grid.screen.redraws, redraws + 1);
+    EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
     fixture.Load();
     EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
 }
@@ -128,6 +131,7 @@ TEST(EditSession, RemoveAsksFirst) {
     EXPECT_EQ(asked.title, "Confirm Remove");
     EXPECT_EQ(asked.text, "Are you sure you want to remove lecture L0909111030.csv");
     EXPECT_EQ(asked.buttons, Buttons::YesNo);
+    EXPECT_EQ(asked.defaultButton, Answer::No);
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Removed());
     EXPECT_EQ(fixture.Log(1), before);

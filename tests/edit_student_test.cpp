@@ -140,6 +140,7 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
                   "Are you sure you want to delete the selected clicker. The complete process "
                   "might take several minutes");
         EXPECT_EQ(fixture.host.messages[0].buttons, Buttons::YesNo);
+        EXPECT_EQ(fixture.host.messages[0].defaultButton, Answer::No);
     }
     // 777 stands twice for S2: the first removal leaves the second row.
     for (int removal = 1; removal <= 2; ++removal) {
@@ -174,6 +175,7 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
         EXPECT_EQ(fixture.host.messages[0].text,
                   "This will permanently delete ABC123 from the log files.");
         EXPECT_EQ(fixture.host.messages[0].buttons, Buttons::OkCancel);
+        EXPECT_EQ(fixture.host.messages[0].defaultButton, Answer::Cancel);
         if (answer == Answer::Cancel) {
             EXPECT_EQ(fixture.host.messages.size(), 1u);
             EXPECT_TRUE(fixture.host.written.empty());

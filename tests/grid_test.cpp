@@ -127,6 +127,46 @@ TEST(ScoreGrid, StudentScrollBarAndWheel) {
     }
 }
 
+TEST(ScoreGrid, KeysMoveOnlyWhatTheMouseCouldMove) {
+    // Where the keys leave the first session column (pageNo) and the first student row.
+    struct Case {
+        const char* what;
+        int sessions, students;
+        bool help;
+        GridKey key;
+        int pageNo, firstRow;
+    };
+    const Case cases[] = {
+        {"left", 7, 12, false, GridKey::Left, 2, 0},
+        {"right at the end", 7, 12, false, GridKey::Right, 3, 0},
+        {"home", 7, 12, false, GridKey::Home, 0, 0},
+        {"end", 7, 12, false, GridKey::End, 3, 0},
+        {"down", 7, 12, false, GridKey::Down, 3, 1},
+        {"page down", 7, 12, false, GridKey::PageDown, 3, 5},
+        {"page down, clamped", 7, 8, false, GridKey::PageDown, 3, 2},
+        {"up at the top", 7, 12, false, GridKey::Up, 3, 0},
+        {"home, four sessions: no bar", 4, 12, false, GridKey::Home, 0, 0},
+        {"down, six students: nothing below", 7, 6, false, GridKey::Down, 3, 0},
+        {"help open: left", 7, 12, true, GridKey::Left, 3, 0},
+        {"help open: home", 7, 12, true, GridKey::Home, 3, 0},
+        {"help open: page down", 7, 12, true, GridKey::PageDown, 3, 0},
+    };
+    for (const Case& test : cases) {
+        OpenGrid open;
+        open.WriteSessions(test.sessions, Voters(test.students));
+        open.Open();
+        if (test.help) open.grid.ToggleHelp();
+        open.grid.KeyDown(test.key);
+        EXPECT_EQ(open.grid.PageNo(), test.pageNo) << test.what;
+        EXPECT_EQ(open.view().sessionScroll.value, test.pageNo) << test.what;
+        EXPECT_EQ(open.view().studentScroll.value, test.firstRow) << test.what;
+        // The view was redrawn there.
+        EXPECT_EQ(open.view().lblStudentName[1].text,
+                  " " + open.course.Students[test.firstRow + 1].StudentId)
+            << test.what;
+    }
+}
+
 TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
     OpenGrid open;
     open.WriteSessions(2, {});

@@ -326,6 +326,7 @@ TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
     ASSERT_EQ(sample.host.messages.size(), 1u);
     EXPECT_EQ(sample.host.messages[0].icon, Icon::Stop);
     EXPECT_EQ(sample.host.messages[0].buttons, Buttons::OkCancel);
+    EXPECT_EQ(sample.host.messages[0].defaultButton, Answer::Cancel);
 }
 
 TEST(PurgeClickerLogs, CancelOrNoTickChangesNoLog) {

@@ -56,6 +56,7 @@ TEST(SessionStore, WarnsOfTwoClickersOfOneStudentInOneSession) {
     const auto& warning = loaded.host.messages[0];
     EXPECT_EQ(warning.title, "Warning - Multiple clickers Registered with one Student");
     EXPECT_EQ(warning.icon, Icon::Exclamation);
+    EXPECT_TRUE(warning.style.table);  // its columns line up only in a fixed-width font
     std::string row = "1" + std::string(9, ' ') + "S2" + std::string(18, ' ') + "A2,A22" +
                       std::string(23, ' ') + "09/08/2026-2";
     EXPECT_NE(warning.text.find("SrNo   StudentID          Registered Clicker(s)             "

@@ -268,6 +268,7 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
                   "This is the last remaining question in this session. Are you sure "
                   "you don\xE2\x80\x99t want to simply delete the session?");
         EXPECT_EQ(asked.buttons, Buttons::YesNo);
+        EXPECT_EQ(asked.defaultButton, Answer::No);
         bool deleted = answer == Answer::Yes;
         EXPECT_EQ(fixture.course.Questions[2].Deleted != 0, deleted);
         EXPECT_EQ(screen.Controls().OptNo.checked, !deleted);
@@ -385,6 +386,45 @@ TEST(SetScoresCli, RefusedEditsSaveNothing) {
         EXPECT_NE(result.err.find(row.said), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("nothing was saved"), std::string::npos) << result.err;
         EXPECT_EQ(fixture.LogBytes(), before) << row.said;
+    }
+}
+
+TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
+    struct Case {
+        const char* what;
+        std::function<void(SetScoresScreen&)> act;
+        bool unsaved;
+    };
+    const Case cases[] = {
+        {"nothing", [](SetScoresScreen&) {}, false},
+        // Showing a deleted question rewrites its name in the box; that is no edit.
+        {"walking the questions",
+         [](SetScoresScreen& s) {
+             s.lblNextClick();
+             s.lblNextClick();
+             s.lblPreviousClick();
+         },
+         false},
+        {"the same points again", [](SetScoresScreen& s) { s.txtPointsValidate(0, "1"); }, false},
+        {"points", [](SetScoresScreen& s) { s.txtPointsValidate(1, "2"); }, true},
+        {"a correct answer", [](SetScoresScreen& s) { s.cmbCorrectClick(3); }, true},
+        {"a cap", [](SetScoresScreen& s) { s.chkTruncPerfClick(false); }, true},
+        {"participation", [](SetScoresScreen& s) { s.txtPointsAwardedValidate("3"); }, true},
+        {"a title typed", [](SetScoresScreen& s) { s.txtQuestionNameChange("Lenses"); }, true},
+        {"a deletion", [](SetScoresScreen& s) { s.OptYesClick(); }, true},
+        {"a deletion undone",
+         [](SetScoresScreen& s) {
+             s.OptYesClick();
+             s.OptNoClick();
+         },
+         false},
+    };
+    LogPlan plan = test::QuestionsPlan({"Q1", "Q2|Y", "Q3"});
+    for (const Case& test : cases) {
+        ScoringCourse fixture(plan);
+        SetScoresScreen screen = fixture.Open();
+        test.act(screen);
+        EXPECT_EQ(screen.HasUnsavedEdits(), test.unsaved) << test.what;
     }
 }
 

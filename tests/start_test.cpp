@@ -223,9 +223,7 @@ TEST(CourseList, ListsCoursesAndMarksWebVoting) {
     program.Write("Classes/Options.csv", "\"SelectedClass\",\"chemistry (*)\"\r\n");
     CourseList list(program.Path());
     list.Load();
-    std::vector<std::string> rows = list.Rows();
-    std::sort(rows.begin(), rows.end());
-    EXPECT_EQ(rows, (std::vector<std::string>{"Chemistry (*)", "Physics"}));
+    EXPECT_EQ(list.Rows(), (std::vector<std::string>{"Chemistry (*)", "Physics"}));
     EXPECT_TRUE(list.StartEnabled());
 
     list.Activate();
@@ -249,6 +247,16 @@ TEST(CourseList, SavedRowWithoutTheCurrentMarkIsNotSelected) {
     EXPECT_EQ(list.Selected(), -1);
     // Nothing is checked: without a selection the course is the Classes folder itself.
     EXPECT_EQ(list.SetAndStart(), program.Path() + "/Classes/");
+}
+
+TEST(CourseList, RowsStandInNameOrderWithoutRegardToCase) {
+    TempCourse program;
+    for (const char* course : {"physics", "Algebra", "biology", "Zoology", "BIOLOGY"})
+        program.Write(std::string("Classes/") + course + "/Roster.txt", "");
+    CourseList list(program.Path());
+    list.Load();
+    EXPECT_EQ(list.Rows(),
+              (std::vector<std::string>{"Algebra", "BIOLOGY", "biology", "physics", "Zoology"}));
 }
 
 TEST(CourseList, EmptyClassesFolderCannotStart) {

@@ -13,7 +13,10 @@
 namespace tallory::cli {
 
 Answer ConsoleHost::Message(std::string_view text, std::string_view title, Icon icon,
-                            Buttons buttons) {
+                            Buttons buttons, MessageStyle style) {
+    // Without --yes or --no every question takes its safe answer, which is the default button of
+    // a destructive one; the printed text keeps its blanks, so a table lines up as it stands.
+    (void)style;
     std::cerr << "[" << title << "] " << text << "\n";
     messages_.push_back(nlohmann::json{{"title", JsonText(std::string(title))},
                                        {"text", JsonText(std::string(text))},

@@ -17,12 +17,13 @@ namespace tallory::cli {
 
 // The person at the console, answered from the command line: every message box is printed as
 // "[TITLE] TEXT" on stderr and kept for the JSON output; questions take --yes / --no (No when
-// neither was given), OK/Cancel questions take OK only with --yes; the option dialog takes
+// neither was given), OK/Cancel questions take OK only with --yes, so a destructive question's
+// safe default is the answer of a command line that gave none; the option dialog takes
 // --filter / --cancel. Programs are never started, only listed; the clipboard is the output.
 class ConsoleHost : public Host {
   public:
-    Answer Message(std::string_view text, std::string_view title, Icon icon,
-                   Buttons buttons) override;
+    Answer Message(std::string_view text, std::string_view title, Icon icon, Buttons buttons,
+                   MessageStyle style = {}) override;
     OptionChoice ChooseOption(const OptionDialog& dialog) override;
     void StartProgram(const std::string& program, const std::string& argument) override;
     void SetClipboardText(const std::string& text) override;

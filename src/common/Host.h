@@ -10,6 +10,32 @@ enum class Icon { None, Information, Exclamation, Question, Stop };
 enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
+// How a message box shows beyond its words.
+struct MessageStyle {
+    // The question deletes or drops something: No (or Cancel) is the default button, so that a
+    // hurried Enter keeps the data.
+    bool destructive = false;
+    // The text lines up columns with blanks: it is shown in a fixed-width font.
+    bool table = false;
+};
+
+inline constexpr MessageStyle kDestructive{.destructive = true};
+inline constexpr MessageStyle kTableText{.table = true};
+
+// The button that Enter presses: the first one, except the safe one of a destructive question.
+constexpr Answer DefaultButton(Buttons buttons, MessageStyle style) {
+    switch (buttons) {
+        case Buttons::Ok:
+            return Answer::Ok;
+        case Buttons::OkCancel:
+            return style.destructive ? Answer::Cancel : Answer::Ok;
+        case Buttons::YesNo:
+        case Buttons::YesNoCancel:
+            return style.destructive ? Answer::No : Answer::Yes;
+    }
+    return Answer::Ok;
+}
+
 // The title a message box takes when the program gives none.
 inline constexpr std::string_view kProgramTitle = "Tallory";
 
@@ -38,7 +64,8 @@ class Host {
 
     // A modal message box; returns the button pressed.
     virtual Answer Message(std::string_view text, std::string_view title = kProgramTitle,
-                           Icon icon = Icon::None, Buttons buttons = Buttons::Ok) = 0;
+                           Icon icon = Icon::None, Buttons buttons = Buttons::Ok,
+                           MessageStyle style = {}) = 0;
 
     // The progress screen: shown for a long pass, its label text, its bar (0..1).
     virtual void ShowProgress() {}

@@ -3,8 +3,9 @@
 namespace tallory {
 
 Answer RecordingHost::Message(std::string_view text, std::string_view title, Icon icon,
-                              Buttons buttons) {
-    messages.push_back({std::string(text), std::string(title), icon, buttons});
+                              Buttons buttons, MessageStyle style) {
+    messages.push_back({std::string(text), std::string(title), icon, buttons, style,
+                        DefaultButton(buttons, style)});
     if (buttons == Buttons::Ok) return Answer::Ok;
     if (!answers.empty()) {
         Answer answer = answers.front();

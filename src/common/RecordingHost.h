@@ -18,10 +18,12 @@ class RecordingHost : public Host {
         std::string title;
         Icon icon;
         Buttons buttons;
+        MessageStyle style{};
+        Answer defaultButton = Answer::Ok;  // the button Enter would press
     };
 
-    Answer Message(std::string_view text, std::string_view title, Icon icon,
-                   Buttons buttons) override;
+    Answer Message(std::string_view text, std::string_view title, Icon icon, Buttons buttons,
+                   MessageStyle style = {}) override;
     void SetProgressText(std::string_view text) override { progressTexts.emplace_back(text); }
     void SetProgressValue(double fraction) override { lastProgress = fraction; }
     void SetProgressCaption(std::string_view caption) override {

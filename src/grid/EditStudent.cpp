@@ -78,6 +78,10 @@ void EditStudentScreen::TxtNewClickerIdChange(std::string_view text) {
     txtNewClickerId_.text = std::string(text);
 }
 
+bool EditStudentScreen::HasUnsavedEdits() const {
+    return !TrimView(txtNewClickerId_.text).empty();
+}
+
 bool EditStudentScreen::TxtNewClickerIdKey(int key) {
     return IsRemoteIdKey(key);
 }
@@ -120,7 +124,7 @@ void EditStudentScreen::cmdSaveClick() {
         const Answer answer = host_.Message(
             "Are you sure you want to delete the selected clicker. The complete process might "
             "take several minutes",
-            "Confirm Delete", Icon::Question, Buttons::YesNo);
+            "Confirm Delete", Icon::Question, Buttons::YesNo, kDestructive);
         if (answer == Answer::No) return;
         Hide();
         host_.ShowProgress();
@@ -138,7 +142,7 @@ void EditStudentScreen::cmdRemoveClick() {
     const std::string& remote = lblClickerID_.text;
     const Answer answer =
         host_.Message("This will permanently delete " + remote + " from the log files.",
-                      kProgramTitle, Icon::None, Buttons::OkCancel);
+                      kProgramTitle, Icon::None, Buttons::OkCancel, kDestructive);
     if (answer != Answer::Ok) {
         closed_ = true;
         return;

@@ -35,6 +35,8 @@ class EditStudentScreen {
     void cmdSaveClick();
     void cmdRemoveClick();
     void cmdCancelClick() { closed_ = true; }
+    // A new clicker typed but not added: closing would drop it.
+    bool HasUnsavedEdits() const;
 
     // The fields set by the main window.
     const ControlState& lbliStudent() const { return lbliStudent_; }

@@ -334,6 +334,39 @@ void ScoreGrid::MouseWheel(int rotation) {
     if (value != bar.value) StudentScrollChanged(value);
 }
 
+void ScoreGrid::KeyDown(GridKey key) {
+    const ScrollBar& sessions = view_.sessionScroll;
+    const ScrollBar& students = view_.studentScroll;
+    auto moveStudents = [&](int step) {
+        if (!students.visible || !students.enabled) return;
+        const int value = Clamp(students.value + step, students);
+        if (value != students.value) StudentScrollChanged(value);
+    };
+    auto moveSessions = [&](int value) {
+        if (sessions.visible && sessions.enabled) SetSessionScroll(value);
+    };
+    switch (key) {
+        case GridKey::Left:
+            if (view_.lblPrevious.enabled) PreviousClick();
+            return;
+        case GridKey::Right:
+            if (view_.lblNext.enabled) NextClick();
+            return;
+        case GridKey::Up:
+            return moveStudents(-students.smallChange);
+        case GridKey::Down:
+            return moveStudents(students.smallChange);
+        case GridKey::PageUp:
+            return moveStudents(-students.largeChange);
+        case GridKey::PageDown:
+            return moveStudents(students.largeChange);
+        case GridKey::Home:
+            return moveSessions(sessions.minimum);
+        case GridKey::End:
+            return moveSessions(sessions.maximum);
+    }
+}
+
 void ScoreGrid::DisplayNameChanged(DisplayOrder order, Host& host) {
     view_.cmbDisplayName.index = static_cast<int>(order);
     host.YieldEvents();

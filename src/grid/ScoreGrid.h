@@ -56,6 +56,9 @@ struct ScrollBar {
     bool enabled = true;
 };
 
+// The keys that move the grid's view.
+enum class GridKey { Left, Right, Up, Down, PageUp, PageDown, Home, End };
+
 // What the pointer over a label of the grid shows.
 struct Hover {
     bool underline = false;
@@ -125,6 +128,11 @@ class ScoreGrid : public MainScreen {
     void SetSessionScroll(int value);
     void StudentScrollChanged(int value);
     void MouseWheel(int rotation);
+    // A key in the grid moves the view through the handlers of the mouse: the left and right
+    // arrows are lblPrevious and lblNext, the up and down arrows a small step of vscrlStudent,
+    // Page Up and Page Down a large one; Home and End move hscrlSession to the first and the last
+    // sessions. A control that is disabled or hidden does not move.
+    void KeyDown(GridKey key);
     void DisplayNameChanged(DisplayOrder order, Host& host);
     void ExportChanged(int column, bool checked);
 

@@ -186,7 +186,7 @@ void GhostRemoteScreen::RowKeyDown(int key) {
 void GhostRemoteScreen::CmdDeleteClick() {
     Hide();
     const Answer answer =
-        host_.Message(DeleteWarning(), kProgramTitle, Icon::Stop, Buttons::OkCancel);
+        host_.Message(DeleteWarning(), kProgramTitle, Icon::Stop, Buttons::OkCancel, kDestructive);
     if (answer != Answer::Ok) {
         Show();
         return;

@@ -300,7 +300,8 @@ void LoadSessions(Course& course, Host& host, MainScreen& screen) {
 
     if (course.MultiRemoteText.find('\n') != std::string::npos)
         host.Message(MultiRemoteWarning(course),
-                     "Warning - Multiple clickers Registered with one Student", Icon::Exclamation);
+                     "Warning - Multiple clickers Registered with one Student", Icon::Exclamation,
+                     Buttons::Ok, kTableText);
 
     screen.UpdateTable();
     host.SetProgressText("");

@@ -94,6 +94,7 @@ EditSessionScreen::EditSessionScreen(Course& course, Host& host, SessionGrid& gr
     course_.CurrentLogFile = course_.SessionFile[session];
     lblFileName_.text = course_.CurrentLogFile;
     txtSessionName_.text = course_.SessionTitle[session];
+    shownTitle_ = txtSessionName_.text;
 }
 
 void EditSessionScreen::txtSessionNameChange(std::string_view text) {
@@ -159,7 +160,7 @@ void EditSessionScreen::cmdSaveClick() {
 void EditSessionScreen::cmdRemoveClick() {
     const std::string& file = lblFileName_.text;
     Answer answer = host_.Message("Are you sure you want to remove lecture " + file,
-                                  "Confirm Remove", Icon::Question, Buttons::YesNo);
+                                  "Confirm Remove", Icon::Question, Buttons::YesNo, kDestructive);
     closed_ = true;
     if (answer != Answer::Yes) return;
     confirmed_ = true;
@@ -196,7 +197,9 @@ void EditSessionScreen::cmdCancelClick() {
 }
 
 void EditSessionScreen::AfterClose() {
-    if (!saved_ || TrimView(txtSessionName_.text).empty()) return;
+    if (!saved_) return;
+    // A cleared title is posted too: the heading falls back to the session's date at once, as the
+    // next start would show it.
     course_.SessionTitle[session_] = txtSessionName_.text;
     grid_.Screen().UpdateTable();
 }

@@ -34,8 +34,10 @@ class EditSessionScreen {
     void cmdSaveClick();
     void cmdRemoveClick();
     void cmdCancelClick();
-    // Run by the opener once the form has closed: a saved title that is not blank becomes the
-    // session's title in the grid.
+    // The title box no longer reads as the session's title: closing would drop the edit.
+    bool HasUnsavedEdits() const { return txtSessionName_.text != shownTitle_; }
+    // Run by the opener once the form has closed: a saved title becomes the session's title in
+    // the grid; a blank one leaves the heading to the date.
     void AfterClose();
 
     const ControlState& lblFileName() const { return lblFileName_; }
@@ -63,6 +65,7 @@ class EditSessionScreen {
     int session_;
     ControlState lblFileName_;
     ControlState txtSessionName_;
+    std::string shownTitle_;  // the title the form opened with
     bool saved_ = false;
     bool closed_ = false;
     bool removed_ = false;

@@ -13,4 +13,9 @@ void SweepSessionScroll(SessionGrid& grid) {
     grid.SetSessionScrollValue(grid.SessionScrollMaximum());
 }
 
+bool DropUnsavedEdits(Host& host) {
+    return host.Message(kUnsavedEditsText, kUnsavedEditsTitle, Icon::Question, Buttons::YesNo,
+                        kDestructive) == Answer::Yes;
+}
+
 }  // namespace tallory

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "common/ControlState.h"
 #include "common/Course.h"
+#include "common/Host.h"
 #include "logs/SessionStore.h"
 
 namespace tallory {
@@ -47,6 +49,14 @@ class HeadlessSessionGrid : public SessionGrid {
   private:
     const Course& course_;
 };
+
+// Escape or the close box on a screen whose edits are not saved yet: asks whether to close and
+// drop them. True on Yes; No, the default button, keeps the screen open with its edits.
+bool DropUnsavedEdits(Host& host);
+
+inline constexpr std::string_view kUnsavedEditsTitle = "Unsaved Changes";
+inline constexpr std::string_view kUnsavedEditsText =
+    "Your changes on this screen have not been saved. Close it and discard them?";
 
 // Full path of a session log of the course folder.
 std::string SessionLogPath(const Course& course, const std::string& fileName);

@@ -1,5 +1,7 @@
 #include "scoring/SetScoresScreen.h"
 
+#include <utility>
+
 #include "common/Numbers.h"
 #include "common/Paths.h"
 #include "common/Text.h"
@@ -113,6 +115,28 @@ void SetScoresScreen::Load() {
     controls_.lblPrevious.enabled = controls_.lblNext.enabled = course_.NumQuestions > 1;
     controls_.lblClass.text = CourseName(course_);
     UpdateQuestion();
+    opened_ = CurrentScoring();
+    nameTyped_ = false;
+}
+
+SetScoresScreen::Scoring SetScoresScreen::CurrentScoring() const {
+    Scoring scoring;
+    for (int q = 1; q <= course_.NumQuestions; ++q) {
+        const QuestionRec& question = std::as_const(course_).Questions[q];
+        std::array<double, 8> values{static_cast<double>(question.CorrectAnswer),
+                                     static_cast<double>(question.Deleted != 0)};
+        for (int choice = 1; choice <= 5; ++choice)
+            values[choice + 1] = question.ChoicePoints[choice];
+        scoring.questions.push_back(values);
+    }
+    scoring.performance = course_.SessPerformance;
+    scoring.participation = course_.SessParticipation;
+    return scoring;
+}
+
+bool SetScoresScreen::HasUnsavedEdits() const {
+    // Titles are compared by the typing alone: the screen rewrites a name just by showing it.
+    return nameTyped_ || CurrentScoring() != opened_;
 }
 
 // The question box reports every change of its text to txtQuestionNameChange, also when the
@@ -350,6 +374,7 @@ bool SetScoresScreen::txtMinResponsesValidate(std::string_view text) {
 
 void SetScoresScreen::txtQuestionNameChange(std::string_view text) {
     if (!controls_.txtQuestionName.enabled) return;
+    if (text != controls_.txtQuestionName.text) nameTyped_ = true;
     ShowQuestionName(std::string(text));
 }
 
@@ -379,8 +404,8 @@ void SetScoresScreen::OptYesClick() {
     if (CountLiveQuestions(course_) > 1) {
         question.Deleted = kTrue;
         ShowRequirementShift(true, RequiredResponses(course_));
-    } else if (host_.Message(kLastQuestionText, kLastQuestionTitle, Icon::None, Buttons::YesNo) ==
-               Answer::Yes) {
+    } else if (host_.Message(kLastQuestionText, kLastQuestionTitle, Icon::None, Buttons::YesNo,
+                             kDestructive) == Answer::Yes) {
         question.Deleted = kTrue;
     } else {
         controls_.OptNo.checked = true;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/Course.h"
 #include "common/Host.h"
@@ -86,6 +87,9 @@ class SetScoresScreen {
     // cmdSet ran; WriteSucceeded tells whether the log on disk took the edits.
     bool SetPressed() const { return setPressed_; }
     bool WriteSucceeded() const { return written_; }
+    // Something the instructor changed since the screen opened would be lost by closing without
+    // cmdSet: a point, an answer, a cap, the participation, a deletion or a title typed.
+    bool HasUnsavedEdits() const;
     // The log's name without ".csv", the caption of frmViewHistogram.
     std::string LogBaseName() const;
 
@@ -99,6 +103,15 @@ class SetScoresScreen {
     std::vector<ControlState*> FormControls();
     void ShowRequirementShift(bool deleting, int16_t to);
 
+    // What the instructor can change, as it stood when the screen opened.
+    struct Scoring {
+        std::vector<std::array<double, 8>> questions;  // CorrectAnswer, Deleted, points A to E
+        double performance = 0;
+        double participation = 0;
+        bool operator==(const Scoring&) const = default;
+    };
+    Scoring CurrentScoring() const;
+
     Course& course_;
     Host& host_;
     SessionGrid& grid_;
@@ -110,6 +123,8 @@ class SetScoresScreen {
     bool closed_ = false;
     bool setPressed_ = false;
     bool written_ = false;
+    Scoring opened_;
+    bool nameTyped_ = false;
 };
 
 // Shows a point value: 0 and values of 1 or more as plain number text; a value between 0 and 1,

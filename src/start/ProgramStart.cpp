@@ -6,6 +6,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -212,6 +213,12 @@ void CourseList::Load() {
         if (IsWebVotingEnabled(JoinPath(classes, name))) row += " (*)";
         rows_.push_back(row);
     }
+    // The folder lister shows the courses by name, without regard to case.
+    std::sort(rows_.begin(), rows_.end(), [](const std::string& a, const std::string& b) {
+        const std::string upperA = ToUpper(a);
+        const std::string upperB = ToUpper(b);
+        return upperA != upperB ? upperA < upperB : a < b;
+    });
 }
 
 void CourseList::Activate() {

@@ -1,6 +1,7 @@
 #include "ui/CourseListDialog.h"
 
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -13,6 +14,7 @@ namespace tallory {
 CourseListDialog::CourseListDialog(const std::string& programFolder, QWidget* parent)
     : QDialog(parent), list_(programFolder) {
     setObjectName("frmCourseList");
+    UseDialogFrame(this);
     setWindowTitle("Welcome to Tallory");
     setMinimumSize(420, 360);
 
@@ -45,6 +47,18 @@ CourseListDialog::CourseListDialog(const std::string& programFolder, QWidget* pa
     list_.Load();
     for (const std::string& row : list_.Rows()) lstCourses_->addItem(DisplayString(row));
     cmdSetAndStart_->setEnabled(list_.StartEnabled());
+    // No row is current until one is chosen, so the list shows no row as if it were selected
+    // when it takes the focus; the first arrow key chooses the first row.
+    lstCourses_->setCurrentIndex(QModelIndex());
+}
+
+void CourseListDialog::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && lstCourses_->selectedItems().isEmpty()) {
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void CourseListDialog::showEvent(QShowEvent* event) {

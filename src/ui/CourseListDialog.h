@@ -22,6 +22,9 @@ class CourseListDialog : public QDialog {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    // Enter opens the selected course; with no row selected it does nothing, where the button
+    // would open the Classes folder itself.
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void SetAndStart();

@@ -31,6 +31,7 @@ int CharactersBefore(const std::string& bytes, size_t offset) {
 EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, Host& host, QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmEditSession");
+    UseDialogFrame(this);
     setWindowTitle("Edit Session");
     setStyleSheet(kStyle);
 
@@ -79,7 +80,7 @@ EditSessionDialog::EditSessionDialog(EditSessionScreen& screen, Host& host, QWid
             [this] { Run(&EditSessionScreen::cmdSaveClick); });
     connect(cmdRemove_, &QPushButton::clicked, this,
             [this] { Run(&EditSessionScreen::cmdRemoveClick); });
-    connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+    connect(cmdCancel_, &QPushButton::clicked, this, [this] { Cancel(); });
 
     binding_.Bind(lblFileName_, screen_.lblFileName());
     binding_.Bind(txtSessionName_, screen_.txtSessionName());
@@ -106,6 +107,11 @@ void EditSessionDialog::Run(void (EditSessionScreen::*handler)()) {
 }
 
 void EditSessionDialog::reject() {
+    if (screen_.HasUnsavedEdits() && !DropUnsavedEdits(host_)) return;
+    Cancel();
+}
+
+void EditSessionDialog::Cancel() {
     screen_.cmdCancelClick();
     QDialog::reject();
 }

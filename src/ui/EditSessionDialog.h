@@ -20,10 +20,13 @@ class EditSessionDialog : public QDialog {
     EditSessionDialog(EditSessionScreen& screen, Host& host, QWidget* parent = nullptr);
 
   public slots:
-    // The window's close box and Escape act as cmdCancel.
+    // The window's close box and Escape act as cmdCancel, once the instructor has agreed to drop
+    // an edit that is not saved.
     void reject() override;
 
   private:
+    // cmdCancel: closes and drops the edit.
+    void Cancel();
     void Run(void (EditSessionScreen::*handler)());
 
     EditSessionScreen& screen_;

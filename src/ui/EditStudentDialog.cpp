@@ -39,6 +39,7 @@ QLabel* Caption(QWidget* parent, const QString& text) {
 EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmEditStudent");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(screen_.Form().text));
     setStyleSheet(kStyle);
     setMinimumWidth(420);
@@ -111,7 +112,7 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
             [this] { Run(&EditStudentScreen::cmdSaveClick); });
     connect(cmdRemove_, &QPushButton::clicked, this,
             [this] { Run(&EditStudentScreen::cmdRemoveClick); });
-    connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+    connect(cmdCancel_, &QPushButton::clicked, this, [this] { Cancel(); });
     BindControls();
     screen_.onChanged = [this] { Repaint(); };
     Repaint();
@@ -146,6 +147,11 @@ void EditStudentDialog::Run(void (EditStudentScreen::*handler)()) {
 }
 
 void EditStudentDialog::reject() {
+    if (screen_.HasUnsavedEdits() && !DropUnsavedEdits(host_)) return;
+    Cancel();
+}
+
+void EditStudentDialog::Cancel() {
     screen_.cmdCancelClick();
     QDialog::reject();
 }

@@ -19,10 +19,13 @@ class EditStudentDialog : public QDialog {
     EditStudentDialog(EditStudentScreen& screen, Host& host, QWidget* parent = nullptr);
 
   public slots:
-    // The window's close box and Escape act as cmdCancel.
+    // The window's close box and Escape act as cmdCancel, once the instructor has agreed to drop
+    // an edit that is not saved.
     void reject() override;
 
   private:
+    // cmdCancel: closes and drops the edit.
+    void Cancel();
     void Run(void (EditStudentScreen::*handler)());
     void BindControls();
     void Repaint();

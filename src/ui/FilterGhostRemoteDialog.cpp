@@ -27,6 +27,7 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
                                                  QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmFilterGhostRemote");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(FilterGhostRemoteScreen::kCaption));
     setStyleSheet(kHousekeepingStyle);
 

@@ -21,6 +21,7 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
                                      const UnregisteredTable& students, QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host), students_(students) {
     setObjectName("frmGhostRemote");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(screen_.Form().text));
     setStyleSheet(kHousekeepingStyle);
 

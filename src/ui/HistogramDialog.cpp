@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "ui/QtHost.h"
+
 namespace tallory {
 
 namespace {
@@ -15,6 +17,7 @@ constexpr int kMarginPixels = 500 / 15;
 HistogramDialog::HistogramDialog(const QString& caption, const QPixmap& chart, QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmViewHistogram");
+    UseDialogFrame(this);
     setWindowTitle(caption);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kMarginPixels / 2, kMarginPixels / 2, kMarginPixels / 2,

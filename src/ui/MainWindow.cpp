@@ -6,6 +6,7 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
@@ -16,6 +17,7 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
+#include <utility>
 
 #include "common/Text.h"
 #include "export/Export.h"
@@ -126,6 +128,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
     connect(exitApp, &QShortcut::activated, this, [this] { Exit(); });
 
     BindControls();
+    SetTabOrder();
     grid_.onChanged = [this] { Repaint(); };
 
     resize(layout.design);
@@ -160,6 +163,7 @@ CommandLabel* MainWindow::MakeLink(const QString& text, const char* name) {
     link->setProperty("role", "link");
     link->setCursor(Qt::PointingHandCursor);
     link->SetHoverUnderline(true);
+    link->SetKeyboardCommand(true);
     return link;
 }
 
@@ -404,6 +408,9 @@ void MainWindow::BuildHelp() {
 
 void MainWindow::Load() {
     Guarded([&] { grid_.Start(host_, largeFonts_); });
+    // The keyboard starts in the grid, where the arrows move the view.
+    if (lblSession_[0]->focusPolicy() != Qt::NoFocus && lblSession_[0]->isEnabled())
+        lblSession_[0]->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::Guarded(const std::function<void()>& command) {
@@ -484,13 +491,65 @@ void MainWindow::wheelEvent(QWheelEvent* event) {
     event->accept();
 }
 
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // Keys that the control with the focus leaves alone move the grid's view.
+    static constexpr std::pair<int, GridKey> kKeys[] = {
+        {Qt::Key_Left, GridKey::Left},     {Qt::Key_Right, GridKey::Right},
+        {Qt::Key_Up, GridKey::Up},         {Qt::Key_Down, GridKey::Down},
+        {Qt::Key_PageUp, GridKey::PageUp}, {Qt::Key_PageDown, GridKey::PageDown},
+        {Qt::Key_Home, GridKey::Home},     {Qt::Key_End, GridKey::End},
+    };
+    if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+        // Enter presses the button with the focus, as Space does: a window's buttons have no
+        // default one to take it.
+        const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+            enter && button && isAncestorOf(button) && button->isEnabled()) {
+            event->accept();
+            button->click();
+            return;
+        }
+        for (const auto& [code, key] : kKeys) {
+            if (event->key() != code) continue;
+            Guarded([&] { grid_.KeyDown(key); });
+            event->accept();
+            return;
+        }
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void MainWindow::SetTabOrder() {
+    std::vector<QWidget*> order = {cmbDisplayName_, lblPrevious_, lblNext_};
+    for (int c = 0; c < kGridColumns; ++c) order.push_back(lblSession_[c * kLabelsPerColumn]);
+    for (int r = 1; r <= kGridRows; ++r) order.push_back(lblStudentName_[r]);
+    for (QPushButton* edit : cmdEdit_) order.push_back(edit);
+    for (QCheckBox* mark : chkExport_) order.push_back(mark);
+    for (QWidget* widget : std::initializer_list<QWidget*>{
+             cmdViewAll_, CmdWebUpdate_, cmdExportAll_, cmdExportSelected_, cmdHelp_,
+             lblSessionSummaryReport_, lblTermSummaryReport_, lblSyncWebRegn_, cmdExit_, lblExit_})
+        order.push_back(widget);
+    for (size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+}
+
+void MainWindow::PaintKeyboardCommands() {
+    const GridView& view = grid_.View();
+    for (int r = 1; r <= kGridRows; ++r)
+        lblStudentName_[r]->SetKeyboardCommand(!TrimView(view.lblStudentName[r].text).empty());
+    for (int index = 0; index < kSessionLabels; ++index)
+        lblSession_[index]->SetKeyboardCommand(index % kLabelsPerColumn == 0 &&
+                                               grid_.HoverOf(index).underline);
+}
+
 void MainWindow::BindControls() {
     const GridView& view = grid_.View();
     binding_.Bind(lblSubject_, view.lblSubject);
     binding_.Bind(lblCMS_, view.lblCMS);
-    binding_.Bind(lblExit_, view.lblExit);
-    binding_.Bind(lblNext_, view.lblNext);
-    binding_.Bind(lblPrevious_, view.lblPrevious);
+    // The command labels keep their own captions: the states hold only whether they show and act.
+    for (auto [link, state] :
+         {std::pair{lblExit_, &view.lblExit}, std::pair{lblNext_, &view.lblNext},
+          std::pair{lblPrevious_, &view.lblPrevious}})
+        binding_.Bind(static_cast<QWidget*>(link), *state);
     binding_.Bind(cmbDisplayName_, view.cmbDisplayName);
     // The clicker lists are a command of the window like the choice of name order.
     binding_.Bind(static_cast<QWidget*>(cmdViewAll_), view.cmbDisplayName);
@@ -544,6 +603,7 @@ void MainWindow::Repaint() {
         bar->setVisible(state->visible);
         bar->setEnabled(state->enabled);
     }
+    PaintKeyboardCommands();
     if (view.HelpOpen()) PlaceHelp();
 }
 

@@ -41,6 +41,7 @@ class MainWindow : public QWidget {
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     // A widget whose font follows the window's height.
@@ -58,6 +59,11 @@ class MainWindow : public QWidget {
     void ApplyScale();
     void PlaceHelp();
     void BindControls();
+    // Tab in reading order: the name order, the moves, the headings, the names, the commands
+    // under the grid, those of the course, then the footer with the exits last.
+    void SetTabOrder();
+    // Tab reaches a heading or a name only while it opens something.
+    void PaintKeyboardCommands();
     void Repaint();
     void Guarded(const std::function<void()>& command);
 

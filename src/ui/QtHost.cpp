@@ -5,14 +5,18 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -54,6 +58,36 @@ QMessageBox::StandardButtons ToQt(Buttons buttons) {
     return QMessageBox::Ok;
 }
 
+QMessageBox::StandardButton ToQt(Answer answer) {
+    switch (answer) {
+        case Answer::Yes:
+            return QMessageBox::Yes;
+        case Answer::No:
+            return QMessageBox::No;
+        case Answer::Cancel:
+            return QMessageBox::Cancel;
+        case Answer::Ok:
+            break;
+    }
+    return QMessageBox::Ok;
+}
+
+// A text whose columns are lined up with blanks: a fixed-width font, and room for its widest
+// table line (a line with a run of blanks), so that the box wraps only the prose around it.
+void ShowAsTable(QMessageBox& box, const QString& text) {
+    auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+    if (!label) return;
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    label->setFont(fixed);
+    const QFontMetrics metrics(fixed);
+    int widest = 0;
+    for (const QString& line : text.split('\n'))
+        if (line.contains("  ")) widest = std::max(widest, metrics.horizontalAdvance(line));
+    const QScreen* screen = box.screen();
+    const int room = screen ? screen->availableGeometry().width() * 9 / 10 - 80 : widest;
+    label->setMinimumWidth(std::min(widest + metrics.averageCharWidth(), room));
+}
+
 Answer FromQt(int button) {
     switch (button) {
         case QMessageBox::Yes:
@@ -69,6 +103,11 @@ Answer FromQt(int button) {
 
 }  // namespace
 
+void UseDialogFrame(QWidget* window) {
+    window->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+}
+
 QString DisplayString(std::string_view bytes) {
     QString text = QString::fromStdString(DisplayText(bytes));
     text.replace("\r\n", "\n");
@@ -79,6 +118,7 @@ QString DisplayString(std::string_view bytes) {
 OptionDialogWindow::OptionDialogWindow(const OptionDialog& dialog, QWidget* parent)
     : QDialog(parent), options_(new QButtonGroup(this)) {
     setObjectName("frmOptions");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(dialog.title));
     setModal(true);
     auto* layout = new QVBoxLayout(this);
@@ -122,12 +162,18 @@ QtHost::~QtHost() {
     SetWaitCursor(false);
 }
 
-Answer QtHost::Message(std::string_view text, std::string_view title, Icon icon, Buttons buttons) {
+Answer QtHost::Message(std::string_view text, std::string_view title, Icon icon, Buttons buttons,
+                       MessageStyle style) {
     // A message box must be answered even while the wait cursor is up.
     const bool waiting = waitCursor_;
     SetWaitCursor(false);
-    QMessageBox box(ToQt(icon), DisplayString(title), DisplayString(text), ToQt(buttons),
+    const QString shown = DisplayString(text);
+    QMessageBox box(ToQt(icon), DisplayString(title), shown, ToQt(buttons),
                     QApplication::activeWindow());
+    box.setObjectName("MessageBox");
+    UseDialogFrame(&box);
+    box.setDefaultButton(ToQt(DefaultButton(buttons, style)));
+    if (style.table) ShowAsTable(box, shown);
     // Cancel or No answers the window's close button, as it would a question on paper.
     if (buttons == Buttons::YesNo) box.setEscapeButton(QMessageBox::No);
     const int pressed = box.exec();

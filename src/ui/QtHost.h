@@ -15,6 +15,10 @@ namespace tallory {
 
 class ProgressDialog;
 
+// Every dialog and message box of the program gets the same frame: a title and a close box, no
+// minimise or maximise buttons. Call before the window is first shown.
+void UseDialogFrame(QWidget* window);
+
 // Course-file bytes as a person reads them: UTF-8 when valid, otherwise Windows-1252, with the
 // files' CR LF line ends as plain line breaks.
 QString DisplayString(std::string_view bytes);
@@ -40,7 +44,8 @@ class QtHost : public Host {
     ~QtHost() override;
 
     Answer Message(std::string_view text, std::string_view title = kProgramTitle,
-                   Icon icon = Icon::None, Buttons buttons = Buttons::Ok) override;
+                   Icon icon = Icon::None, Buttons buttons = Buttons::Ok,
+                   MessageStyle style = {}) override;
     void ShowProgress() override;
     void HideProgress() override;
     void SetProgressText(std::string_view text) override;

@@ -35,6 +35,7 @@ ReportSummaryDialog::ReportSummaryDialog(ReportSummaryScreen& screen, QWidget* p
     : QDialog(parent), screen_(screen) {
     const ReportSummaryScreen::Controls& controls = screen.controls();
     setObjectName("FrmReportSummay");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(controls.Label1.text));
     setStyleSheet(kStyle);
     setMinimumWidth(560);

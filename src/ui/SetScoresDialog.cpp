@@ -15,11 +15,13 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "common/Text.h"
 #include "ui/CommandLabel.h"
@@ -100,6 +102,7 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
                                }}),
       largeFonts_(largeFonts) {
     setObjectName(largeFonts ? "frmSetScr_120DPI" : "frmSetSessionScoring");
+    UseDialogFrame(this);
     setWindowTitle(QString::fromUtf8(kSetScoresTitle.data(), kSetScoresTitle.size()));
     setStyleSheet(kStyle);
     if (largeFonts_) {
@@ -126,6 +129,7 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
     resize(size);
 
     BindControls();
+    AddQuestionKeys();
     screen_.Load();
     Repaint();
 }
@@ -135,8 +139,9 @@ QLineEdit* SetScoresDialog::MakeBox(QWidget* parent, const QString& name, Valida
     box->setObjectName(name);
     validations_[box] = std::move(validation);
     connect(box, &QLineEdit::editingFinished, this, [this, box] {
-        // Cancel closes without asking the box: its text goes with the rest.
-        if (QApplication::focusWidget() == cmdCancel_) return;
+        // Cancel closes without asking the box: its text goes with the rest. Nor does the
+        // question about unsaved edits, which takes the focus for a moment, leave the box.
+        if (QApplication::focusWidget() == cmdCancel_ || asking_) return;
         Leave(box);
     });
     return box;
@@ -206,6 +211,7 @@ QWidget* SetScoresDialog::BuildQuestion() {
         link->setProperty("role", "link");
         link->setCursor(Qt::PointingHandCursor);
         link->SetHoverUnderline(true);
+        link->SetKeyboardCommand(true);
         navigation->addWidget(link);
     }
     connect(lblPrevious_, &CommandLabel::clicked, this,
@@ -397,7 +403,7 @@ QWidget* SetScoresDialog::BuildButtons() {
         screen_.cmdHelpClick();
         Repaint();
     });
-    connect(cmdCancel_, &QPushButton::clicked, this, [this] { reject(); });
+    connect(cmdCancel_, &QPushButton::clicked, this, [this] { Cancel(); });
     connect(cmdSet_, &QPushButton::clicked, this,
             [this] { Command([this] { screen_.cmdSetClick(); }); });
     layout->addWidget(cmdHelp_);
@@ -494,8 +500,52 @@ void SetScoresDialog::CloseWhenDone() {
 }
 
 void SetScoresDialog::reject() {
+    if (screen_.HasUnsavedEdits() || BoxPending()) {
+        asking_ = true;
+        const bool drop = DropUnsavedEdits(host_);
+        asking_ = false;
+        if (!drop) return;
+    }
+    Cancel();
+}
+
+void SetScoresDialog::Cancel() {
     screen_.cmdCancelClick();
     QDialog::reject();
+}
+
+bool SetScoresDialog::BoxPending() const {
+    const SetScoresControls& c = screen_.Controls();
+    std::vector<std::pair<const QLineEdit*, const ControlState*>> boxes = {
+        {txtPointsAwarded_, &c.txtPointsAwarded},
+        {txtMinResponses_, &c.txtMinResponses},
+        {txtPerfMaxPoints_, &c.txtPerfMaxPoints}};
+    for (int i = 0; i < 5; ++i) boxes.emplace_back(txtPoints_[i], &c.txtPoints[i]);
+    return std::any_of(boxes.begin(), boxes.end(), [](const auto& box) {
+        return box.first->isEnabled() && box.first->text() != DisplayString(box.second->text);
+    });
+}
+
+void SetScoresDialog::AddQuestionKeys() {
+    const std::pair<QKeySequence, bool> keys[] = {
+        {QKeySequence(Qt::Key_PageUp), false},
+        {QKeySequence(Qt::ALT | Qt::Key_Left), false},
+        {QKeySequence(Qt::Key_PageDown), true},
+        {QKeySequence(Qt::ALT | Qt::Key_Right), true},
+    };
+    for (const auto& [sequence, next] : keys) {
+        auto* shortcut = new QShortcut(sequence, this);
+        connect(shortcut, &QShortcut::activated, this, [this, next = next] {
+            // A label that is disabled takes no click, and no key either.
+            if (!(next ? lblNext_ : lblPrevious_)->isEnabled()) return;
+            Command([this, next] {
+                if (next)
+                    screen_.lblNextClick();
+                else
+                    screen_.lblPreviousClick();
+            });
+        });
+    }
 }
 
 void SetScoresDialog::ShowHistogram() {

@@ -34,7 +34,8 @@ class SetScoresDialog : public QDialog {
     const SetScoresScreen& Screen() const { return screen_; }
 
   public slots:
-    // The window's close box and Escape act as cmdCancel.
+    // The window's close box and Escape act as cmdCancel, once the instructor has agreed to drop
+    // edits that are not saved.
     void reject() override;
 
   protected:
@@ -66,6 +67,12 @@ class SetScoresDialog : public QDialog {
     void ShowPicture(const std::string& path);
     void ShowHistogram();
     void CloseWhenDone();
+    // cmdCancel: closes and drops the edits.
+    void Cancel();
+    // Page Up, Page Down, Alt+Left and Alt+Right walk the questions as lblPrevious and lblNext.
+    void AddQuestionKeys();
+    // A box holds text that it has not handed to the screen yet.
+    bool BoxPending() const;
 
     SetScoresScreen screen_;
     ControlBinding binding_;
@@ -73,6 +80,7 @@ class SetScoresDialog : public QDialog {
     std::map<QLineEdit*, Validation> validations_;
     bool validating_ = false;
     bool refused_ = false;
+    bool asking_ = false;  // the question about unsaved edits is up
     std::string picturePath_;
 
     QLabel* lblClass_ = nullptr;

@@ -18,6 +18,7 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
                                                        Host& host, QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmUnRegisteredStudents");
+    UseDialogFrame(this);
     setWindowTitle(DisplayString(UnregisteredStudentsScreen::kCaption));
     setStyleSheet(kHousekeepingStyle);
 

@@ -28,6 +28,7 @@ QListWidget#wList { background: white; border: 1px solid #c8ccc3; }
 WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     : QDialog(parent), screen_(screen), host_(host) {
     setObjectName("frmWebSync");
+    UseDialogFrame(this);
     setWindowTitle("WebSync");
     setStyleSheet(kStyle);
     setMinimumSize(640, 420);

@@ -7,10 +7,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/QtHost.h"
+
 namespace tallory {
 
 WebUpdateDialog::WebUpdateDialog(QWidget* parent) : QDialog(parent) {
     setObjectName("frmWebUpdateSummary");
+    UseDialogFrame(this);
     setWindowTitle("Web Update");
     auto* root = new QVBoxLayout(this);
     root->setContentsMargins(18, 16, 18, 14);

@@ -1,0 +1,348 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "../TestSupport.h"
+#include "OpenWindow.h"
+#include "QtEnvironment.h"
+#include "Widgets.h"
+#include "scoring/ScreenParts.h"
+#include "ui/CommandLabel.h"
+#include "ui/CourseListDialog.h"
+#include "ui/MainWindow.h"
+#include "ui/QtHost.h"
+
+namespace tallory {
+namespace {
+
+using test::Find;
+using test::TempCourse;
+using test::WhenOpen;
+
+// Six sessions of eight students, each session of three questions: the grid opens on sessions 3
+// to 6, and the students scroll by two rows.
+void WriteCourse(const TempCourse& folder) {
+    std::string roster;
+    test::LogPlan plan = test::QuestionsPlan(3);
+    for (int i = 1; i <= 8; ++i) {
+        const std::string id = "S" + std::to_string(i);
+        roster += "Name" + std::to_string(i) + ", First, " + id + "\r\n";
+        plan.voters.push_back({"#A" + std::to_string(i), id, {"A", "B", "A"}});
+    }
+    folder.WriteRoster(roster);
+    for (int day = 1; day <= 6; ++day) folder.WriteLog(test::SeptemberLog(day), plan);
+}
+
+struct Fixture : test::CourseWindow {
+    Fixture() : CourseWindow(WriteCourse) {
+        window->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+    QScrollBar* Sessions() { return Find<QScrollBar>(*window, "hscrlSession"); }
+    QScrollBar* Students() { return Find<QScrollBar>(*window, "vscrlStudent"); }
+    QWidget* Focused() { return QApplication::focusWidget(); }
+    // What the view shows: the first heading, the first name and both scroll values.
+    std::vector<QString> Shown() {
+        return {Find(*window, "lblSession0")->text(), Find(*window, "lblStudentName1")->text(),
+                QString::number(Sessions()->value()), QString::number(Students()->value())};
+    }
+};
+
+// The first message box that comes up: its default button, then `press` on it.
+struct NextMessageBox {
+    QObject context;  // the watch ends with the object
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+    bool seen = false;
+    Qt::WindowFlags flags;
+    explicit NextMessageBox(std::function<void(QMessageBox&)> press) {
+        QTimer::singleShot(10, &context, [this, press] { Answer(press, 50); });
+    }
+    void Answer(const std::function<void(QMessageBox&)>& press, int tries) {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box) {
+            if (tries > 0)
+                QTimer::singleShot(10, &context,
+                                   [this, press, tries] { Answer(press, tries - 1); });
+            return;
+        }
+        seen = true;
+        flags = box->windowFlags();
+        defaultButton = box->standardButton(box->defaultButton());
+        press(*box);
+    }
+};
+
+void PressEnter(QMessageBox& box) {
+    QTest::keyClick(&box, Qt::Key_Return);
+}
+
+TEST(Keyboard, GridKeysMoveTheViewAsTheScrollBarsAndLabelsDo) {
+    Fixture fixture;
+    ASSERT_EQ(fixture.Focused(), Find(*fixture.window, "lblSession0"));  // the keys start here
+    ASSERT_EQ(fixture.Sessions()->value(), 2);
+    ASSERT_EQ(fixture.Students()->maximum(), 2);
+
+    // Each key from the same place, then the mouse's way from there: the same view.
+    struct Case {
+        Qt::Key key;
+        std::function<void(Fixture&)> mouse;
+    };
+    auto bar = [](QScrollBar* (Fixture::*which)(), QAbstractSlider::SliderAction action) {
+        return [which, action](Fixture& f) { ((f.*which)())->triggerAction(action); };
+    };
+    auto label = [](const char* name) {
+        return [name](Fixture& f) { test::Click(Find(*f.window, name)); };
+    };
+    const Case cases[] = {
+        {Qt::Key_Left, label("lblPrevious")},
+        {Qt::Key_Right, label("lblNext")},
+        {Qt::Key_Up, bar(&Fixture::Students, QAbstractSlider::SliderSingleStepSub)},
+        {Qt::Key_Down, bar(&Fixture::Students, QAbstractSlider::SliderSingleStepAdd)},
+        {Qt::Key_PageUp, bar(&Fixture::Students, QAbstractSlider::SliderPageStepSub)},
+        {Qt::Key_PageDown, bar(&Fixture::Students, QAbstractSlider::SliderPageStepAdd)},
+        {Qt::Key_Home, bar(&Fixture::Sessions, QAbstractSlider::SliderToMinimum)},
+        {Qt::Key_End, bar(&Fixture::Sessions, QAbstractSlider::SliderToMaximum)},
+    };
+    for (const auto& [sessions, students] : {std::pair{1, 1}, std::pair{0, 0}, std::pair{2, 2}}) {
+        for (const Case& test : cases) {
+            fixture.Sessions()->setValue(sessions);
+            fixture.Students()->setValue(students);
+            const std::vector<QString> before = fixture.Shown();
+            QTest::keyClick(fixture.Focused(), test.key);
+            const std::vector<QString> byKey = fixture.Shown();
+            fixture.Sessions()->setValue(sessions);
+            fixture.Students()->setValue(students);
+            test.mouse(fixture);
+            EXPECT_EQ(byKey, fixture.Shown()) << test.key << " from " << sessions << students;
+        }
+    }
+    // The view moved at all: End then Home walk the sessions, Page Down the students.
+    fixture.Sessions()->setValue(2);
+    QTest::keyClick(fixture.Focused(), Qt::Key_Home);
+    EXPECT_EQ(Find(*fixture.window, "lblSession0")->text(), "09/01/2026");
+    fixture.Students()->setValue(0);
+    QTest::keyClick(fixture.Focused(), Qt::Key_PageDown);
+    EXPECT_EQ(Find(*fixture.window, "lblStudentName1")->text(), " S3");
+}
+
+TEST(Keyboard, TabReachesHeadingsNamesAndCommandsInReadingOrderAndEnterActs) {
+    Fixture fixture;
+    MainWindow& window = *fixture.window;
+    Find<QComboBox>(window, "cmbDisplayName")->setFocus(Qt::TabFocusReason);
+    std::vector<std::string> walk;
+    for (int step = 0; step < 60; ++step) {
+        QTest::keyClick(fixture.Focused(), Qt::Key_Tab);
+        const std::string name = fixture.Focused()->objectName().toStdString();
+        if (name == "cmbDisplayName") break;
+        walk.push_back(name);
+    }
+    auto at = [&](const std::string& name) {
+        return std::find(walk.begin(), walk.end(), name) - walk.begin();
+    };
+    const std::vector<std::string> reading = {"lblPrevious",
+                                              "lblSession0",
+                                              "lblSession7",
+                                              "lblSession14",
+                                              "lblSession21",
+                                              "lblStudentName1",
+                                              "lblStudentName6",
+                                              "cmdEdit0",
+                                              "cmdEdit3",
+                                              "chkExport0",
+                                              "CmdViewAll",
+                                              "cmdHelp",
+                                              "lblSessionSummaryReport",
+                                              "lblTermSummaryReport",
+                                              "lblSyncWebRegn",
+                                              "cmdExit",
+                                              "lblExit"};
+    for (size_t i = 0; i < reading.size(); ++i) {
+        ASSERT_LT(at(reading[i]), static_cast<long>(walk.size())) << reading[i] << " not reached";
+        if (i > 0) {
+            EXPECT_LT(at(reading[i - 1]), at(reading[i])) << reading[i];
+        }
+    }
+    // The links keep their captions.
+    EXPECT_EQ(Find(window, "lblExit")->text(), "Exit");
+    EXPECT_TRUE(Find(window, "lblPrevious")->text().contains("Previous"));
+    // Cells and the hidden Next are no stops; Previous is.
+    EXPECT_EQ(at("lblSession1"), static_cast<long>(walk.size()));
+    EXPECT_EQ(at("lblNext"), static_cast<long>(walk.size()));
+
+    // Enter on a name opens the student; Escape without an edit closes at once.
+    bool studentOpened = false;
+    WhenOpen("frmEditStudent", [&](QDialog& dialog) {
+        studentOpened = true;
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    auto* name = Find<CommandLabel>(window, "lblStudentName2");
+    name->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_TRUE(studentOpened);
+
+    // Space on a heading opens the session; Escape after an edit asks, No keeps the edit.
+    bool sessionOpened = false;
+    WhenOpen("frmEditSession", [&](QDialog& dialog) {
+        sessionOpened = true;
+        auto* title = Find<QLineEdit>(dialog, "txtSessionName");
+        QTest::keyClicks(title, "Mirrors");
+        NextMessageBox question(PressEnter);
+        QTest::keyClick(title, Qt::Key_Escape);
+        EXPECT_TRUE(question.seen);
+        EXPECT_EQ(question.defaultButton, QMessageBox::No);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(title->text(), "Mirrors");
+        // Yes drops the edit and closes.
+        NextMessageBox drop([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        QTest::keyClick(title, Qt::Key_Escape);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    auto* heading = Find<CommandLabel>(window, "lblSession7");
+    heading->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(heading, Qt::Key_Space);
+    EXPECT_TRUE(sessionOpened);
+    EXPECT_EQ(heading->text(), "09/04/2026");  // nothing saved
+}
+
+TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
+    Fixture fixture;
+    const std::string log = fixture.folder.Log(test::SeptemberLog(3));
+    bool opened = false;
+    WhenOpen("frmSetSessionScoring", [&](QDialog& dialog) {
+        opened = true;
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        auto* number = Find(dialog, "lblCurQuestionNo");
+        auto* points = Find<QLineEdit>(dialog, "txtPoints1");
+        // Where the keys go once the dialog is active again after a question (the offscreen
+        // screen has no window manager to give it back).
+        auto focus = [&dialog] {
+            dialog.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+            return dialog.focusWidget() ? dialog.focusWidget() : &dialog;
+        };
+        points->setFocus();
+        const struct {
+            QKeyCombination key;
+            const char* question;
+        } walk[] = {
+            {Qt::Key_PageDown, "2"}, {Qt::ALT | Qt::Key_Right, "3"}, {Qt::Key_PageDown, "3"},
+            {Qt::Key_PageUp, "2"},   {Qt::ALT | Qt::Key_Left, "1"},  {Qt::Key_PageUp, "1"},
+        };
+        for (const auto& step : walk) {
+            QTest::keyClick(focus(), step.key.key(), step.key.keyboardModifiers());
+            EXPECT_EQ(number->text(), step.question) << step.key.toCombined();
+        }
+        // A point typed and not yet handed over is an edit: Escape asks, and No keeps it.
+        points->setFocus();
+        points->setText("4");
+        NextMessageBox keep(PressEnter);
+        QTest::keyClick(points, Qt::Key_Escape);
+        EXPECT_TRUE(keep.seen);
+        EXPECT_EQ(keep.defaultButton, QMessageBox::No);
+        EXPECT_FALSE(keep.flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(points->text(), "4");
+        // Handed over, it is still unsaved; Yes drops it.
+        EXPECT_EQ(focus(), points);
+        QTest::keyClick(focus(), Qt::Key_PageDown);
+        EXPECT_EQ(number->text(), "2");
+        NextMessageBox drop([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        QTest::keyClick(focus(), Qt::Key_Escape);
+        EXPECT_TRUE(drop.seen);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(fixture.folder.Log(test::SeptemberLog(3)), log);  // nothing was saved
+
+    // Enter on Set Scores opens it again; without edits Escape closes at once.
+    bool closed = false;
+    WhenOpen("frmSetSessionScoring", [&](QDialog& dialog) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_PageDown);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Escape);
+        closed = !dialog.isVisible();
+    });
+    fixture.window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(fixture.window.get()));
+    auto* edit = Find<QPushButton>(*fixture.window, "cmdEdit0");
+    edit->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_TRUE(closed);
+}
+
+TEST(Keyboard, MessageBoxesHaveNoMinimiseButtonAndDestructiveOnesDefaultToNo) {
+    QtHost host;
+    const struct {
+        Buttons buttons;
+        MessageStyle style;
+        QMessageBox::StandardButton shown;
+        Answer enter;
+    } cases[] = {
+        {Buttons::YesNo, kDestructive, QMessageBox::No, Answer::No},
+        {Buttons::OkCancel, kDestructive, QMessageBox::Cancel, Answer::Cancel},
+        {Buttons::YesNo, {}, QMessageBox::Yes, Answer::Yes},
+    };
+    for (const auto& test : cases) {
+        NextMessageBox box(PressEnter);
+        EXPECT_EQ(
+            host.Message("Remove it?", "Confirm Remove", Icon::Question, test.buttons, test.style),
+            test.enter);
+        EXPECT_EQ(box.defaultButton, test.shown);
+        EXPECT_FALSE(box.flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+        EXPECT_TRUE(box.flags & Qt::WindowCloseButtonHint);
+    }
+
+    // A table lines up in a fixed-width font.
+    bool fixed = false;
+    NextMessageBox table([&](QMessageBox& box) {
+        fixed = box.findChild<QLabel*>("qt_msgbox_label")->fontInfo().fixedPitch();
+        box.accept();
+    });
+    host.Message("SrNo   StudentID\r\n1      S1", "Warning", Icon::Exclamation, Buttons::Ok,
+                 kTableText);
+    EXPECT_TRUE(fixed);
+}
+
+TEST(Keyboard, CourseScreenShowsNoRowSelectedAndEnterNeedsOne) {
+    TempCourse program;
+    for (const char* course : {"physics", "Algebra"})
+        program.Write(std::string("Classes/") + course + "/Roster.txt", "");
+    CourseListDialog dialog(program.Path());
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto* list = Find<QListWidget>(dialog, "lstCourses");
+    ASSERT_EQ(list->count(), 2);
+    EXPECT_EQ(list->item(0)->text(), "Algebra");
+    EXPECT_TRUE(list->hasFocus());
+    EXPECT_EQ(list->currentRow(), -1);
+    EXPECT_TRUE(list->selectedItems().isEmpty());
+
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(list->selectedItems().size(), 1);
+    EXPECT_EQ(list->currentRow(), 0);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(dialog.CourseFolder(), program.Path() + "/Classes/Algebra");
+}
+
+}  // namespace
+}  // namespace tallory
