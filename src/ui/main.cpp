@@ -14,6 +14,7 @@
 #include "ui/CourseListDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
+#include "ui/ScreenFit.h"
 
 namespace {
 
@@ -55,6 +56,7 @@ int main(int argc, char** argv) {
     const std::string programFolder = ProgramFolderOf(argc > 0 ? argv[0] : "", CurrentFolder());
     QApplication app(argc, argv);
     QApplication::setApplicationName("Tallory");
+    InstallScreenFit();
 
     auto course = std::make_unique<Course>();
     course->ProgramFolder = programFolder;
