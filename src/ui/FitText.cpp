@@ -74,6 +74,27 @@ QSize NeedAt(const QWidget* widget, const QFont& font) {
     return {width, metrics.height() * static_cast<int>(lines.size())};
 }
 
+// What the style puts around an empty caption: the part of a button its caption cannot use.
+QSize ButtonChrome(const QAbstractButton* button) {
+    QStyleOptionButton option;
+    option.initFrom(button);
+    option.icon = button->icon();
+    option.iconSize = option.icon.isNull() ? QSize() : button->iconSize();
+    QStyle::ContentsType type = QStyle::CT_PushButton;
+    if (qobject_cast<const QCheckBox*>(button)) type = QStyle::CT_CheckBox;
+    if (qobject_cast<const QRadioButton*>(button)) type = QStyle::CT_RadioButton;
+    return button->style()->sizeFromContents(type, &option, QSize(0, 0), button);
+}
+
+// A push button asks for at least a width of its own that styles give every caption, however
+// short; with small type it is content with the room its caption needs.
+void AskForCaptionOnly(QPushButton* button) {
+    if (button->text().isEmpty()) return;
+    button->setMinimumWidth(0);
+    button->setMinimumWidth(std::min(button->sizeHint().width(),
+                                     TextNeed(button).width() + ButtonChrome(button).width()));
+}
+
 bool Fits(const QWidget* widget) {
     const QSize need = TextNeed(widget);
     const QSize room = TextRoom(widget);
@@ -108,7 +129,10 @@ void FontScale::AddTree(QWidget* root) {
 
 void FontScale::Apply(double ratio) {
     ratio_ = ratio;
-    for (const Entry& entry : entries_) SetPoints(entry.widget, entry.points * ratio);
+    for (const Entry& entry : entries_) {
+        SetPoints(entry.widget, entry.points * ratio);
+        if (auto* button = qobject_cast<QPushButton*>(entry.widget)) AskForCaptionOnly(button);
+    }
 }
 
 double FitLayout(QWidget* window, FontScale& fonts, QSize room, double wanted, double floor) {
@@ -146,18 +170,8 @@ QSize TextRoom(const QWidget* widget) {
         return {inside.width() - 2 * label->margin() - indent,
                 inside.height() - 2 * label->margin()};
     }
-    if (auto* button = qobject_cast<const QAbstractButton*>(widget)) {
-        // What the style puts around an empty caption is what the caption cannot use.
-        QStyleOptionButton option;
-        option.initFrom(button);
-        option.iconSize = button->icon().isNull() ? QSize() : button->iconSize();
-        option.icon = button->icon();
-        QStyle::ContentsType type = QStyle::CT_PushButton;
-        if (qobject_cast<const QCheckBox*>(button)) type = QStyle::CT_CheckBox;
-        if (qobject_cast<const QRadioButton*>(button)) type = QStyle::CT_RadioButton;
-        const QSize chrome = button->style()->sizeFromContents(type, &option, QSize(0, 0), button);
-        return {button->width() - chrome.width(), button->height()};
-    }
+    if (auto* button = qobject_cast<const QAbstractButton*>(widget))
+        return {button->width() - ButtonChrome(button).width(), button->height()};
     return widget->size();
 }
 

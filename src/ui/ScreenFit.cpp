@@ -37,10 +37,14 @@ class ShowFilter : public QObject {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show && watched->isWidgetType()) {
-            auto* dialog = qobject_cast<QDialog*>(watched);
-            if (dialog && dialog->isWindow()) FitToScreen(dialog);
-        }
+        const QEvent::Type type = event->type();
+        if ((type != QEvent::Show && type != QEvent::ShowToParent) || !watched->isWidgetType())
+            return false;
+        auto* dialog = qobject_cast<QDialog*>(watched);
+        if (!dialog || !dialog->isWindow()) return false;
+        // Before the dialog comes up, so that it comes up fitted; once it is up, again for what
+        // the dialog's own showing changed (a message box sizes itself to its text then).
+        FitToScreen(dialog, type == QEvent::ShowToParent);
         return false;
     }
 };
@@ -71,10 +75,12 @@ QSize RoomFor(const QWidget* window) {
             std::max(1, free.height() - frame.top() - frame.bottom())};
 }
 
-void FitToScreen(QWidget* window) {
+void FitToScreen(QWidget* window, bool shown) {
     const QSize room = RoomFor(window);
-    // A minimum set by hand yields to a small screen; the one the controls need is checked below.
+    // A minimum or a fixed size set by hand yields to a small screen; the size the controls need
+    // is checked below.
     window->setMinimumSize(window->minimumSize().boundedTo(room));
+    window->setMaximumSize(window->maximumSize().boundedTo(room).expandedTo(window->minimumSize()));
     QSize need(0, 0);
     if (QLayout* layout = window->layout()) {
         need = layout->totalMinimumSize();
@@ -91,7 +97,7 @@ void FitToScreen(QWidget* window) {
     const QSize size = window->size().expandedTo(need).boundedTo(room);
     if (size != window->size()) window->resize(size);
     // A dialog centres itself over its parent within the free area when it is first shown.
-    if (qobject_cast<QDialog*>(window) && !window->testAttribute(Qt::WA_Moved)) return;
+    if (!shown && qobject_cast<QDialog*>(window) && !window->testAttribute(Qt::WA_Moved)) return;
     const QMargins frame = FrameMargins(window);
     const QRect area = AvailableArea(window);
     QRect framed(window->pos(), size.grownBy(frame));
