@@ -532,8 +532,9 @@ void MainWindow::BindControls() {
     binding_.Bind(lblSubject_, view.lblSubject);
     binding_.Bind(lblCMS_, view.lblCMS);
     binding_.Bind(lblExit_, view.lblExit);
-    binding_.Bind(lblNext_, view.lblNext);
-    binding_.Bind(lblPrevious_, view.lblPrevious);
+    // The moving links keep their own captions; the grid decides only whether they show.
+    binding_.Bind(static_cast<QWidget*>(lblNext_), view.lblNext);
+    binding_.Bind(static_cast<QWidget*>(lblPrevious_), view.lblPrevious);
     binding_.Bind(cmbDisplayName_, view.cmbDisplayName);
     // The clicker lists are a command of the window like the choice of name order.
     binding_.Bind(static_cast<QWidget*>(cmdViewAll_), view.cmbDisplayName);

@@ -24,7 +24,8 @@ QSize RoomFor(const QWidget* window);
 // Fits `window` to its screen: when its controls need more room than the screen has, its type
 // shrinks until they fit (never below half); then its size is held within the room, and the
 // window is moved back inside the free area if it lies outside. `shown`: the window is up already;
-// before that, a dialog not yet placed is left to centre itself, which keeps it inside the free area.
+// before that, a dialog not yet placed is left to centre itself, which keeps it inside the free
+// area.
 void FitToScreen(QWidget* window, bool shown = true);
 
 // From now on every dialog and message box is fitted to its screen as it is shown.

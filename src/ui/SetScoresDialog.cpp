@@ -540,7 +540,7 @@ void SetScoresDialog::BindControls() {
                                      std::pair{txtQuestionName_, &c.txtQuestionName}})
         binding_.Bind(box, *state);
     // The caption of the participation box goes and comes with it.
-    binding_.Bind(pointsAwardedCaption_, c.txtPointsAwarded);
+    binding_.Bind(static_cast<QWidget*>(pointsAwardedCaption_), c.txtPointsAwarded);
     for (int i = 0; i < 5; ++i) {
         binding_.Bind(txtPoints_[i], c.txtPoints[i]);
         binding_.Bind(lblNum_[i], c.lblNum[i]);

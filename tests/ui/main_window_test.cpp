@@ -63,6 +63,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     EXPECT_EQ(Text(window, "lblAverage1"), "Average: 2");
     EXPECT_FALSE(Find(window, "lblNext")->isVisible());
     EXPECT_TRUE(Find(window, "lblPrevious")->isVisible());
+    EXPECT_TRUE(Text(window, "lblPrevious").contains("Previous"));
 
     // One page back: the first session comes into view.
     Click(Find(window, "lblPrevious"));

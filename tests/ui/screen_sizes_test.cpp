@@ -184,11 +184,13 @@ void ExpectReadable(QWidget& window) {
 }
 
 // Opens the dialog that `open` starts, measures it, and closes it.
-void ExpectReadableDialog(const QString& name, const std::function<void()>& open) {
+void ExpectReadableDialog(const QString& name, const std::function<void()>& open,
+                          const std::function<void(QDialog&)>& also = nullptr) {
     bool seen = false;
-    WhenOpen(name, [&seen](QDialog& dialog) {
+    WhenOpen(name, [&seen, &also](QDialog& dialog) {
         QApplication::processEvents();
         ExpectReadable(dialog);
+        if (also) also(dialog);
         seen = true;
         dialog.reject();
     });
@@ -261,7 +263,15 @@ TEST_F(OnScreen, MainWindowAsPlacedAndMaximised) {
 TEST_F(OnScreen, Dialogs) {
     MainWindow& window = *window_;
     const QString setScores = LargeFonts() ? "frmSetScr_120DPI" : "frmSetSessionScoring";
-    ExpectReadableDialog(setScores, [&] { Find<QPushButton>(window, "cmdEdit3")->click(); });
+    ExpectReadableDialog(
+        setScores, [&] { Find<QPushButton>(window, "cmdEdit3")->click(); },
+        [](QDialog& dialog) {
+            // Captions are the screen's own, not the figures beside them.
+            QStringList captions;
+            for (QLabel* label : dialog.findChildren<QLabel*>())
+                if (label->isVisible()) captions << label->text();
+            EXPECT_TRUE(captions.contains("Points Awarded :"));
+        });
     ExpectReadableDialog("frmEditSession", [&] { Click(Find(window, "lblSession0")); });
     ExpectReadableDialog("frmEditStudent", [&] { Click(Find(window, "lblStudentName1")); });
     ExpectReadableDialog("frmGhostRemote",
