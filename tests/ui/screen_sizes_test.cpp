@@ -241,9 +241,10 @@ class OnScreen : public testing::Test {
 TEST_F(OnScreen, MainWindowAsPlacedAndMaximised) {
     ExpectReadable(*window_);
     // The help panel over the grid.
-    Click(Find<QWidget>(*window_, "cmdHelp"));
+    Find<QPushButton>(*window_, "cmdHelp")->click();
+    EXPECT_TRUE(Find(*window_, "LblHelpCaption0")->isVisible());
     ExpectReadable(*window_);
-    Click(Find<QWidget>(*window_, "cmdHelp"));
+    Find<QPushButton>(*window_, "cmdHelp")->click();
     window_->showMaximized();
     QApplication::processEvents();
     ExpectReadable(*window_);
@@ -271,6 +272,11 @@ TEST_F(OnScreen, Dialogs) {
             for (QLabel* label : dialog.findChildren<QLabel*>())
                 if (label->isVisible()) captions << label->text();
             EXPECT_TRUE(captions.contains("Points Awarded :"));
+            // The help panel over the form.
+            Find<QPushButton>(dialog, "cmdHelp")->click();
+            QApplication::processEvents();
+            EXPECT_TRUE(Find(dialog, "LblHelpCaption0")->isVisible());
+            ExpectReadable(dialog);
         });
     ExpectReadableDialog("frmEditSession", [&] { Click(Find(window, "lblSession0")); });
     ExpectReadableDialog("frmEditStudent", [&] { Click(Find(window, "lblStudentName1")); });
