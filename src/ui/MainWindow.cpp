@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStyle>
@@ -25,6 +24,7 @@
 #include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
 #include "ui/ReportSummaryDialog.h"
+#include "ui/ScreenFit.h"
 #include "ui/SessionDialogs.h"
 #include "ui/WebSyncDialog.h"
 #include "ui/WebUpdateDialog.h"
@@ -65,14 +65,18 @@ constexpr double kSmallPoints = 9.5;
 
 struct Layout {
     QSize design;
-    QSize minimum;
     QMargins margins;
 };
 
 // The ordinary layout, and the large-font one: the same controls in less room, so that the larger
 // type still fits a 1024 x 768 screen.
-constexpr Layout kSubjectLayout{{1000, 700}, {760, 540}, {20, 16, 20, 16}};
-constexpr Layout kLargeFontLayout{{816, 600}, {640, 480}, {12, 8, 12, 8}};
+constexpr Layout kSubjectLayout{{1000, 700}, {20, 16, 20, 16}};
+constexpr Layout kLargeFontLayout{{816, 600}, {12, 8, 12, 8}};
+
+// The window can be made as small as a 640 x 480 screen at twice the usual pixels per inch; its
+// type then shrinks with it, down to this share of the designed size.
+constexpr QSize kSmallestWindow(320, 240);
+constexpr double kSmallestRatio = 0.3;
 
 void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
     if (widget->property(name) == value) return;
@@ -87,13 +91,20 @@ void KeepPlaceWhenHidden(QWidget* widget) {
     widget->setSizePolicy(policy);
 }
 
+// A label of the grid takes the width its column gives it, whatever its text: its type fits the
+// cell rather than the cell the type.
+void InCell(QLabel* label) {
+    label->setMinimumWidth(10);
+    label->setSizePolicy(QSizePolicy::Ignored, label->sizePolicy().verticalPolicy());
+}
+
 QLabel* MakeLabel(QWidget* parent, const char* role, const QString& name,
                   Qt::Alignment alignment = Qt::AlignCenter) {
     auto* label = new QLabel(parent);
     label->setObjectName(name);
     label->setProperty("role", role);
     label->setAlignment(alignment);
-    label->setMinimumWidth(10);
+    InCell(label);
     return label;
 }
 
@@ -105,16 +116,18 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
       host_(host),
       grid_(course),
       largeFonts_(largeFonts),
-      designHeight_(largeFonts ? kLargeFontLayout.design.height()
-                               : kSubjectLayout.design.height()) {
+      design_(largeFonts ? kLargeFontLayout.design : kSubjectLayout.design) {
     const Layout& layout = largeFonts ? kLargeFontLayout : kSubjectLayout;
     setObjectName(largeFonts ? "FrmS_120DPI" : "frmSubject");
     setWindowTitle("Tallory");
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(kStyle);
-    setMinimumSize(layout.minimum);
+    setMinimumSize(kSmallestWindow);
 
     auto* root = new QVBoxLayout(this);
+    // The type follows the window, not the window the type: the window may be made smaller than
+    // its controls ask for at the present size of type, which then shrinks to fit.
+    root->setSizeConstraint(QLayout::SetNoConstraint);
     root->setContentsMargins(layout.margins);
     root->setSpacing(10);
     BuildHeader(root);
@@ -137,23 +150,27 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
 }
 
 void MainWindow::ShowOnScreen() {
-    // On a screen of 1024 x 768 or less the window takes all of it; a larger one leaves room.
-    const QScreen* shown = screen();
-    const QRect available = shown ? shown->availableGeometry() : QRect(0, 0, 1024, 768);
+    // On a screen of 1024 x 768 or less the window takes all of it; a larger one leaves room
+    // around a window somewhat larger than its design, frame and all.
+    const QRect available = AvailableArea(this);
     if (available.width() <= 1024 || available.height() <= 768) {
         setGeometry(available);
         showMaximized();
-    } else {
-        show();
+        return;
     }
+    const double grow = std::max(1.0, std::min(available.width() * 0.7 / design_.width(),
+                                               available.height() * 0.8 / design_.height()));
+    const QSize size = (QSizeF(design_) * grow).toSize().boundedTo(RoomFor(this));
+    const QMargins frame = FrameMargins(this);
+    const QSize framed = size.grownBy(frame);
+    resize(size);
+    move(available.left() + (available.width() - framed.width()) / 2,
+         available.top() + (available.height() - framed.height()) / 2);
+    show();
 }
 
 void MainWindow::Scale(QWidget* widget, double pointSize, bool bold) {
-    QFont font = widget->font();
-    font.setBold(bold);
-    font.setPointSizeF(pointSize);
-    widget->setFont(font);
-    fonts_.push_back({widget, pointSize});
+    fonts_.Add(widget, pointSize, bold);
 }
 
 CommandLabel* MainWindow::MakeLink(const QString& text, const char* name) {
@@ -172,7 +189,10 @@ void MainWindow::BuildHeader(QVBoxLayout* root) {
     header->setSpacing(12);
     lblSubject_ = new QLabel(this);
     lblSubject_->setObjectName("lblSubject");
+    // A long course name gives way to the commands beside it.
+    InCell(lblSubject_);
     Scale(lblSubject_, kTitlePoints, true);
+    cellGroups_.push_back({{lblSubject_}, kTitlePoints});
     lblCMS_ = new QLabel(this);
     lblCMS_->setObjectName("lblCMS");
     lblCMS_->setToolTip("The grade-book format of this course");
@@ -229,11 +249,13 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
     const int totalColumn = 1 + kGridColumns;
     const int averageColumn = totalColumn + 1;
     const int scrollColumn = averageColumn + 1;
+    CellGroup captions{{}, kSmallPoints};
     auto caption = [&](const QString& text, int column, Qt::Alignment alignment) {
         QLabel* label = MakeLabel(gridFrame_, "caption", QString(), alignment);
         label->setText(text);
         Scale(label, kSmallPoints, true);
         layout->addWidget(label, 0, column);
+        captions.cells.push_back(label);
     };
     caption("Student", 0, Qt::AlignLeft | Qt::AlignVCenter);
     caption("Total", totalColumn, Qt::AlignCenter);
@@ -246,7 +268,7 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         label->setObjectName(QString("lblSession%1").arg(index));
         label->setProperty("role", row == 0 ? "heading" : "cell");
         label->setAlignment(Qt::AlignCenter);
-        label->setMinimumWidth(10);
+        InCell(label);
         Scale(label, row == 0 ? kTextPoints : kCellPoints, row == 0);
         connect(label, &CommandLabel::clicked, this, [this, index] { OnHeading(index); });
         layout->addWidget(label, row, 1 + column);
@@ -257,7 +279,7 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         lblStudentName_[r]->setObjectName(QString("lblStudentName%1").arg(r));
         lblStudentName_[r]->setProperty("role", "name");
         lblStudentName_[r]->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        lblStudentName_[r]->setMinimumWidth(10);
+        InCell(lblStudentName_[r]);
         connect(lblStudentName_[r], &CommandLabel::clicked, this, [this, r] { OnStudent(r); });
         lblTotal_[r] = MakeLabel(gridFrame_, "total", QString("lblTotal%1").arg(r));
         lblAverage_[r] = MakeLabel(gridFrame_, "average", QString("lblAverage%1").arg(r));
@@ -308,11 +330,26 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
             [this](int value) { Guarded([&] { grid_.StudentScrollChanged(value); }); });
     layout->addWidget(vscrlStudent_, 1, scrollColumn, kGridRows, 1);
 
-    layout->setColumnStretch(0, 26);
-    for (int c = 1; c <= kGridColumns; ++c) layout->setColumnStretch(c, 17);
-    layout->setColumnStretch(totalColumn, 10);
-    layout->setColumnStretch(averageColumn, 19);
+    // Shares of the width by the length of what each column shows: "Average: 12.34" is the
+    // longest text of a row, a date the longest of a session.
+    layout->setColumnStretch(0, 24);
+    for (int c = 1; c <= kGridColumns; ++c) layout->setColumnStretch(c, 16);
+    layout->setColumnStretch(totalColumn, 9);
+    layout->setColumnStretch(averageColumn, 24);
     root->addWidget(gridFrame_, 1);
+
+    // Each kind of label keeps one size of type across the grid, the size its widest text allows.
+    CellGroup headings{{}, kTextPoints}, cells{{}, kCellPoints}, names{{}, kCellPoints},
+        totals{{}, kCellPoints}, averages{{}, kTextPoints};
+    for (int index = 0; index < kSessionLabels; ++index)
+        (index % kLabelsPerColumn == 0 ? headings : cells).cells.push_back(lblSession_[index]);
+    for (int r = 1; r <= kGridRows; ++r) {
+        names.cells.push_back(lblStudentName_[r]);
+        totals.cells.push_back(lblTotal_[r]);
+        averages.cells.push_back(lblAverage_[r]);
+    }
+    for (CellGroup* group : {&captions, &headings, &cells, &names, &totals, &averages})
+        cellGroups_.push_back(*group);
 }
 
 void MainWindow::BuildFooter(QVBoxLayout* root) {
@@ -321,10 +358,7 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     cmdHelp_->setObjectName("cmdHelp");
     cmdExit_ = new QPushButton("Exit", this);
     cmdExit_->setObjectName("cmdExit");
-    for (QPushButton* button : {cmdHelp_, cmdExit_}) {
-        Scale(button, kTextPoints);
-        button->setMinimumWidth(110);
-    }
+    for (QPushButton* button : {cmdHelp_, cmdExit_}) Scale(button, kTextPoints);
     connect(cmdHelp_, &QPushButton::clicked, this,
             [this] { Guarded([&] { grid_.ToggleHelp(); }); });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
@@ -364,7 +398,6 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     cmdExportSelected_->setObjectName("CmdExportSelected");
     for (QPushButton* button : {cmdExportAll_, cmdExportSelected_}) {
         Scale(button, kTextPoints);
-        button->setMinimumWidth(130);
         commands->addWidget(button);
     }
     connect(cmdExportAll_, &QPushButton::clicked, this,
@@ -392,13 +425,13 @@ void MainWindow::BuildHelp() {
     layout->setSpacing(8);
     auto* title = new QLabel("Tallory Help", picHelp_);
     title->setObjectName("LblHelpTitle");
-    Scale(title, kTitlePoints - 3, true);
+    helpFonts_.Add(title, kTitlePoints - 3, true);
     layout->addWidget(title);
     for (const char* text : HelpCaptions()) {
         auto* label = new QLabel(QString::fromUtf8(text), picHelp_);
         label->setObjectName(QString("LblHelpCaption%1").arg(lblHelpCaption_.size()));
         label->setWordWrap(true);
-        Scale(label, kTextPoints);
+        helpFonts_.Add(label, kTextPoints);
         layout->addWidget(label);
         lblHelpCaption_.push_back(label);
     }
@@ -462,18 +495,28 @@ void MainWindow::Exit() {
 }
 
 void MainWindow::ApplyScale() {
-    // Fonts follow the height; the layouts share out the width and height among the controls.
-    const double ratio = std::max(0.8, height() / designHeight_);
-    for (const ScaledFont& scaled : fonts_) {
-        QFont font = scaled.widget->font();
-        font.setPointSizeF(scaled.pointSize * ratio);
-        scaled.widget->setFont(font);
-    }
+    // Type follows the window by the smaller of its two ratios to the design, so a narrow window
+    // gets type that fits across as well as down, and smaller still while the commands around the
+    // grid would not fit; the layouts share out the width and height among the controls.
+    const double wanted =
+        std::min(1.0 * height() / design_.height(), 1.0 * width() / design_.width());
+    FitLayout(this, fonts_, size(), wanted, kSmallestRatio);
+    // The cells take their new sizes now, so that their type is fitted to the cells it will have.
+    layout()->activate();
+    gridFrame_->layout()->activate();
+    FitGrid();
+}
+
+void MainWindow::FitGrid() {
+    const double ratio = fonts_.Ratio();
+    for (const CellGroup& group : cellGroups_) FitCells(group.cells, group.points * ratio);
 }
 
 void MainWindow::PlaceHelp() {
     picHelp_->setGeometry(gridFrame_->geometry().adjusted(24, 12, -24, -12));
     picHelp_->raise();
+    // The help text takes the type of the window, or less where the panel would cut it off.
+    FitLayout(picHelp_, helpFonts_, picHelp_->size(), fonts_.Ratio(), kSmallestRatio);
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
@@ -604,6 +647,8 @@ void MainWindow::Repaint() {
         bar->setEnabled(state->enabled);
     }
     PaintKeyboardCommands();
+    // New texts may be wider than the old ones.
+    FitGrid();
     if (view.HelpOpen()) PlaceHelp();
 }
 

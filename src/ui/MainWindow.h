@@ -7,6 +7,7 @@
 
 #include "grid/ScoreGrid.h"
 #include "ui/ControlBinding.h"
+#include "ui/FitText.h"
 #include "web/CurlFetcher.h"
 
 class QCheckBox;
@@ -44,10 +45,10 @@ class MainWindow : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    // A widget whose font follows the window's height.
-    struct ScaledFont {
-        QWidget* widget;
-        double pointSize;
+    // Labels of one kind in the grid, which share one size of type.
+    struct CellGroup {
+        std::vector<QWidget*> cells;
+        double points;
     };
 
     void BuildHeader(QVBoxLayout* root);
@@ -57,6 +58,7 @@ class MainWindow : public QWidget {
     CommandLabel* MakeLink(const QString& text, const char* name);
     void Scale(QWidget* widget, double pointSize, bool bold = false);
     void ApplyScale();
+    void FitGrid();
     void PlaceHelp();
     void BindControls();
     // Tab in reading order: the name order, the moves, the headings, the names, the commands
@@ -81,7 +83,7 @@ class MainWindow : public QWidget {
     ScoreGrid grid_;
     ControlBinding binding_;
     const bool largeFonts_;
-    const double designHeight_;
+    const QSize design_;
 
     QLabel* lblSubject_ = nullptr;
     QLabel* lblCMS_ = nullptr;
@@ -110,7 +112,10 @@ class MainWindow : public QWidget {
     QPushButton* cmdViewAll_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
-    std::vector<ScaledFont> fonts_;
+    // The window's type, and apart from it the help panel's, which fits the panel.
+    FontScale fonts_;
+    FontScale helpFonts_;
+    std::vector<CellGroup> cellGroups_;
 };
 
 }  // namespace tallory

@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QFrame>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
@@ -14,7 +13,6 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
@@ -27,6 +25,7 @@
 #include "ui/CommandLabel.h"
 #include "ui/HistogramDialog.h"
 #include "ui/QtHost.h"
+#include "ui/ScreenFit.h"
 
 namespace tallory {
 
@@ -54,7 +53,15 @@ QFrame#PicHelp { background: #fffef4; border: 1px solid #c9c48a; border-radius: 
 QFrame#PicHelp QLabel { background: transparent; color: #2b2b1f; }
 )";
 
-constexpr double kLargeFontFactor = 1.25;
+// The large-font twin: the screen's own scaling already enlarges its type, so it packs the same
+// controls closer instead.
+struct Spacing {
+    QMargins margins;
+    int spacing;
+    QSize size;
+};
+constexpr Spacing kOrdinarySpacing{{18, 14, 18, 14}, 10, {940, 600}};
+constexpr Spacing kLargeFontSpacing{{10, 8, 10, 8}, 6, {800, 580}};
 
 // The help panel, one paragraph per caption.
 constexpr const char* kHelpCaptions[] = {
@@ -105,15 +112,11 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
     UseDialogFrame(this);
     setWindowTitle(QString::fromUtf8(kSetScoresTitle.data(), kSetScoresTitle.size()));
     setStyleSheet(kStyle);
-    if (largeFonts_) {
-        QFont larger = font();
-        larger.setPointSizeF(larger.pointSizeF() * kLargeFontFactor);
-        setFont(larger);
-    }
+    const Spacing& spacing = largeFonts_ ? kLargeFontSpacing : kOrdinarySpacing;
 
     auto* root = new QVBoxLayout(this);
-    root->setContentsMargins(18, 14, 18, 14);
-    root->setSpacing(10);
+    root->setContentsMargins(spacing.margins);
+    root->setSpacing(spacing.spacing);
     root->addWidget(BuildHeader());
     auto* body = new QHBoxLayout;
     body->setSpacing(12);
@@ -123,10 +126,9 @@ SetScoresDialog::SetScoresDialog(Course& course, Host& host, SessionGrid& grid, 
     root->addWidget(BuildButtons());
     BuildHelp();
 
-    QSize size = largeFonts_ ? QSize(1180, 800) : QSize(940, 600);
-    if (QScreen* screen = QGuiApplication::primaryScreen())
-        size = size.boundedTo(screen->availableGeometry().size());
-    resize(size);
+    // As large as designed where the screen has room for it with its frame; when it is shown, a
+    // screen too small for its controls makes its type smaller (ScreenFit).
+    resize(spacing.size.boundedTo(RoomFor(this)));
 
     BindControls();
     AddQuestionKeys();
@@ -588,7 +590,7 @@ void SetScoresDialog::BindControls() {
                                      std::pair{txtQuestionName_, &c.txtQuestionName}})
         binding_.Bind(box, *state);
     // The caption of the participation box goes and comes with it.
-    binding_.Bind(pointsAwardedCaption_, c.txtPointsAwarded);
+    binding_.Bind(static_cast<QWidget*>(pointsAwardedCaption_), c.txtPointsAwarded);
     for (int i = 0; i < 5; ++i) {
         binding_.Bind(txtPoints_[i], c.txtPoints[i]);
         binding_.Bind(lblNum_[i], c.lblNum[i]);

@@ -14,6 +14,7 @@
 #include "ui/CourseListDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
+#include "ui/ScreenFit.h"
 
 namespace {
 
@@ -63,6 +64,7 @@ int main(int argc, char** argv) {
     const StartPlace place =
         ChooseStartPlace(invokedAs, currentFolder, arguments, installation, HomeFolder());
     const std::string& programFolder = place.programFolder;
+    InstallScreenFit();
 
     auto course = std::make_unique<Course>();
     course->ProgramFolder = programFolder;

@@ -63,6 +63,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     EXPECT_EQ(Text(window, "lblAverage1"), "Average: 2");
     EXPECT_FALSE(Find(window, "lblNext")->isVisible());
     EXPECT_TRUE(Find(window, "lblPrevious")->isVisible());
+    EXPECT_TRUE(Text(window, "lblPrevious").contains("Previous"));
 
     // One page back: the first session comes into view.
     Click(Find(window, "lblPrevious"));
@@ -84,9 +85,11 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     EXPECT_EQ(Find(window, "lblSession27")->toolTip(), "Absent");
     EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
 
-    // Type grows with the window's height.
+    // Type grows with the window, by the smaller of its two ratios.
     const double points = Find(window, "lblSession1")->font().pointSizeF();
     window.resize(window.width(), window.height() * 2);
+    EXPECT_EQ(Find(window, "lblSession1")->font().pointSizeF(), points);
+    window.resize(window.width() * 2, window.height());
     EXPECT_GT(Find(window, "lblSession1")->font().pointSizeF(), points * 1.5);
 
     // By last name the order turns round.
