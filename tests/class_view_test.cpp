@@ -54,11 +54,7 @@ struct ClassCourse {
             ids.push_back(course.Students[view.StudentAt(row)].StudentId);
         return ids;
     }
-    int RowOf(const std::string& id) const {
-        for (int row = 0; row < view.RowCount(); ++row)
-            if (course.Students[view.StudentAt(row)].StudentId == id) return row;
-        return -1;
-    }
+    int RowOf(const std::string& id) const { return view.RowOfId(id); }
 };
 
 using Ids = std::vector<std::string>;

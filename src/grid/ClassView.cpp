@@ -82,6 +82,12 @@ int ClassView::RowOf(int studentRow) const {
     return -1;
 }
 
+int ClassView::RowOfId(std::string_view studentId) const {
+    for (int row = 0; row < RowCount(); ++row)
+        if (course_.Students[StudentAt(row)].StudentId == studentId) return row;
+    return -1;
+}
+
 double ClassView::SortKey(const Student& shown, int column) const {
     const StudentRec& student = course_.Students[shown.row];
     if (column == kTotalColumn) return student.Score[0];

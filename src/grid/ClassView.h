@@ -44,6 +44,8 @@ class ClassView {
     int SessionAt(int column) const;
     // The shown row of a row of Students; -1 when the search hides it.
     int RowOf(int studentRow) const;
+    // The shown row of a student ID as it stands in Students; -1 when there is none to show.
+    int RowOfId(std::string_view studentId) const;
 
     // Sorts the shown rows by a column. Names sort as text without regard to case, figures as
     // numbers; "Ab" counts below every number, so absences come first going up and last going
