@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
@@ -270,13 +271,24 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     });
     connect(table_, &QAbstractItemView::activated, this, &ClassViewWindow::Activated);
     connect(table_->Frozen(), &QAbstractItemView::activated, this, &ClassViewWindow::Activated);
-    connect(openStudent_, &QPushButton::clicked, this,
-            [this] { OpenStudent(table_->currentIndex().row()); });
-    connect(openSession_, &QPushButton::clicked, this,
-            [this] { OpenSession(table_->currentIndex().column()); });
+    connect(openStudent_, &QPushButton::clicked, this, [this] { OpenStudent(Chosen().row()); });
+    connect(openSession_, &QPushButton::clicked, this, [this] { OpenSession(Chosen().column()); });
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { UpdateCommands(); });
+    connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { UpdateCommands(); });
+    // Ctrl+F to the search; Enter there chooses the first student found.
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] {
+        search_->setFocus();
+        search_->selectAll();
+    });
+    connect(search_, &QLineEdit::returnPressed, this, [this] {
+        if (view_.RowCount() == 0) return;
+        table_->setCurrentIndex(model_->index(0, ClassView::kNameColumn));
+        table_->setFocus();
+    });
 
     // Sorting, searching and refreshing all reset the model: the chosen student stays chosen.
     auto chosenId = std::make_shared<std::string>();
@@ -311,6 +323,7 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     const QScreen* shown = parent ? parent->screen() : QApplication::primaryScreen();
     const QRect available = shown ? shown->availableGeometry() : QRect(0, 0, 1024, 768);
     resize(available.width() - 40, available.height() - 60);
+    move(available.center() - rect().center());
     table_->setFocus();
 }
 
@@ -343,8 +356,15 @@ void ClassViewWindow::ShowCounts() {
     counts_->setText(text + QString(", %1 sessions").arg(course_.NumSessions));
 }
 
-void ClassViewWindow::UpdateCommands() {
+QModelIndex ClassViewWindow::Chosen() const {
+    // The cell the focus rests on counts only when its row shows as chosen.
     const QModelIndex current = table_->currentIndex();
+    if (!current.isValid() || !table_->selectionModel()->isRowSelected(current.row())) return {};
+    return current;
+}
+
+void ClassViewWindow::UpdateCommands() {
+    const QModelIndex current = Chosen();
     openStudent_->setEnabled(current.isValid());
     openSession_->setEnabled(current.isValid() && view_.SessionAt(current.column()) != 0);
 }
@@ -354,7 +374,7 @@ void ClassViewWindow::Guarded(const std::function<void()>& command) {
 }
 
 void ClassViewWindow::Activated(const QModelIndex& index) {
-    if (!index.isValid()) return;
+    if (!index.isValid() || index != Chosen()) return;
     // A session's figure opens the session; a name, total or average the student.
     if (view_.SessionAt(index.column()) != 0)
         OpenSession(index.column());

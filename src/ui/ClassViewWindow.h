@@ -80,6 +80,8 @@ class ClassViewWindow : public QDialog {
 
   private:
     void Activated(const QModelIndex& index);
+    // The current cell when its row is selected; nothing otherwise.
+    QModelIndex Chosen() const;
     void ShowCounts();
     void SizeColumns();
     void UpdateCommands();

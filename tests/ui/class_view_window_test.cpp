@@ -184,11 +184,16 @@ TEST(ClassViewWindow, SortsByAHeadingAndSearches) {
 TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
     Fixture fixture;
     FrozenColumnTable* table = fixture.view.Table();
-    Type(Find<QLineEdit>(fixture.view, "txtSearch"), QString::fromStdString(IdOf(42)));
+    // Nothing is chosen before the instructor chooses.
+    EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
+    auto* search = Find<QLineEdit>(fixture.view, "txtSearch");
+    Type(search, QString::fromStdString(IdOf(42)));
     ASSERT_EQ(fixture.model->rowCount(), 1);
 
-    // Enter on a name opens the student's clickers.
-    table->setCurrentIndex(fixture.model->index(0, 0));
+    // Enter in the search chooses the student found; Enter on the name opens the clickers.
+    PressKey(search, Qt::Key_Return);
+    EXPECT_EQ(table->currentIndex(), fixture.model->index(0, 0));
+    EXPECT_TRUE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
     EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenSession")->isEnabled());
     bool opened = false;
     WhenOpen("frmEditStudent", [&](QDialog& dialog) {
