@@ -290,11 +290,12 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
         table_->setFocus();
     });
 
-    // Sorting, searching and refreshing all reset the model: the chosen student stays chosen.
+    // Sorting, searching and refreshing all reset the model: the chosen student stays chosen and
+    // in sight.
     auto chosenId = std::make_shared<std::string>();
     auto chosenColumn = std::make_shared<int>(-1);
     connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [=, this] {
-        const QModelIndex current = table_->currentIndex();
+        const QModelIndex current = Chosen();
         chosenId->clear();
         *chosenColumn = current.isValid() ? current.column() : -1;
         if (current.isValid())
@@ -302,15 +303,16 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     });
     connect(model_, &QAbstractItemModel::modelReset, this, [=, this] {
         ShowCounts();
-        if (!chosenId->empty() && *chosenColumn >= 0) {
-            const int row = view_.RowOfId(*chosenId);
+        const int row = chosenId->empty() ? -1 : view_.RowOfId(*chosenId);
+        if (row >= 0) {
             const int column = std::min(*chosenColumn, view_.ColumnCount() - 1);
-            if (row >= 0) {
-                const QModelIndex index = model_->index(row, column);
-                table_->selectionModel()->setCurrentIndex(
-                    index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-                table_->scrollTo(index);
-            }
+            const QModelIndex index = model_->index(row, column);
+            table_->selectionModel()->setCurrentIndex(
+                index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            table_->scrollTo(index);
+        } else {
+            // Nobody chosen, or the chosen student gone: the new order from its top.
+            table_->verticalScrollBar()->setValue(0);
         }
         UpdateCommands();
     });

@@ -161,6 +161,20 @@ TEST(ClassViewWindow, SortsByAHeadingAndSearches) {
     }
     EXPECT_EQ(fixture.Cell(0, day3), "Ab");
 
+    // A chosen student stays chosen and in sight through a sort; with nobody chosen the new
+    // order shows from its top.
+    FrozenColumnTable* table = fixture.view.Table();
+    table->setCurrentIndex(fixture.model->index(150, total));
+    const QString chosen = fixture.Cell(150, 0);
+    ClickHeading(fixture.header, day3);
+    EXPECT_EQ(fixture.Cell(table->currentIndex().row(), 0), chosen);
+    EXPECT_TRUE(table->viewport()->rect().intersects(table->visualRect(table->currentIndex())));
+    table->clearSelection();
+    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
+    ClickHeading(fixture.header, day3);  // the third click: the grid's order again
+    EXPECT_EQ(fixture.header->sortIndicatorSection(), -1);
+    EXPECT_EQ(table->verticalScrollBar()->value(), 0);
+
     // The names' own heading, which lies over the table's: third time back to the grid's order.
     QHeaderView* names = fixture.view.Table()->Frozen()->horizontalHeader();
     ClickHeading(names, 0);
