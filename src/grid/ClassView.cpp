@@ -18,6 +18,7 @@ void ClassView::Refresh(DisplayOrder order) {
         const RosterRec entry = GetRosterEntry(course_, student.StudentId);
         Student shown;
         shown.row = row;
+        shown.id = student.StudentId;
         // The grid's leading blank is its padding; a table cell pads itself.
         shown.name = Trim(StudentNameText(course_, student, order));
         // The fields apart, so that a search never matches across two of them.
@@ -84,7 +85,7 @@ int ClassView::RowOf(int studentRow) const {
 
 int ClassView::RowOfId(std::string_view studentId) const {
     for (int row = 0; row < RowCount(); ++row)
-        if (course_.Students[StudentAt(row)].StudentId == studentId) return row;
+        if (StudentIdAt(row) == studentId) return row;
     return -1;
 }
 

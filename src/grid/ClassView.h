@@ -41,10 +41,13 @@ class ClassView {
 
     // The row of Students a shown row stands for, and the session of a column (0 for none).
     int StudentAt(int row) const { return students_[shown_[row]].row; }
+    // The student's ID as it stood at the last Refresh: a screen may reorder Students before the
+    // view reads them again.
+    const std::string& StudentIdAt(int row) const { return students_[shown_[row]].id; }
     int SessionAt(int column) const;
     // The shown row of a row of Students; -1 when the search hides it.
     int RowOf(int studentRow) const;
-    // The shown row of a student ID as it stands in Students; -1 when there is none to show.
+    // The shown row of a student ID; -1 when there is none to show.
     int RowOfId(std::string_view studentId) const;
 
     // Sorts the shown rows by a column. Names sort as text without regard to case, figures as
@@ -62,6 +65,7 @@ class ClassView {
   private:
     struct Student {
         int row = 0;           // in Students
+        std::string id;        // StudentId
         std::string name;      // the grid's name text, without its leading blank
         std::string haystack;  // ID, last and first name, upper case, for the search
         NameColour colour = NameColour::Blue;

@@ -298,8 +298,7 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
         const QModelIndex current = Chosen();
         chosenId->clear();
         *chosenColumn = current.isValid() ? current.column() : -1;
-        if (current.isValid())
-            *chosenId = course_.Students[view_.StudentAt(current.row())].StudentId;
+        if (current.isValid()) *chosenId = view_.StudentIdAt(current.row());
     });
     connect(model_, &QAbstractItemModel::modelReset, this, [=, this] {
         ShowCounts();
