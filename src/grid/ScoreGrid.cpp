@@ -84,6 +84,35 @@ std::span<const char* const> HelpCaptions() {
     return kHelpCaptions;
 }
 
+std::string SessionHeading(const Course& course, int session) {
+    return Left(Trim(SessionLabel(course, session)), 12);
+}
+
+std::string SessionCellText(const StudentRec& student, int session) {
+    // Only presence decides: a student whose clicker was seen but answered nothing has 0 points.
+    return student.Present[session] != 0 ? NumberText(student.Score[session]) : "Ab";
+}
+
+std::string StudentNameText(const Course& course, const StudentRec& student, DisplayOrder order) {
+    if (order == DisplayOrder::LastName) {
+        std::string lastName = Trim(GetRosterEntry(course, student.StudentId).LastName);
+        return lastName.empty() ? Trim(student.StudentId) : " " + Left(lastName, 14);
+    }
+    return " " + Left(Trim(student.StudentId), 14);
+}
+
+NameColour NameColourOf(const StudentRec& student) {
+    const bool unregistered =
+        StartsWith(student.StudentId, "#") || SameText(student.RemoteId, "unregistered");
+    return unregistered ? NameColour::Red : NameColour::Blue;
+}
+
+double StudentAverage(const Course& course, const StudentRec& student) {
+    // The average is over all sessions, not only those attended.
+    if (course.NumSessions < 1) return 0;
+    return Round(student.Score[0] / course.NumSessions, 2);
+}
+
 void ScoreGrid::Changed() {
     if (onChanged) onChanged();
 }
@@ -257,17 +286,15 @@ void ScoreGrid::ShowSessionCell(int r, int c, int s) {
         return;
     }
     const int session = pageNo_ + c;
-    view_.lblSession[heading].text = Left(Trim(SessionLabel(course_, session)), 12);
+    view_.lblSession[heading].text = SessionHeading(course_, session);
     view_.cmdEdit[c - 1].visible = true;
     view_.chkExport[c - 1].visible = true;
     view_.chkExport[c - 1].checked = course_.ExportSel[session] != 0;
     const StudentRec& student = std::as_const(course_).Students[s];
-    if (student.Present[session] != 0)
-        cell = NumberText(student.Score[session]);
-    else if (s > course_.NumStudents)
+    if (student.Present[session] == 0 && s > course_.NumStudents)
         cell = " ";
     else
-        cell = "Ab";
+        cell = SessionCellText(student, session);
 }
 
 void ScoreGrid::ShowStudentRow(int r) {
@@ -277,21 +304,9 @@ void ScoreGrid::ShowStudentRow(int r) {
     // Past the last student (only ever the first row) the name comes from an empty record.
     const StudentRec& student = std::as_const(course_).Students[s];
     view_.lblTotal[r].text = s > course_.NumStudents ? " " : NumberText(student.Score[0]);
-    std::string& name = view_.lblStudentName[r].text;
-    if (view_.Order() == DisplayOrder::LastName) {
-        std::string lastName = Trim(GetRosterEntry(course_, student.StudentId).LastName);
-        name = lastName.empty() ? Trim(student.StudentId) : " " + Left(lastName, 14);
-    } else {
-        name = " " + Left(Trim(student.StudentId), 14);
-    }
-    const bool unregistered =
-        StartsWith(student.StudentId, "#") || SameText(student.RemoteId, "unregistered");
-    view_.nameColour[r] = unregistered ? NameColour::Red : NameColour::Blue;
-    // The average is over all sessions, not only those attended.
-    view_.lblAverage[r].text =
-        course_.NumSessions < 1
-            ? "Average: 0"
-            : "Average: " + NumberText(Round(student.Score[0] / course_.NumSessions, 2));
+    view_.lblStudentName[r].text = StudentNameText(course_, student, view_.Order());
+    view_.nameColour[r] = NameColourOf(student);
+    view_.lblAverage[r].text = "Average: " + NumberText(StudentAverage(course_, student));
 }
 
 void ScoreGrid::NextClick() {

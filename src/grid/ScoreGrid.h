@@ -46,6 +46,19 @@ constexpr int kControlCount = static_cast<int>(Control::LblHelpCaption) + 1;
 
 enum class NameColour { Blue, Red };
 
+// What the grid shows of a student in a session, the same in every view of the class.
+// A session's heading: the first 12 characters of its trimmed label.
+std::string SessionHeading(const Course& course, int session);
+// The student's points in the session as a number text, or "Ab" when absent.
+std::string SessionCellText(const StudentRec& student, int session);
+// The name as the grid shows it: a blank and up to 14 characters of the last name or the ID, or
+// the bare ID of a student without a last name (a stray clicker's "#" row).
+std::string StudentNameText(const Course& course, const StudentRec& student, DisplayOrder order);
+// Red for a clicker nobody registered and for a roster student who never voted, blue otherwise.
+NameColour NameColourOf(const StudentRec& student);
+// The figure after "Average: ": the total over the number of all sessions, to 2 decimals.
+double StudentAverage(const Course& course, const StudentRec& student);
+
 struct ScrollBar {
     int minimum = 0;
     int maximum = 0;

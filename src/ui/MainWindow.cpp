@@ -20,6 +20,7 @@
 
 #include "common/Text.h"
 #include "export/Export.h"
+#include "ui/ClassViewWindow.h"
 #include "ui/CommandLabel.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
@@ -390,6 +391,16 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     auto* commands = new QHBoxLayout;
     commands->addWidget(cmdViewAll_);
     commands->addWidget(CmdWebUpdate_);
+    // Every student by every session in one table, beside the grid's four by six.
+    auto* classView = new QPushButton("Whole Class", this);
+    classView->setObjectName("cmdClassView");
+    classView->setToolTip("All students by all sessions, sortable and searchable");
+    Scale(classView, kTextPoints);
+    connect(classView, &QPushButton::clicked, this,
+            [this] { Guarded([&] { OpenClassView(this, course_, host_, grid_); }); });
+    // A command of the window like the clicker lists: off with them while help is up.
+    binding_.Bind(static_cast<QWidget*>(classView), grid_.View().cmbDisplayName);
+    commands->addWidget(classView);
     commands->addStretch(1);
     // The grade exports, in the format the course was opened with (lblCMS's tag).
     cmdExportAll_ = new QPushButton("Export All", this);

@@ -1,0 +1,253 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollBar>
+#include <string>
+
+#include "../TestSupport.h"
+#include "OpenWindow.h"
+#include "QtEnvironment.h"
+#include "Widgets.h"
+#include "ui/ClassViewWindow.h"
+
+namespace tallory {
+namespace {
+
+using test::Find;
+using test::TempCourse;
+using test::WhenOpen;
+
+constexpr int kStudents = 200;
+constexpr int kSessions = 8;
+
+std::string IdOf(int i) {
+    return std::to_string(40000000 + i);
+}
+
+// 200 students on the roster, the last five of whom never vote, two clickers nobody registered,
+// eight sessions of one question: 2 points for A, 0 for B, absences scattered.
+void WriteClass(const TempCourse& folder) {
+    folder.WriteSettings({{"CourseName", "Mechanics"}});
+    std::string roster, remotes;
+    for (int i = 0; i < kStudents; ++i) {
+        roster +=
+            "Last" + std::to_string(i) + ", First" + std::to_string(i) + ", " + IdOf(i) + "\r\n";
+        remotes += "#A" + std::to_string(i) + ",\"" + IdOf(i) + "\"\r\n";
+    }
+    folder.WriteRoster(roster);
+    folder.WriteRemotes(remotes);
+    for (int day = 1; day <= kSessions; ++day) {
+        test::LogPlan plan;
+        for (int i = 0; i < kStudents - 5; ++i) {
+            if ((i + day) % 9 == 0) continue;
+            plan.voters.push_back({"#A" + std::to_string(i), "", {(i * day) % 3 ? "A" : "B"}});
+        }
+        plan.voters.push_back({"#F1", "", {"A"}});
+        if (day % 2) plan.voters.push_back({"#F2", "", {"B"}});
+        folder.WriteLog(test::SeptemberLog(day), plan);
+    }
+}
+
+void ClickHeading(QHeaderView* header, int section) {
+    const QPoint at(header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
+                    header->height() / 2);
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, header->viewport()->mapToGlobal(at), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(header->viewport(), &event);
+    }
+}
+
+void PressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(widget, &press);
+}
+
+void Type(QWidget* box, const QString& text) {
+    for (QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(box, &press);
+    }
+}
+
+struct Fixture : test::CourseWindow {
+    ClassViewWindow view;
+    QAbstractItemModel* model;
+    QHeaderView* header;
+
+    Fixture()
+        : CourseWindow(WriteClass),
+          view(course, host, window->Grid(), window.get()),
+          model(view.Table()->model()),
+          header(view.Table()->horizontalHeader()) {
+        view.resize(760, 520);
+        view.show();
+    }
+    QString Cell(int row, int column) const { return model->index(row, column).data().toString(); }
+    // The figure of a cell, or -1 for "Ab".
+    double Figure(int row, int column) const {
+        const QString text = Cell(row, column);
+        return text == "Ab" ? -1 : text.toDouble();
+    }
+};
+
+TEST(ClassViewWindow, ShowsTheWholeClassWithTheNamesHeld) {
+    Fixture fixture;
+    FrozenColumnTable* table = fixture.view.Table();
+    ASSERT_EQ(fixture.model->rowCount(), kStudents + 2);
+    ASSERT_EQ(fixture.model->columnCount(), ClassView::kFirstSessionColumn + kSessions);
+    EXPECT_EQ(Find(fixture.view, "lblCounts")->text(), "202 students, 8 sessions");
+    EXPECT_EQ(fixture.model->headerData(ClassView::kFirstSessionColumn, Qt::Horizontal),
+              "09/01/2026");
+
+    // Grid order, by ID: the never-voting students are red and absent throughout, the clickers
+    // nobody registered come last, red.
+    const int silent = kStudents - 1, stray = kStudents;
+    EXPECT_EQ(fixture.Cell(silent, 0), QString::fromStdString(IdOf(silent)));
+    EXPECT_EQ(fixture.model->index(silent, 0).data(Qt::ForegroundRole).value<QColor>(),
+              QColor(255, 0, 0));
+    EXPECT_EQ(fixture.model->index(0, 0).data(Qt::ForegroundRole).value<QColor>(),
+              QColor(0, 0, 255));
+    const QModelIndex absent = fixture.model->index(silent, ClassView::kFirstSessionColumn);
+    EXPECT_EQ(absent.data().toString(), "Ab");
+    EXPECT_EQ(absent.data(Qt::ToolTipRole).toString(), "Absent");
+    EXPECT_EQ(fixture.Cell(stray, 0), "#F1");
+
+    // Scrolled to the far right, the names stay where they were while the sessions move on.
+    QTableView* names = table->Frozen();
+    EXPECT_FALSE(names->isColumnHidden(0));
+    EXPECT_TRUE(names->isColumnHidden(ClassView::kFirstSessionColumn));
+    const QRect before = names->geometry();
+    QScrollBar* sideways = table->horizontalScrollBar();
+    ASSERT_GT(sideways->maximum(), 0);
+    sideways->setValue(sideways->maximum());
+    EXPECT_EQ(names->geometry(), before);
+    EXPECT_GT(table->columnAt(before.width() / 2), 0);
+    EXPECT_EQ(names->columnAt(before.width() / 2), 0);
+    // The names follow the rows downwards.
+    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
+    EXPECT_EQ(names->verticalScrollBar()->value(), table->verticalScrollBar()->value());
+}
+
+TEST(ClassViewWindow, SortsByAHeadingAndSearches) {
+    Fixture fixture;
+    const int total = ClassView::kTotalColumn, day3 = ClassView::kFirstSessionColumn + 2;
+    struct Case {
+        int section;
+        Qt::SortOrder order;
+    } clicks[] = {
+        {total, Qt::AscendingOrder}, {total, Qt::DescendingOrder}, {day3, Qt::AscendingOrder}};
+    for (const Case& click : clicks) {
+        SCOPED_TRACE(click.section);
+        ClickHeading(fixture.header, click.section);
+        EXPECT_EQ(fixture.header->sortIndicatorSection(), click.section);
+        EXPECT_EQ(fixture.header->sortIndicatorOrder(), click.order);
+        // Numbers sort as numbers (16 after 2), absences below every number.
+        for (int row = 1; row < fixture.model->rowCount(); ++row) {
+            const double above = fixture.Figure(row - 1, click.section);
+            const double here = fixture.Figure(row, click.section);
+            if (click.order == Qt::AscendingOrder)
+                ASSERT_LE(above, here) << row;
+            else
+                ASSERT_GE(above, here) << row;
+        }
+    }
+    EXPECT_EQ(fixture.Cell(0, day3), "Ab");
+
+    // A chosen student stays chosen and in sight through a sort; with nobody chosen the new
+    // order shows from its top.
+    FrozenColumnTable* table = fixture.view.Table();
+    table->setCurrentIndex(fixture.model->index(150, total));
+    const QString chosen = fixture.Cell(150, 0);
+    ClickHeading(fixture.header, day3);
+    EXPECT_EQ(fixture.Cell(table->currentIndex().row(), 0), chosen);
+    EXPECT_TRUE(table->viewport()->rect().intersects(table->visualRect(table->currentIndex())));
+    table->clearSelection();
+    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
+    ClickHeading(fixture.header, day3);  // the third click: the grid's order again
+    EXPECT_EQ(fixture.header->sortIndicatorSection(), -1);
+    EXPECT_EQ(table->verticalScrollBar()->value(), 0);
+
+    // The names' own heading, which lies over the table's: third time back to the grid's order.
+    QHeaderView* names = fixture.view.Table()->Frozen()->horizontalHeader();
+    ClickHeading(names, 0);
+    EXPECT_EQ(fixture.header->sortIndicatorSection(), 0);
+    EXPECT_EQ(fixture.Cell(0, 0), "#F1");  // "#" before the digits
+    ClickHeading(names, 0);
+    EXPECT_EQ(fixture.Cell(0, 0), QString::fromStdString(IdOf(kStudents - 1)));
+    ClickHeading(names, 0);
+    EXPECT_EQ(fixture.header->sortIndicatorSection(), -1);
+    EXPECT_EQ(fixture.Cell(0, 0), QString::fromStdString(IdOf(0)));
+
+    // A search by last name keeps the rows that hold it; by ID, the one student.
+    auto* search = Find<QLineEdit>(fixture.view, "txtSearch");
+    Type(search, "last17");
+    EXPECT_EQ(fixture.model->rowCount(), 11);  // Last17, Last170 to Last179
+    EXPECT_EQ(Find(fixture.view, "lblCounts")->text(), "11 of 202 students, 8 sessions");
+    search->clear();
+    EXPECT_EQ(fixture.model->rowCount(), kStudents + 2);
+}
+
+TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
+    Fixture fixture;
+    FrozenColumnTable* table = fixture.view.Table();
+    // Nothing is chosen before the instructor chooses.
+    EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
+    auto* search = Find<QLineEdit>(fixture.view, "txtSearch");
+    Type(search, QString::fromStdString(IdOf(42)));
+    ASSERT_EQ(fixture.model->rowCount(), 1);
+
+    // Enter in the search chooses the student found; Enter on the name opens the clickers.
+    PressKey(search, Qt::Key_Return);
+    EXPECT_EQ(table->currentIndex(), fixture.model->index(0, 0));
+    EXPECT_TRUE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
+    EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenSession")->isEnabled());
+    bool opened = false;
+    WhenOpen("frmEditStudent", [&](QDialog& dialog) {
+        opened = true;
+        EXPECT_EQ(Find(dialog, "lblStudentID")->text(), QString::fromStdString(IdOf(42)));
+        Find<QPushButton>(dialog, "cmdCancel")->click();
+    });
+    PressKey(table, Qt::Key_Return);
+    EXPECT_TRUE(opened);
+
+    // Open Session on a session's column renames it; the heading follows at once.
+    const int day2 = ClassView::kFirstSessionColumn + 1;
+    table->setCurrentIndex(fixture.model->index(0, day2));
+    opened = false;
+    WhenOpen("frmEditSession", [&](QDialog& dialog) {
+        opened = true;
+        auto* title = Find<QLineEdit>(dialog, "txtSessionName");
+        PressKey(title, Qt::Key_A, Qt::ControlModifier);
+        Type(title, "Lab on springs");
+        Find<QPushButton>(dialog, "cmdSave")->click();
+    });
+    Find<QPushButton>(fixture.view, "cmdOpenSession")->click();
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(fixture.model->headerData(day2, Qt::Horizontal), "Lab on sprin");
+    EXPECT_EQ(fixture.model->headerData(day2, Qt::Horizontal, Qt::ToolTipRole), "Lab on springs");
+    // The search and the chosen student outlive the refresh.
+    EXPECT_EQ(fixture.model->rowCount(), 1);
+    EXPECT_EQ(table->currentIndex(), fixture.model->index(0, day2));
+}
+
+TEST(ClassViewWindow, OpensFromTheMainWindow) {
+    test::CourseWindow opened(WriteClass);
+    bool shown = false;
+    WhenOpen("frmClassView", [&](QDialog& dialog) {
+        shown = true;
+        EXPECT_EQ(dialog.findChild<QTableView*>("tblClass")->model()->rowCount(), kStudents + 2);
+        dialog.close();
+    });
+    Find<QPushButton>(*opened.window, "cmdClassView")->click();
+    EXPECT_TRUE(shown);
+}
+
+}  // namespace
+}  // namespace tallory
