@@ -1,6 +1,7 @@
 # The two commands a newcomer needs: `make run` and `make test`.
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+FUZZ_JOBS ?= $(JOBS)
 DEMO := build/demo-course
 
 .PHONY: all deps build test test-default test-asan run fuzz bench package format clean
@@ -33,7 +34,7 @@ run: build
 fuzz: deps
 	cmake --preset fuzz
 	cmake --build build/fuzz -j $(JOBS)
-	scripts/run-fuzzers build/fuzz $(FUZZ_SECONDS)
+	FUZZ_JOBS=$(FUZZ_JOBS) scripts/run-fuzzers build/fuzz $(FUZZ_SECONDS)
 
 bench: deps
 	cmake --preset release
