@@ -15,6 +15,13 @@
 
 namespace tallory::test {
 
+Strings Messages(const RecordingHost& host) {
+    Strings shown;
+    for (const auto& message : host.messages)
+        shown.push_back("[" + message.title + "] " + message.text);
+    return shown;
+}
+
 TempCourse::TempCourse() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tallory-test-XXXXXX").string();
     std::vector<char> name(pattern.begin(), pattern.end());

@@ -13,6 +13,11 @@
 
 namespace tallory::test {
 
+using Strings = std::vector<std::string>;
+
+// The messages the host showed, each as "[title] text".
+Strings Messages(const RecordingHost& host);
+
 // A course folder under /tmp that disappears with the object.
 class TempCourse {
   public:

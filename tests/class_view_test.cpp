@@ -100,6 +100,8 @@ TEST(ClassView, ShowsWhatTheGridShows) {
 
 TEST(ClassView, SortsByAnyColumn) {
     const int day1 = ClassView::kFirstSessionColumn, day2 = day1 + 1;
+    const int name = ClassView::kNameColumn, total = ClassView::kTotalColumn;
+    const DisplayOrder last = DisplayOrder::LastName, id = DisplayOrder::StudentId;
     struct Case {
         DisplayOrder order;
         int column;
@@ -107,29 +109,17 @@ TEST(ClassView, SortsByAnyColumn) {
         Ids ids;
     } cases[] = {
         // Names as text, without regard to case: "cole" between "Ames" and "Doe".
-        {DisplayOrder::LastName,
-         ClassView::kNameColumn,
-         true,
-         {"#B1", "S2", "S3", "S1", "S9", "S4"}},
-        {DisplayOrder::LastName,
-         ClassView::kNameColumn,
-         false,
-         {"S4", "S9", "S1", "S3", "S2", "#B1"}},
+        {last, name, true, {"#B1", "S2", "S3", "S1", "S9", "S4"}},
+        {last, name, false, {"S4", "S9", "S1", "S3", "S2", "#B1"}},
         // Numbers as numbers; equal figures keep the grid's order (the stray clicker last).
-        {DisplayOrder::StudentId,
-         ClassView::kTotalColumn,
-         true,
-         {"S9", "S3", "S4", "S1", "#B1", "S2"}},
-        {DisplayOrder::StudentId,
-         ClassView::kTotalColumn,
-         false,
-         {"S2", "S1", "#B1", "S3", "S4", "S9"}},
+        {id, total, true, {"S9", "S3", "S4", "S1", "#B1", "S2"}},
+        {id, total, false, {"S2", "S1", "#B1", "S3", "S4", "S9"}},
         // Absences below every number, 0 included: first going up, last going down.
-        {DisplayOrder::StudentId, day1, true, {"S4", "S9", "S3", "S2", "S1", "#B1"}},
-        {DisplayOrder::StudentId, day1, false, {"S1", "#B1", "S2", "S3", "S4", "S9"}},
-        {DisplayOrder::StudentId, day2, false, {"S2", "S3", "S4", "S1", "S9", "#B1"}},
+        {id, day1, true, {"S4", "S9", "S3", "S2", "S1", "#B1"}},
+        {id, day1, false, {"S1", "#B1", "S2", "S3", "S4", "S9"}},
+        {id, day2, false, {"S2", "S3", "S4", "S1", "S9", "#B1"}},
         // Out of range: back to the grid's order.
-        {DisplayOrder::StudentId, 99, true, {"S1", "S2", "S3", "S4", "S9", "#B1"}},
+        {id, 99, true, {"S1", "S2", "S3", "S4", "S9", "#B1"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.column << (c.ascending ? " up" : " down"));

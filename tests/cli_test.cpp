@@ -34,12 +34,6 @@ std::vector<std::pair<std::string, int>> Questions(const json& session) {
     return questions;
 }
 
-std::string Joined(const std::vector<std::string>& words) {
-    std::string line;
-    for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
-    return line;
-}
-
 // A copy of the demo course that a command may change.
 struct DemoCopy : TempCourse {
     DemoCopy() { CopyFrom(DemoCourse()); }
@@ -136,10 +130,11 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
              {"--course", dir, set, "7", "--points", "1,2,3"}, {"--course", dir, set, "7", "--title"},
          }) {
         // clang-format on
+        SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
-        EXPECT_EQ(result.status, 2) << Joined(arguments);
-        EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos) << Joined(arguments);
-        EXPECT_TRUE(result.out.empty()) << Joined(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos);
+        EXPECT_TRUE(result.out.empty());
     }
     EXPECT_EQ(Snapshot(course.Path()), before);
 }
@@ -150,11 +145,12 @@ TEST(Cli, HelpAndVersion) {
                                                {"set-scores", "--help"},
                                                {"remove", "-h"},
                                                {"--course", "/no-such-folder", "grid", "--help"}}) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
-        EXPECT_EQ(result.status, 0) << Joined(arguments) << result.err;
+        EXPECT_EQ(result.status, 0) << result.err;
         std::string usage = "Usage: tallory-cli";
         if (arguments.size() > 1) usage += " " + arguments[arguments.size() - 2];
-        EXPECT_NE(result.out.find(usage), std::string::npos) << Joined(arguments) << result.out;
+        EXPECT_NE(result.out.find(usage), std::string::npos) << result.out;
     }
     auto help = RunCli({"--help"});
     for (const char* command :
@@ -176,9 +172,10 @@ TEST(Cli, GlobalOptionsStandAnywhere) {
              {"grid", "--by-name", "--json", "--course", dir + "/"},
              {"--json", "grid", "--course", dir + "/./", "--by-name"},
          }) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
-        EXPECT_EQ(result.status, 0) << Joined(arguments) << result.err;
-        EXPECT_EQ(result.out, reference.out) << Joined(arguments);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.out, reference.out);
     }
 }
 
@@ -203,10 +200,11 @@ TEST(Cli, SetScoresEditsKeepTheirOrder) {
         arguments.insert(arguments.end(), test.edits.begin(), test.edits.end());
         arguments.push_back("--json");
         auto result = RunCli(arguments);
-        ASSERT_EQ(result.status, 0) << Joined(test.edits) << result.err;
-        EXPECT_EQ(Questions(json::parse(result.out)), test.questions) << Joined(test.edits);
+        SCOPED_TRACE(testing::PrintToString(test.edits));
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(Questions(json::parse(result.out)), test.questions);
         auto saved = RunCli({"--course", course.Path(), "session", "7", "--json"});
-        EXPECT_EQ(Questions(json::parse(saved.out)), test.questions) << Joined(test.edits);
+        EXPECT_EQ(Questions(json::parse(saved.out)), test.questions);
     }
 }
 

@@ -82,9 +82,8 @@ TEST(EditSession, RefusedTitlesLeaveTheLog) {
         EXPECT_EQ(screen.Saved(), row.message == nullptr);
         EXPECT_EQ(fixture.Log(row.session) == before, row.message != nullptr);
         if (row.message == nullptr) continue;
-        ASSERT_EQ(fixture.host.messages.size(), 1u);
-        EXPECT_EQ(fixture.host.messages[0].text, row.message);
-        EXPECT_EQ(fixture.host.messages[0].title, "Tallory");
+        EXPECT_EQ(test::Messages(fixture.host),
+                  test::Strings{"[Tallory] " + std::string(row.message)});
         EXPECT_EQ(screen.txtSessionName().selectionStart, row.selectionStart);
         EXPECT_EQ(screen.txtSessionName().selectionLength, row.selectionLength);
         EXPECT_FALSE(screen.Closed());

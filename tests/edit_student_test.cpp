@@ -92,9 +92,8 @@ TEST(EditStudent, ABlankNewClickerChangesNothing) {
     EditStudentScreen screen = fixture.Open("S3");
     screen.TxtNewClickerIdChange("   ");
     screen.CmdAddClick();
-    ASSERT_EQ(fixture.host.messages.size(), 1u);
-    EXPECT_EQ(fixture.host.messages[0].text, "New clicker id cannot be blank");
-    EXPECT_EQ(fixture.host.messages[0].title, "New Clicker Id Required");
+    EXPECT_EQ(test::Messages(fixture.host),
+              test::Strings{"[New Clicker Id Required] New clicker id cannot be blank"});
     EXPECT_TRUE(screen.FocusNewClicker());
     EXPECT_FALSE(screen.Closed());
     EXPECT_TRUE(fixture.host.written.empty());
@@ -135,10 +134,9 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
         screen.cmdSaveClick();
         EXPECT_FALSE(screen.Closed());
         EXPECT_TRUE(fixture.host.written.empty());
-        EXPECT_EQ(fixture.host.messages[0].title, "Confirm Delete");
-        EXPECT_EQ(fixture.host.messages[0].text,
-                  "Are you sure you want to delete the selected clicker. The complete process "
-                  "might take several minutes");
+        EXPECT_EQ(test::Messages(fixture.host),
+                  test::Strings{"[Confirm Delete] Are you sure you want to delete the selected "
+                                "clicker. The complete process might take several minutes"});
         EXPECT_EQ(fixture.host.messages[0].buttons, Buttons::YesNo);
         EXPECT_EQ(fixture.host.messages[0].defaultButton, Answer::No);
     }
@@ -183,8 +181,8 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
             continue;
         }
         ASSERT_EQ(fixture.host.messages.size(), 2u);
-        EXPECT_EQ(fixture.host.messages[1].text, "ABC123 records deleted from the log files.");
-        EXPECT_EQ(fixture.host.messages[1].title, "Tallory");
+        EXPECT_EQ(test::Messages(fixture.host)[1],
+                  "[Tallory] ABC123 records deleted from the log files.");
         EXPECT_EQ(fixture.Log(kFirstLog).find("#ABC123"), std::string::npos);
         EXPECT_EQ(fixture.Log(kSecondLog).find("#ABC123"), std::string::npos);
         EXPECT_EQ(fixture.Remotes().find("ABC123"), std::string::npos);

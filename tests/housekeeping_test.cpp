@@ -273,10 +273,9 @@ TEST(UnregisteredStudents, ListsTheRosterStudentsWithoutAClicker) {
         sample.host.messages.clear();
         (screen.*command)();
         EXPECT_EQ(sample.Read(file), text);
-        ASSERT_EQ(sample.host.messages.size(), 1u);
-        EXPECT_EQ(sample.host.messages[0].text,
-                  "Un Registered Student Data sucessfully Exported to '" + sample.File(file) + "'");
-        EXPECT_EQ(sample.host.messages[0].title, "Export");
+        EXPECT_EQ(test::Messages(sample.host),
+                  test::Strings{"[Export] Un Registered Student Data sucessfully Exported to '" +
+                                sample.File(file) + "'"});
         EXPECT_EQ(sample.host.messages[0].icon, Icon::Information);
         EXPECT_EQ(sample.host.written.back(), sample.File(file));
     }
@@ -284,9 +283,8 @@ TEST(UnregisteredStudents, ListsTheRosterStudentsWithoutAClicker) {
     EXPECT_EQ(sample.host.clipboard, tabs);
     screen.CmdClipboardClick();
     EXPECT_EQ(sample.host.clipboard, csv);
-    EXPECT_EQ(sample.host.messages.back().text,
-              "Un Registered Student(s) information copied to clipboard sucessfully");
-    EXPECT_EQ(sample.host.messages.back().title, "Export");
+    EXPECT_EQ(test::Messages(sample.host).back(),
+              "[Export] Un Registered Student(s) information copied to clipboard sucessfully");
 }
 
 TEST(UnregisteredStudents, AFileThatCannotBeWrittenEndsTheCommand) {

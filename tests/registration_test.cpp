@@ -182,13 +182,10 @@ TEST(WebCTRoster, TakesColumnsFromTheHeaderAndOrdersByLastName) {
 TEST(WebCTRoster, MissingColumnsAreReportedAndTakeFixedOnes) {
     Folder f;
     f.ReadClassText("Name,Given,Login\r\nDoe,Jane,jd1\r\n");
-    ASSERT_EQ(f.host.messages.size(), 3u);
-    EXPECT_EQ(f.host.messages[0].text, "Unable to find UserID field using LastName");
-    EXPECT_EQ(f.host.messages[1].text,
-              "Unable to find Last Name field in class.txt using LastName");
-    EXPECT_EQ(f.host.messages[2].text,
-              "Unable to find First Name field in class.txt using LastName");
-    EXPECT_EQ(f.host.messages[2].title, "Tallory");
+    EXPECT_EQ(test::Messages(f.host),
+              (Ids{"[Tallory] Unable to find UserID field using LastName",
+                   "[Tallory] Unable to find Last Name field in class.txt using LastName",
+                   "[Tallory] Unable to find First Name field in class.txt using LastName"}));
     EXPECT_EQ(f.host.messages[2].icon, Icon::None);
     // Last name and user ID share column 2; the first name is column 0.
     RosterRec entry = GetRosterEntry(f.course, "jd1");
@@ -203,25 +200,22 @@ TEST(WebCTRoster, NoStudentsAtAllIsReported) {
     {
         Folder f;
         ReadWebCTRoster(f.course, f.host);
-        ASSERT_EQ(f.host.messages.size(), 1u);
-        EXPECT_EQ(f.host.messages[0].title, "WebCT Roster not found");
+        EXPECT_EQ(test::Messages(f.host),
+                  Ids{"[WebCT Roster not found] Exporting in WebCT format requires the grade book "
+                      "to be  downloaded and placed in the main directory with name class.txt." +
+                      help});
         EXPECT_EQ(f.host.messages[0].icon, Icon::Information);
-        EXPECT_EQ(f.host.messages[0].text,
-                  "Exporting in WebCT format requires the grade book to be  downloaded and placed "
-                  "in the main directory with name class.txt." +
-                      help);
     }
     {
         Folder f;
         f.Write("campus bridgeline.EXE", "");
         f.ReadClassText("");
-        ASSERT_EQ(f.host.messages.size(), 1u);
-        EXPECT_EQ(f.host.messages[0].text,
-                  "Uploading your Polvane scores into WebCT requires that your course gradebook "
-                  "has already been imported from WebCT into your Polvane course folder. Please "
-                  "run 'Campus Bridgeline' to import your gradebook prior to exporting scores "
-                  "from Tallory." +
-                      help);
+        EXPECT_EQ(test::Messages(f.host),
+                  Ids{"[WebCT Roster not found] Uploading your Polvane scores into WebCT requires "
+                      "that your course gradebook has already been imported from WebCT into your "
+                      "Polvane course folder. Please run 'Campus Bridgeline' to import your "
+                      "gradebook prior to exporting scores from Tallory." +
+                      help});
     }
 }
 
@@ -378,11 +372,18 @@ TEST(RemoteIds, TypedRemoteKeysAreHexDigitsBackspaceAndEnter) {
         EXPECT_FALSE(IsRemoteIdKey(key)) << key;
 }
 
-}  // namespace
-}  // namespace tallory
-
-namespace tallory {
-namespace {
+// What the readers leave: the roster rows, the sorted IDs, the remotes, messages and progress.
+Ids Tables(const Course& course, const RecordingHost& host) {
+    Ids seen{std::to_string(course.NumRoster) + " rows"};
+    for (int i = 0; i < course.NumRoster; ++i)
+        seen.push_back(course.Roster[i].StudentId + "|" + course.Roster[i].LastName);
+    for (int i = 1; i <= course.NumRosterIDs; ++i) seen.push_back(course.RosterIDs[i]);
+    for (int i = 1; i <= course.NumRemotes; ++i)
+        seen.push_back(course.RemoteTable[i].StudentId + "=" + course.RemoteTable[i].RemoteId);
+    for (const std::string& text : test::Messages(host)) seen.push_back(text);
+    for (const std::string& text : host.progressTexts) seen.push_back(text);
+    return seen;
+}
 
 // The roster and the registrations read from a text give what the file holding it gives: the
 // same rows, the same sorted IDs, the same conflicts reported.
@@ -403,23 +404,7 @@ TEST(Registration, RosterAndRegistrationsReadATextAsTheirFile) {
         RecordingHost host;
         ReadRosterText(course, text);
         ReadRemoteIdsText(course, host, text);
-        ASSERT_EQ(course.NumRoster, file.course.NumRoster);
-        ASSERT_EQ(course.NumRosterIDs, file.course.NumRosterIDs);
-        for (int i = 0; i < course.NumRoster; ++i) {
-            EXPECT_EQ(course.Roster[i].StudentId, file.course.Roster[i].StudentId);
-            EXPECT_EQ(course.Roster[i].LastName, file.course.Roster[i].LastName);
-        }
-        for (int i = 1; i <= course.NumRosterIDs; ++i)
-            EXPECT_EQ(course.RosterIDs[i], file.course.RosterIDs[i]);
-        ASSERT_EQ(course.NumRemotes, file.course.NumRemotes);
-        for (int i = 1; i <= course.NumRemotes; ++i) {
-            EXPECT_EQ(course.RemoteTable[i].RemoteId, file.course.RemoteTable[i].RemoteId);
-            EXPECT_EQ(course.RemoteTable[i].StudentId, file.course.RemoteTable[i].StudentId);
-        }
-        ASSERT_EQ(host.messages.size(), file.host.messages.size());
-        for (size_t i = 0; i < host.messages.size(); ++i)
-            EXPECT_EQ(host.messages[i].text, file.host.messages[i].text);
-        EXPECT_EQ(host.progressTexts, file.host.progressTexts);
+        EXPECT_EQ(Tables(course, host), Tables(file.course, file.host));
     }
 }
 

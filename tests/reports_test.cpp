@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -218,10 +217,9 @@ TEST(RunReports, StopsBeforeWritingAnything) {
         EXPECT_TRUE(sample.host.written.empty()) << c.name;
         EXPECT_EQ(sample.host.progressShown, 0) << c.name;
         if (c.reportsIsAFile) {
-            ASSERT_EQ(sample.host.messages.size(), 1u);
-            EXPECT_EQ(sample.host.messages[0].text,
-                      "Unable to create 'Reports' Folder access denied");
-            EXPECT_EQ(sample.host.messages[0].title, "Folder Not Found");
+            EXPECT_EQ(test::Messages(sample.host),
+                      test::Strings{"[Folder Not Found] Unable to create 'Reports' Folder access "
+                                    "denied"});
             EXPECT_EQ(sample.host.messages[0].icon, Icon::Information);
             EXPECT_TRUE(sample.host.dialogs.empty());
         }

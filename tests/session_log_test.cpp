@@ -130,9 +130,6 @@ TEST(SessionLog, RemotesAndStudentsOfDataLines) {
     EXPECT_EQ(course.Votes[2].StudentId, "S9");
     EXPECT_EQ(course.Votes[3].RemoteId, "0");
     EXPECT_EQ(course.Votes[3].StudentId, "#0");
-    EXPECT_EQ(course.Votes[1].Answer[1], 1);
-    EXPECT_EQ(course.Votes[1].FinalTime[1], 5);
-    EXPECT_EQ(course.Votes[1].Attempts[1], 1);
 }
 
 TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
@@ -200,18 +197,6 @@ TEST(SessionLog, HeaderEndsAndFailures) {
     }
 }
 
-TEST(SessionLog, DataLinesFoldPastField999) {
-    std::vector<test::LogAnswer> answers(170, "A");
-    answers[166] = "B";  // field 999
-    answers[167] = "D";  // beyond it: joined onto field 999 with ":"
-    LogReading log;
-    log.Read(Polling({"Q1"}, {{"#A1", "", answers}}));
-    const VoteRec& vote = log.course.Votes[1];
-    EXPECT_EQ(vote.Answer[166], 1);
-    EXPECT_EQ(vote.Answer[167], 4);
-    EXPECT_EQ(vote.Answer[168], 0);
-}
-
 // A bad session total, and more than 4000 rows: the run ends naming file and line.
 TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
     std::vector<LogVoter> many;
@@ -241,7 +226,7 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
 // The data-line reader against the meaning of a data line, stated field by field through the
 // splitter and the reference conversion: the same row values, the same row and group count, for
 // random lines of every shape (odd number forms, letters, quotes, line feeds, lines past field
-// 999), read over rows that already hold values.
+// 999, whose rest is joined onto field 999 with ":"), read over rows that already hold values.
 struct ExpectedVote {
     std::vector<int16_t> answer, attempts, firstAnswer;
     std::vector<double> score, finalTime, firstTime;
@@ -272,12 +257,10 @@ TEST(SessionLog, DataLinesReadAsTheSplitterAndReferenceConversionSay) {
         VoteRec& vote = course.Votes[1];
         const int width = 1 + static_cast<int>(random() % 200);
         ExpectedVote expected;
-        expected.answer.resize(width + 2);
-        expected.attempts.resize(width + 2);
-        expected.firstAnswer.resize(width + 2);
-        expected.score.resize(width + 2);
-        expected.finalTime.resize(width + 2);
-        expected.firstTime.resize(width + 2);
+        for (auto* counts : {&expected.answer, &expected.attempts, &expected.firstAnswer})
+            counts->resize(width + 2);
+        for (auto* figures : {&expected.score, &expected.finalTime, &expected.firstTime})
+            figures->resize(width + 2);
         for (int q = 1; q <= width + 1; ++q) {
             vote.Answer[q] = expected.answer[q] = static_cast<int16_t>(random() % 8);
             vote.Attempts[q] = expected.attempts[q] = static_cast<int16_t>(random() % 5);

@@ -97,10 +97,9 @@ TEST(SessionLogWriter, FailureKeepsTheOldFileAndSaysSo) {
         c.spoil(log.course);
         std::string path = c.missingFolder ? log.folder.File("Gone/L2609151030.csv") : log.Path();
         EXPECT_FALSE(WriteSessionLog(log.course, log.host, path, "", "", 0)) << c.what;
-        ASSERT_EQ(log.host.messages.size(), 1u) << c.what;
-        EXPECT_EQ(log.host.messages[0].text,
-                  "Unable to store changes to file " + path + " Changes not saved!");
-        EXPECT_EQ(log.host.messages[0].title, kProgramTitle);
+        EXPECT_EQ(test::Messages(log.host),
+                  test::Strings{"[Tallory] Unable to store changes to file " + path +
+                                " Changes not saved!"});
         EXPECT_EQ(log.host.messages[0].buttons, Buttons::Ok);
         EXPECT_EQ(log.folder.Read(kLog), original) << c.what;
         EXPECT_EQ(ListFiles(log.folder.File("SessionData")).size(), 1u) << c.what;

@@ -145,41 +145,38 @@ TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
 }
 
 TEST(SetScores, RefusedInputShowsItsMessageAndKeepsTheOldValue) {
+    using Box = std::function<std::string(const SetScoresControls&)>;
+    const Box points = [](const SetScoresControls& c) { return c.txtPoints[0].text; };
+    const Box cap = [](const SetScoresControls& c) { return c.txtPerfMaxPoints.text; };
+    const Box minimum = [](const SetScoresControls& c) { return c.txtMinResponses.text; };
     struct Case {
-        const char* name;
         std::function<bool(SetScoresScreen&)> enter;
-        std::function<std::string(const SetScoresControls&)> shown;
-        const char* title;
-        const char* text;
+        const Box& shown;
+        const char* message;  // "[title] text"
         const char* keptValue;
     } cases[] = {
-        {"points", [](SetScoresScreen& s) { return s.txtPointsValidate(0, "abc"); },
-         [](const SetScoresControls& c) { return c.txtPoints[0].text; }, "Tallory",
-         "Must enter a numberic value for points ", "1"},
-        {"cap", [](SetScoresScreen& s) { return s.txtPerfMaxPointsValidate("ten"); },
-         [](const SetScoresControls& c) { return c.txtPerfMaxPoints.text; }, "Max Points",
-         "Not a valid number", "10"},
-        {"min responses", [](SetScoresScreen& s) { return s.txtMinResponsesValidate("x"); },
-         [](const SetScoresControls& c) { return c.txtMinResponses.text; }, "Min Responses",
-         "Not a valid number", "2"},
-        {"too many responses", [](SetScoresScreen& s) { return s.txtMinResponsesValidate("4"); },
-         [](const SetScoresControls& c) { return c.txtMinResponses.text; }, "Tallory",
-         "Minimum number of required responses (to qualify for points) cannot be greater than the "
-         "total number of question(s) available for this session",
-         "2"},
+        // clang-format off
+        {[](SetScoresScreen& s) { return s.txtPointsValidate(0, "abc"); }, points,
+         "[Tallory] Must enter a numberic value for points ", "1"},
+        {[](SetScoresScreen& s) { return s.txtPerfMaxPointsValidate("ten"); }, cap,
+         "[Max Points] Not a valid number", "10"},
+        {[](SetScoresScreen& s) { return s.txtMinResponsesValidate("x"); }, minimum,
+         "[Min Responses] Not a valid number", "2"},
+        {[](SetScoresScreen& s) { return s.txtMinResponsesValidate("4"); }, minimum,
+         "[Tallory] Minimum number of required responses (to qualify for points) cannot be "
+         "greater than the total number of question(s) available for this session", "2"},
+        // clang-format on
     };
     for (const Case& row : cases) {
+        SCOPED_TRACE(row.message);
         ScoringCourse fixture(QuestionsPlan(3));
         SetScoresScreen screen = fixture.Open();
-        double before = fixture.course.Questions[1].ChoicePoints[1];
-        EXPECT_FALSE(row.enter(screen)) << row.name;
-        ASSERT_EQ(fixture.host.messages.size(), 1u) << row.name;
-        EXPECT_EQ(fixture.host.messages[0].title, row.title) << row.name;
-        EXPECT_EQ(fixture.host.messages[0].text, row.text) << row.name;
-        EXPECT_EQ(row.shown(screen.Controls()), row.keptValue) << row.name;
-        EXPECT_EQ(fixture.course.Questions[1].ChoicePoints[1], before) << row.name;
-        EXPECT_EQ(fixture.course.SessPerformance, 10) << row.name;
-        EXPECT_EQ(fixture.course.SessMinReply, 2) << row.name;
+        EXPECT_FALSE(row.enter(screen));
+        EXPECT_EQ(test::Messages(fixture.host), test::Strings{row.message});
+        EXPECT_EQ(row.shown(screen.Controls()), row.keptValue);
+        EXPECT_EQ(fixture.course.Questions[1].ChoicePoints[1], 1);
+        EXPECT_EQ(fixture.course.SessPerformance, 10);
+        EXPECT_EQ(fixture.course.SessMinReply, 2);
     }
 }
 
@@ -221,16 +218,16 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
     SetScoresScreen screen = fixture.Open();
     ASSERT_EQ(fixture.course.SessMinReply, 4);
     screen.OptYesClick();
-    ASSERT_EQ(fixture.host.messages.size(), 1u);
-    EXPECT_EQ(fixture.host.messages[0].title, "Deleting a Question");
-    EXPECT_EQ(fixture.host.messages[0].text,
-              "Because you are deleting this question and the number of overall questions in your "
-              "session has changed, \r\nTallory will automatically adjust the session's "
-              "participation points requirements (as determined in Settings/Preferences).\r\nThe "
-              "number of required responses needed to earn participation points will now shift "
-              "from 4 to 3.\r\n\r\nYou can override this change by manually entering the new "
-              "requirement in the \"Minimum Number of Required Responses (to qualify for points)\" "
-              "box on the \"Set Scores\" screen.");
+    EXPECT_EQ(test::Messages(fixture.host),
+              test::Strings{
+                  "[Deleting a Question] Because you are deleting this question and the number "
+                  "of overall questions in your session has changed, \r\nTallory will "
+                  "automatically adjust the session's participation points requirements (as "
+                  "determined in Settings/Preferences).\r\nThe number of required responses "
+                  "needed to earn participation points will now shift from 4 to 3.\r\n\r\nYou can "
+                  "override this change by manually entering the new requirement in the \"Minimum "
+                  "Number of Required Responses (to qualify for points)\" box on the \"Set "
+                  "Scores\" screen."});
     const SetScoresControls& c = screen.Controls();
     EXPECT_EQ(c.txtQuestionName.text, "Deleted :- 'Q1'");
     EXPECT_EQ(c.lblQuestionDelete.text, "Question Deleted");
@@ -396,14 +393,11 @@ TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
         bool unsaved;
     };
     const Case cases[] = {
+        // clang-format off
         {"nothing", [](SetScoresScreen&) {}, false},
         // Showing a deleted question rewrites its name in the box; that is no edit.
         {"walking the questions",
-         [](SetScoresScreen& s) {
-             s.lblNextClick();
-             s.lblNextClick();
-             s.lblPreviousClick();
-         },
+         [](SetScoresScreen& s) { s.lblNextClick(); s.lblNextClick(); s.lblPreviousClick(); },
          false},
         {"the same points again", [](SetScoresScreen& s) { s.txtPointsValidate(0, "1"); }, false},
         {"points", [](SetScoresScreen& s) { s.txtPointsValidate(1, "2"); }, true},
@@ -412,12 +406,8 @@ TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
         {"participation", [](SetScoresScreen& s) { s.txtPointsAwardedValidate("3"); }, true},
         {"a title typed", [](SetScoresScreen& s) { s.txtQuestionNameChange("Lenses"); }, true},
         {"a deletion", [](SetScoresScreen& s) { s.OptYesClick(); }, true},
-        {"a deletion undone",
-         [](SetScoresScreen& s) {
-             s.OptYesClick();
-             s.OptNoClick();
-         },
-         false},
+        {"a deletion undone", [](SetScoresScreen& s) { s.OptYesClick(); s.OptNoClick(); }, false},
+        // clang-format on
     };
     LogPlan plan = test::QuestionsPlan({"Q1", "Q2|Y", "Q3"});
     for (const Case& test : cases) {

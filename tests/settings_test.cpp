@@ -128,12 +128,6 @@ TEST(Settings, SelectedClassIsRememberedUnderClasses) {
     EXPECT_EQ(ReadSelectedClass(program.Path()), "Chemistry");
 }
 
-}  // namespace
-}  // namespace tallory
-
-namespace tallory {
-namespace {
-
 TEST(Settings, AConfigTextReadsAsTheFileHoldingIt) {
     for (const char* text : {"", "\"CMS\" ,\"Moodle\" ,\"note\",a,b\r\nx\r\n,\r\n CMS ,General",
                              "\"CourseName\",\"Physics, 101\"\n\"CMS\",\"BB\"\n"}) {

@@ -87,22 +87,19 @@ TEST(ProgramStart, StartPlaceOfEachWayToStart) {
         const Installation& installation;
         StartPlace place;
     } cases[] = {
+        // clang-format off
         {"link in a course folder", "./tallory", physics, {}, installed, {physics, false, false}},
         {"link by full path", physics + "/tallory", "/tmp", {}, installed, {physics, false, false}},
         {"link with DEBUG", "./tallory", physics, {"debug"}, installed, {physics, true, false}},
         {"menu: by name through PATH", "tallory", home, {}, installed, {user, true, true}},
         {"by name in a course folder", "tallory", physics, {}, installed, {user, true, true}},
         {"by its own path", root.File("usr/bin/tallory"), home, {}, installed, {user, true, true}},
-        {"through a linked folder",
-         root.File("bin/tallory"),
-         home,
-         {},
-         installed,
-         {user, true, true}},
+        {"through a linked folder", root.File("bin/tallory"), home, {}, installed, {user, true, true}},
         {"as itself with DEBUG", "tallory", home, {"DEBUG"}, installed, {user, true, true}},
         {"built, by path", "./tallory", physics, {}, built, {physics, false, false}},
         {"built, through PATH", "tallory", physics, {}, built, {physics, false, false}},
         {"built, DEBUG", "tallory", physics, {"DEBUG"}, built, {physics, true, false}},
+        // clang-format on
     };
     for (const Case& c : cases) {
         const StartPlace place =
@@ -249,23 +246,20 @@ TEST(CourseList, SavedRowWithoutTheCurrentMarkIsNotSelected) {
     EXPECT_EQ(list.SetAndStart(), program.Path() + "/Classes/");
 }
 
-TEST(CourseList, RowsStandInNameOrderWithoutRegardToCase) {
+// Rows in name order without regard to case; no course at all cannot start.
+TEST(CourseList, RowsStandInNameOrderAndNoneCannotStart) {
     TempCourse program;
+    program.Write("Classes/Options.csv", "");
+    CourseList empty(program.Path());
+    empty.Load();
+    EXPECT_TRUE(empty.Rows().empty());
+    EXPECT_FALSE(empty.StartEnabled());
     for (const char* course : {"physics", "Algebra", "biology", "Zoology", "BIOLOGY"})
         program.Write(std::string("Classes/") + course + "/Roster.txt", "");
     CourseList list(program.Path());
     list.Load();
     EXPECT_EQ(list.Rows(),
               (std::vector<std::string>{"Algebra", "BIOLOGY", "biology", "physics", "Zoology"}));
-}
-
-TEST(CourseList, EmptyClassesFolderCannotStart) {
-    TempCourse program;
-    program.Write("Classes/Options.csv", "");
-    CourseList list(program.Path());
-    list.Load();
-    EXPECT_TRUE(list.Rows().empty());
-    EXPECT_FALSE(list.StartEnabled());
 }
 
 TEST(InstanceLock, OneHolderPerCourseUntilItsProcessEnds) {

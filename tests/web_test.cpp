@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "LocalHttpServer.h"
@@ -464,13 +463,12 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         std::vector<std::string> files;
         bool cancelled;
     } cases[] = {
-        {{"--answer", "accept"},
-         0,
-         registered,
-         {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"},
-         false},
+        // clang-format off
+        {{"--answer", "accept"}, 0, registered,
+         {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"}, false},
         {{}, 0, WebCourse::kRemoteIds, {}, true},  // the default policy is cancel
         {{"--answer", "maybe"}, 2, WebCourse::kRemoteIds, {}, true},
+        // clang-format on
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);

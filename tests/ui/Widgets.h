@@ -7,11 +7,17 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <functional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace tallory::test {
 
@@ -38,6 +44,54 @@ inline void WhenOpen(const QString& name, std::function<void(QDialog&)> work, in
         if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
     });
 }
+
+// Types `text` into the widget, a key press per character.
+inline void Type(QWidget* box, const QString& text) {
+    for (QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(box, &press);
+    }
+}
+
+// Answers the next message boxes that come up, one press each, in order, and keeps what each
+// showed. Boxes after the last press are left to whoever else answers them.
+class MessageBoxes {
+  public:
+    using Press = std::function<void(QMessageBox&)>;
+    struct Shown {
+        QString title, text;
+        QMessageBox::StandardButton defaultButton;
+        Qt::WindowFlags flags;
+    };
+
+    explicit MessageBoxes(std::vector<Press> presses) : presses_(std::move(presses)) {
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box || shown.size() >= presses_.size()) return;
+            shown.push_back({box->windowTitle(), box->text(),
+                             box->standardButton(box->defaultButton()), box->windowFlags()});
+            presses_[shown.size() - 1](*box);
+        });
+        timer_.start(10);
+    }
+    QStringList Texts() const {
+        QStringList texts;
+        for (const Shown& box : shown) texts << box.text;
+        return texts;
+    }
+
+    // Enter, as a person answering with the keyboard presses it.
+    static void Enter(QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }
+    static Press Click(QMessageBox::StandardButton button) {
+        return [button](QMessageBox& box) { box.button(button)->click(); };
+    }
+
+    std::vector<Shown> shown;
+
+  private:
+    std::vector<Press> presses_;
+    QTimer timer_;
+};
 
 // A press of the left button in the middle of the widget.
 inline void Click(QWidget* widget) {

@@ -20,6 +20,7 @@ namespace {
 
 using test::Find;
 using test::TempCourse;
+using test::Type;
 using test::WhenOpen;
 
 constexpr int kStudents = 200;
@@ -67,13 +68,6 @@ void ClickHeading(QHeaderView* header, int section) {
 void PressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QKeyEvent press(QEvent::KeyPress, key, modifiers);
     QApplication::sendEvent(widget, &press);
-}
-
-void Type(QWidget* box, const QString& text) {
-    for (QChar c : text) {
-        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
-        QApplication::sendEvent(box, &press);
-    }
 }
 
 struct Fixture : test::CourseWindow {

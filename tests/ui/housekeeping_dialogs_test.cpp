@@ -5,17 +5,12 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
 #include <deque>
-#include <filesystem>
-#include <functional>
-#include <stdexcept>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"
@@ -27,36 +22,10 @@ namespace {
 
 using test::Click;
 using test::Find;
+using test::MessageBoxes;
 using test::TempCourse;
+using test::Type;
 using test::WhenOpen;
-
-// Answers the message boxes as they come, in order, and keeps their texts.
-struct Answers {
-    std::deque<QMessageBox::StandardButton> buttons;
-    QStringList texts;
-
-    explicit Answers(std::initializer_list<QMessageBox::StandardButton> list) : buttons(list) {
-        Poll();
-    }
-    void Poll() {
-        QTimer::singleShot(10, [this] {
-            if (buttons.empty()) return;
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                texts << box->text();
-                box->button(buttons.front())->click();
-                buttons.pop_front();
-            }
-            Poll();
-        });
-    }
-};
-
-void Type(QWidget* box, const QString& text) {
-    for (QChar c : text) {
-        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
-        QApplication::sendEvent(box, &press);
-    }
-}
 
 // The sample course of the housekeeping tests: S1..S4, then the stray clickers 99 and ABC123.
 struct Fixture : test::CourseWindow {
@@ -92,15 +61,16 @@ TEST(EditStudentDialog, ShowsTheStudentsClickersAndFiltersKeys) {
 TEST(EditStudentDialog, DeletesAStrayClickersLogsAfterAsking) {
     Fixture fixture;
     ASSERT_EQ(fixture.Name(5)->text().trimmed(), "#99");
-    Answers answers({QMessageBox::Ok, QMessageBox::Ok});
+    MessageBoxes answers(
+        {MessageBoxes::Click(QMessageBox::Ok), MessageBoxes::Click(QMessageBox::Ok)});
     WhenOpen("frmEditStudent", [](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "Label4")->text(), "Unregistered Clicker");
         EXPECT_FALSE(Find<QPushButton>(dialog, "CmdAdd")->isEnabled());
         Find<QPushButton>(dialog, "cmdRemove")->click();
     });
     Click(fixture.Name(5));
-    EXPECT_EQ(answers.texts, QStringList({"This will permanently delete 99 from the log files.",
-                                          "99 records deleted from the log files."}));
+    EXPECT_EQ(answers.Texts(), QStringList({"This will permanently delete 99 from the log files.",
+                                            "99 records deleted from the log files."}));
     EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
     // Nothing reloads: the grid still shows the clicker.
     EXPECT_EQ(fixture.Name(5)->text().trimmed(), "#99");
@@ -126,10 +96,10 @@ TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
         // The search cleared the tick by hand and ticked ABC123.
         EXPECT_FALSE(Find<QCheckBox>(dialog, "ChkSelect0")->isChecked());
         EXPECT_TRUE(Find<QCheckBox>(dialog, "ChkSelect1")->isChecked());
-        auto* answers = new Answers({QMessageBox::Cancel});
+        auto* answers = new MessageBoxes({MessageBoxes::Click(QMessageBox::Cancel)});
         WhenOpen("frmGhostRemote", [&, answers](QDialog& again) {
             cameBack = true;
-            EXPECT_EQ(answers->texts.size(), 1);
+            EXPECT_EQ(answers->shown.size(), 1u);
             delete answers;
             EXPECT_TRUE(Find<QCheckBox>(again, "ChkSelect1")->isChecked());
             again.reject();
@@ -143,13 +113,13 @@ TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
 
 TEST(GhostRemoteDialog, DeletingTickedClickersReloadsTheGrid) {
     Fixture fixture;
-    Answers answers({QMessageBox::Ok});
+    MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
     WhenOpen("frmGhostRemote", [](QDialog& dialog) {
         Find<QPushButton>(dialog, "CmdSelectAll")->click();
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
-    EXPECT_EQ(answers.texts.size(), 1);
+    EXPECT_EQ(answers.shown.size(), 1u);
     EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
     EXPECT_EQ(fixture.Log().find("#ABC123,"), std::string::npos);
     EXPECT_EQ(fixture.Name(5)->text(), "");
@@ -163,10 +133,10 @@ TEST(UnRegisteredStudentsDialog, ExportsAndGoesBackToTheClickers) {
             EXPECT_EQ(Find<QLineEdit>(students, "TxtLastName0")->text(), "Clark");
             EXPECT_EQ(Find<QLineEdit>(students, "txtStudentId1")->text(), "S4");
             EXPECT_FALSE(Find<QWidget>(students, "VsScr")->isEnabled());
-            Answers answers({QMessageBox::Ok});
+            MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
             Find<QPushButton>(students, "CmdCSV")->click();
-            EXPECT_EQ(answers.texts.size(), 1);
-            Answers copied({QMessageBox::Ok});
+            EXPECT_EQ(answers.shown.size(), 1u);
+            MessageBoxes copied({MessageBoxes::Click(QMessageBox::Ok)});
             Find<QPushButton>(students, "CmdClipboardTab")->click();
             EXPECT_EQ(QGuiApplication::clipboard()->text(),
                       "Last Name\tFirst Name\tStudent Id\r\n\r\nClark\tCy\tS3\r\nDunn\tDi\tS4\r\n");

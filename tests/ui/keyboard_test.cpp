@@ -28,6 +28,7 @@ namespace tallory {
 namespace {
 
 using test::Find;
+using test::MessageBoxes;
 using test::TempCourse;
 using test::WhenOpen;
 
@@ -59,34 +60,6 @@ struct Fixture : test::CourseWindow {
                 QString::number(Sessions()->value()), QString::number(Students()->value())};
     }
 };
-
-// The first message box that comes up: its default button, then `press` on it.
-struct NextMessageBox {
-    QObject context;  // the watch ends with the object
-    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-    bool seen = false;
-    Qt::WindowFlags flags;
-    explicit NextMessageBox(std::function<void(QMessageBox&)> press) {
-        QTimer::singleShot(10, &context, [this, press] { Answer(press, 50); });
-    }
-    void Answer(const std::function<void(QMessageBox&)>& press, int tries) {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box) {
-            if (tries > 0)
-                QTimer::singleShot(10, &context,
-                                   [this, press, tries] { Answer(press, tries - 1); });
-            return;
-        }
-        seen = true;
-        flags = box->windowFlags();
-        defaultButton = box->standardButton(box->defaultButton());
-        press(*box);
-    }
-};
-
-void PressEnter(QMessageBox& box) {
-    QTest::keyClick(&box, Qt::Key_Return);
-}
 
 TEST(Keyboard, GridKeysMoveTheViewAsTheScrollBarsAndLabelsDo) {
     Fixture fixture;
@@ -151,23 +124,13 @@ TEST(Keyboard, TabReachesHeadingsNamesAndCommandsInReadingOrderAndEnterActs) {
     auto at = [&](const std::string& name) {
         return std::find(walk.begin(), walk.end(), name) - walk.begin();
     };
-    const std::vector<std::string> reading = {"lblPrevious",
-                                              "lblSession0",
-                                              "lblSession7",
-                                              "lblSession14",
-                                              "lblSession21",
-                                              "lblStudentName1",
-                                              "lblStudentName6",
-                                              "cmdEdit0",
-                                              "cmdEdit3",
-                                              "chkExport0",
-                                              "CmdViewAll",
-                                              "cmdHelp",
-                                              "lblSessionSummaryReport",
-                                              "lblTermSummaryReport",
-                                              "lblSyncWebRegn",
-                                              "cmdExit",
-                                              "lblExit"};
+    // clang-format off
+    const std::vector<std::string> reading = {
+        "lblPrevious", "lblSession0", "lblSession7", "lblSession14", "lblSession21",
+        "lblStudentName1", "lblStudentName6", "cmdEdit0", "cmdEdit3", "chkExport0", "CmdViewAll",
+        "cmdHelp", "lblSessionSummaryReport", "lblTermSummaryReport", "lblSyncWebRegn", "cmdExit",
+        "lblExit"};
+    // clang-format on
     for (size_t i = 0; i < reading.size(); ++i) {
         ASSERT_LT(at(reading[i]), static_cast<long>(walk.size())) << reading[i] << " not reached";
         if (i > 0) {
@@ -199,14 +162,14 @@ TEST(Keyboard, TabReachesHeadingsNamesAndCommandsInReadingOrderAndEnterActs) {
         sessionOpened = true;
         auto* title = Find<QLineEdit>(dialog, "txtSessionName");
         QTest::keyClicks(title, "Mirrors");
-        NextMessageBox question(PressEnter);
+        MessageBoxes question({MessageBoxes::Enter});
         QTest::keyClick(title, Qt::Key_Escape);
-        EXPECT_TRUE(question.seen);
-        EXPECT_EQ(question.defaultButton, QMessageBox::No);
+        ASSERT_EQ(question.shown.size(), 1u);
+        EXPECT_EQ(question.shown[0].defaultButton, QMessageBox::No);
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(title->text(), "Mirrors");
         // Yes drops the edit and closes.
-        NextMessageBox drop([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        MessageBoxes drop({MessageBoxes::Click(QMessageBox::Yes)});
         QTest::keyClick(title, Qt::Key_Escape);
         EXPECT_FALSE(dialog.isVisible());
     });
@@ -248,20 +211,21 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
         // A point typed and not yet handed over is an edit: Escape asks, and No keeps it.
         points->setFocus();
         points->setText("4");
-        NextMessageBox keep(PressEnter);
+        MessageBoxes keep({MessageBoxes::Enter});
         QTest::keyClick(points, Qt::Key_Escape);
-        EXPECT_TRUE(keep.seen);
-        EXPECT_EQ(keep.defaultButton, QMessageBox::No);
-        EXPECT_FALSE(keep.flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+        ASSERT_EQ(keep.shown.size(), 1u);
+        EXPECT_EQ(keep.shown[0].defaultButton, QMessageBox::No);
+        EXPECT_FALSE(keep.shown[0].flags &
+                     (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(points->text(), "4");
         // Handed over, it is still unsaved; Yes drops it.
         EXPECT_EQ(focus(), points);
         QTest::keyClick(focus(), Qt::Key_PageDown);
         EXPECT_EQ(number->text(), "2");
-        NextMessageBox drop([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        MessageBoxes drop({MessageBoxes::Click(QMessageBox::Yes)});
         QTest::keyClick(focus(), Qt::Key_Escape);
-        EXPECT_TRUE(drop.seen);
+        EXPECT_EQ(drop.shown.size(), 1u);
         EXPECT_FALSE(dialog.isVisible());
     });
     Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
@@ -297,21 +261,23 @@ TEST(Keyboard, MessageBoxesHaveNoMinimiseButtonAndDestructiveOnesDefaultToNo) {
         {Buttons::YesNo, {}, QMessageBox::Yes, Answer::Yes},
     };
     for (const auto& test : cases) {
-        NextMessageBox box(PressEnter);
+        MessageBoxes boxes({MessageBoxes::Enter});
         EXPECT_EQ(
             host.Message("Remove it?", "Confirm Remove", Icon::Question, test.buttons, test.style),
             test.enter);
-        EXPECT_EQ(box.defaultButton, test.shown);
-        EXPECT_FALSE(box.flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
-        EXPECT_TRUE(box.flags & Qt::WindowCloseButtonHint);
+        ASSERT_EQ(boxes.shown.size(), 1u);
+        const Qt::WindowFlags flags = boxes.shown[0].flags;
+        EXPECT_EQ(boxes.shown[0].defaultButton, test.shown);
+        EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+        EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
     }
 
     // A table lines up in a fixed-width font.
     bool fixed = false;
-    NextMessageBox table([&](QMessageBox& box) {
+    MessageBoxes table({[&](QMessageBox& box) {
         fixed = box.findChild<QLabel*>("qt_msgbox_label")->fontInfo().fixedPitch();
         box.accept();
-    });
+    }});
     host.Message("SrNo   StudentID\r\n1      S1", "Warning", Icon::Exclamation, Buttons::Ok,
                  kTableText);
     EXPECT_TRUE(fixed);

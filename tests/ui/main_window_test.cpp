@@ -4,13 +4,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QMouseEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
-#include <cstdio>
-#include <memory>
-#include <stdexcept>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPushButton>
 
 #include "QtEnvironment.h"
 #include "Widgets.h"
 #include "common/RecordingHost.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 #include "ui/ReportSummaryDialog.h"
 
 namespace tallory {
@@ -38,14 +35,6 @@ TEST(ReportSummaryDialog, EachLinkOpensItsPageAndCloseCloses) {
     dialog.show();
     dialog.findChild<QPushButton*>("lvButtons_H1")->click();
     EXPECT_FALSE(dialog.isVisible());
-}
-
-TEST(ReportSummaryDialog, TheMainWindowOffersBothReportCommands) {
-    Course course;
-    QtHost host;
-    MainWindow window(course, host, false);
-    EXPECT_NE(window.findChild<QLabel*>("lblSessionSummaryReport"), nullptr);
-    EXPECT_NE(window.findChild<QLabel*>("lblTermSummaryReport"), nullptr);
 }
 
 }  // namespace

@@ -299,8 +299,7 @@ TEST_F(OnScreen, Dialogs) {
     EXPECT_TRUE(seen);
 }
 
-// --- Each screen
-// ----------------------------------------------------------------------------------
+// --- Each screen -------------------------------------------------------------------------------
 
 class ScreenSizes : public testing::TestWithParam<Screen> {};
 

@@ -10,9 +10,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
-#include <functional>
-#include <memory>
-#include <stdexcept>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"
@@ -26,6 +23,7 @@ namespace tallory {
 namespace {
 
 using test::Find;
+using test::MessageBoxes;
 using test::TempCourse;
 using test::WhenOpen;
 
@@ -64,21 +62,6 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
         std::string::npos);
 }
 
-// Accepts every message box while it lives, keeping the titles in order.
-struct MessageAnswers {
-    std::vector<std::string> titles;
-    QTimer timer;
-    MessageAnswers() {
-        QObject::connect(&timer, &QTimer::timeout, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                titles.push_back(box->windowTitle().toStdString());
-                box->accept();
-            }
-        });
-        timer.start(0);
-    }
-};
-
 // A refused point value, left with Tab and answered with OK, must not swallow the next click:
 // each control then acts, and the log holds what the screen showed.
 TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
@@ -88,7 +71,8 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
     folder.WriteLog("L2609241000.csv", log);
     test::OpenWindow opened(folder.Path());
-    MessageAnswers answers;
+    const MessageBoxes::Press ok = [](QMessageBox& box) { box.accept(); };
+    MessageBoxes answers({ok, ok, ok, ok});
     WhenOpen("frmSetSessionScoring", [&answers](QDialog& dialog) {
         auto* points = Find<QLineEdit>(dialog, "txtPoints0");
         auto refuse = [&] {
@@ -109,8 +93,9 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
         auto* yes = Find<QRadioButton>(dialog, "OptYes");
         yes->click();
         EXPECT_TRUE(yes->isChecked());
-        EXPECT_EQ(answers.titles, (std::vector<std::string>{"Tallory", "Tallory", "Tallory",
-                                                            "Deleting a Question"}));
+        QStringList titles;
+        for (const MessageBoxes::Shown& box : answers.shown) titles << box.title;
+        EXPECT_EQ(titles, (QStringList{"Tallory", "Tallory", "Tallory", "Deleting a Question"}));
         Find<QPushButton>(dialog, "cmdSet")->click();
     });
     Find<QPushButton>(*opened.window, "cmdEdit0")->click();

@@ -1,15 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTimer>
 #include <cstdlib>
-#include <functional>
-#include <stdexcept>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"
