@@ -194,6 +194,7 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
         auto focus = [&dialog] {
             dialog.activateWindow();
             EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+            QApplication::processEvents();  // the activation reaches the shortcuts
             return dialog.focusWidget() ? dialog.focusWidget() : &dialog;
         };
         points->setFocus();

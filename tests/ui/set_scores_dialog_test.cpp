@@ -42,24 +42,33 @@ struct Fixture : test::CourseWindow {
     }
 };
 
-TEST(SetScoresDialog, NewPointsReachTheGridWhenSet) {
-    Fixture fixture;
-    ASSERT_EQ(fixture.Cell(1).trimmed(), "2");  // a point and the participation point
-    ASSERT_EQ(fixture.Cell(2).trimmed(), "0");
-    WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), "Tallory - Set Scores");
-        auto* points = Find<QLineEdit>(dialog, "txtPoints1");
-        EXPECT_EQ(points->text(), "0");
-        points->setText("3");
-        emit points->editingFinished();
-        EXPECT_EQ(Find<QLabel>(dialog, "lblTotalPerfPoints")->text(), "3.00");
-        Find<QPushButton>(dialog, "cmdSet")->click();
-    });
-    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
-    EXPECT_EQ(fixture.Cell(2).trimmed(), "4");
-    EXPECT_NE(
-        fixture.folder.Read("SessionData/L2609081000.csv").find("Response B,    ,   , 1 , 3 ,"),
-        std::string::npos);
+// New points reach the grid and the log with Set; Cancel keeps both as they were.
+TEST(SetScoresDialog, NewPointsReachTheGridWhenSetAndNotWhenCancelled) {
+    for (const char* button : {"cmdSet", "cmdCancel"}) {
+        SCOPED_TRACE(button);
+        Fixture fixture;
+        ASSERT_EQ(fixture.Cell(1).trimmed(), "2");  // a point and the participation point
+        ASSERT_EQ(fixture.Cell(2).trimmed(), "0");
+        const std::string before = fixture.folder.Read("SessionData/L2609081000.csv");
+        WhenOpen("frmSetSessionScoring", [button](QDialog& dialog) {
+            EXPECT_EQ(dialog.windowTitle(), "Tallory - Set Scores");
+            auto* points = Find<QLineEdit>(dialog, "txtPoints1");
+            EXPECT_EQ(points->text(), "0");
+            points->setText("3");
+            emit points->editingFinished();
+            EXPECT_EQ(Find<QLabel>(dialog, "lblTotalPerfPoints")->text(), "3.00");
+            Find<QPushButton>(dialog, button)->click();
+        });
+        Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
+        const std::string after = fixture.folder.Read("SessionData/L2609081000.csv");
+        if (std::string_view(button) == "cmdCancel") {
+            EXPECT_EQ(fixture.Cell(2).trimmed(), "0");
+            EXPECT_EQ(after, before);
+            continue;
+        }
+        EXPECT_EQ(fixture.Cell(2).trimmed(), "4");
+        EXPECT_NE(after.find("Response B,    ,   , 1 , 3 ,"), std::string::npos);
+    }
 }
 
 // A refused point value, left with Tab and answered with OK, must not swallow the next click:
@@ -103,20 +112,6 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     EXPECT_EQ(saved.rfind("Scoring,  Performance = -1 ,", 0), 0u) << saved.substr(0, 80);
     EXPECT_NE(saved.find(" ,\"Q1\" ,Score"), std::string::npos);
     EXPECT_NE(saved.find(" ,\"Q2|Y\" ,"), std::string::npos);
-}
-
-TEST(SetScoresDialog, CancelKeepsGridAndLog) {
-    Fixture fixture;
-    const std::string before = fixture.folder.Read("SessionData/L2609081000.csv");
-    WhenOpen("frmSetSessionScoring", [](QDialog& dialog) {
-        auto* points = Find<QLineEdit>(dialog, "txtPoints1");
-        points->setText("3");
-        emit points->editingFinished();
-        Find<QPushButton>(dialog, "cmdCancel")->click();
-    });
-    Find<QPushButton>(*fixture.window, "cmdEdit0")->click();
-    EXPECT_EQ(fixture.Cell(2).trimmed(), "0");
-    EXPECT_EQ(fixture.folder.Read("SessionData/L2609081000.csv"), before);
 }
 
 TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
