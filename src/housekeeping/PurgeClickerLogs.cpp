@@ -3,7 +3,7 @@
 #include <string>
 
 #include "logs/SessionLog.h"
-#include "scoring/SaveSession.h"
+#include "logs/SessionLogWriter.h"
 #include "scoring/ScreenParts.h"
 
 namespace tallory {
@@ -27,12 +27,16 @@ void UpdateClickerLogs(Course& course, Host& host, MainScreen& screen, std::stri
         deleteRemote != 0 ? DropClickerVotes(std::string(remoteId))
                           : ReturnVotesToOwner(std::string(remoteId), std::string(studentId));
     // One log at a time, each replaced whole: a pass cut short leaves every log either as it was
-    // or as it should be, the earlier ones done and the later ones untouched.
+    // or as it should be, the earlier ones done and the later ones untouched. Each log is read and
+    // written back and nothing else: no scoring between, so the writer sees the anonymous
+    // questions as the session scored last left them, and nothing is posted to the grid, which
+    // keeps its figures until the next load.
     for (int i = 1; i <= course.NumSessions; ++i) {
         host.SetProgressText(ClickerLogsProgressText(course, i, remoteId, deleteRemote));
         host.SetProgressValue(static_cast<double>(i) / course.NumSessions);
-        ReadSessionLog(course, SessionLogPath(course, course.SessionFile[i]));
-        SaveSession(course, host, i, clicker);
+        const std::string path = SessionLogPath(course, course.SessionFile[i]);
+        ReadSessionLog(course, path);
+        WriteSessionLog(course, host, path, clicker);
     }
     host.SetProgressText("Lectures Updated Sucessfully");
     host.SetProgressText("Refreshing Data....!");

@@ -11,7 +11,7 @@
 namespace tallory {
 
 // Takes one clicker's votes out of every session log, or hands them back to their registered
-// owner, one log at a time through the session save. `deleteRemote` not 0 drops the clicker's
+// owner, one log at a time. `deleteRemote` not 0 drops the clicker's
 // vote lines; otherwise a non-empty `studentId` sends them back to their owner. `reload` not 0
 // reloads all sessions at the end.
 void UpdateClickerLogs(Course& course, Host& host, MainScreen& screen, std::string_view remoteId,

@@ -1,6 +1,7 @@
 #include "logs/SessionLogWriter.h"
 
 #include <exception>
+#include <utility>
 
 #include "common/AtomicFile.h"
 #include "common/LinePrinter.h"
@@ -199,6 +200,20 @@ bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
         host.Message("Unable to store changes to file " + fileName + " Changes not saved!",
                      kProgramTitle, Icon::None, Buttons::Ok);
     return written;
+}
+
+ClickerVotes DropClickerVotes(std::string remoteId) {
+    return ClickerVotes{std::move(remoteId), "", kTrue};
+}
+
+ClickerVotes ReturnVotesToOwner(std::string remoteId, std::string studentId) {
+    return ClickerVotes{std::move(remoteId), std::move(studentId), kFalse};
+}
+
+bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
+                     const ClickerVotes& clicker) {
+    return WriteSessionLog(course, host, fileName, clicker.remoteId, clicker.studentId,
+                           clicker.deleteRemote);
 }
 
 }  // namespace tallory

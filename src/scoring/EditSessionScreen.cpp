@@ -15,8 +15,6 @@
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
 #include "logs/SessionStore.h"
-#include "scoring/Grading.h"
-#include "scoring/SaveSession.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -147,11 +145,10 @@ void EditSessionScreen::cmdSaveClick() {
     saved_ = true;
     const int kept = grid_.SessionScrollValue();
     const std::string path = SessionLogPath(course_, course_.CurrentLogFile);
+    // Read, retitle, write: nothing is scored or posted, the grid's figures stand.
     ReadSessionLog(course_, path);
-    // Scoring marks the anonymous questions, which the writer must know to write them as such.
-    RecomputeSession(course_);
     course_.Questions[0].Name = txtSessionName_.text;
-    written_ = SaveSession(course_, host_, session_);
+    written_ = WriteSessionLog(course_, host_, path, "", "", kFalse);
     SweepSessionScroll(grid_);
     grid_.SetSessionScrollValue(kept);
     closed_ = true;
@@ -197,9 +194,9 @@ void EditSessionScreen::cmdCancelClick() {
 }
 
 void EditSessionScreen::AfterClose() {
-    if (!saved_) return;
-    // A cleared title is posted too: the heading falls back to the session's date at once, as the
-    // next start would show it.
+    // A cleared title reaches the log but not the heading: the column keeps its old title until
+    // the next load, which falls back to the session's date.
+    if (!saved_ || TrimView(txtSessionName_.text).empty()) return;
     course_.SessionTitle[session_] = txtSessionName_.text;
     grid_.Screen().UpdateTable();
 }

@@ -29,6 +29,7 @@ void AddReportCommand(CLI::App& app, Context& context) {
                    "write every HTML report: each session's summary and detail, the term pages",
                    [&context] { return RunReport(context); });
     AddOptionDialogOptions(command, context);
+    AddByNameOption(command, context);
 }
 
 const CommandRegistration kRegistered("report", AddReportCommand);

@@ -33,6 +33,7 @@ void AddTermReportCommand(CLI::App& app, Context& context) {
                     "(default 0, the mode at program start)")
         ->check(CLI::Range(0, 4))
         ->type_name("N");
+    AddByNameOption(command, context);
 }
 
 const CommandRegistration kRegistered("term-report", AddTermReportCommand);
