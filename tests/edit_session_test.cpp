@@ -123,6 +123,53 @@ TEST(EditSession, ClearedTitleReachesTheLogAndTheHeadingAtTheNextLoad) {
     EXPECT_EQ(SessionLabel(fixture.course, 1), "09/11/2009");
 }
 
+// A new title is read, set and written, nothing more: the log is not scored, so the writer knows
+// the anonymous questions only as the last session scored left them, no participation rule is
+// applied, and the grid's figures stand.
+TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
+    const std::string refused = "Unable to store changes to file {log} Changes not saved!";
+    struct {
+        const char* name;
+        test::LogPlan first;  // the session renamed; a plain session is loaded after it
+        bool written;
+    } cases[] = {
+        {"anonymous question", {.voters = {{"#A1", "", {"X"}}, {"#A2", "", {"X"}}}}, false},
+        {"every question deleted",
+         {.questions = {{.name = "Q1|Y"}}, .voters = {{"#A1", "", {"A"}}}},
+         true},
+    };
+    for (const auto& c : cases) {
+        test::LoadedCourse fixture;
+        fixture.WriteLog("L0909111030.csv", c.first);
+        fixture.WriteLog("L0909121030.csv", {.voters = {{"#A1", "", {"A"}}, {"#A2", "", {"B"}}}});
+        fixture.Load();
+        const std::string before = fixture.Log("L0909111030.csv");
+        std::vector<double> totals;
+        for (int s = 1; s <= fixture.course.NumStudents; ++s)
+            totals.push_back(fixture.course.Students[s].Score[0]);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+        screen.txtSessionNameChange("Optics");
+        screen.cmdSaveClick();
+        EXPECT_EQ(screen.WriteSucceeded(), c.written) << c.name;
+        const std::string after = fixture.Log("L0909111030.csv");
+        if (c.written) {
+            EXPECT_TRUE(fixture.host.messages.empty()) << c.name;
+            EXPECT_EQ(after.rfind("Scoring,  Performance =  10 , Participation =  1 ,", 0), 0u)
+                << c.name << "\n"
+                << after;
+            EXPECT_NE(after.find("\"Optics\""), std::string::npos) << c.name;
+        } else {
+            std::string message = refused;
+            message.replace(message.find("{log}"), 5, fixture.File("SessionData/L0909111030.csv"));
+            EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + message})
+                << c.name;
+            EXPECT_EQ(after, before) << c.name;
+        }
+        for (int s = 1; s <= fixture.course.NumStudents; ++s)
+            EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << c.name;
+    }
+}
+
 TEST(EditSession, RemoveAsksFirst) {
     SessionsCourse fixture;
     std::string before = fixture.Log(1);

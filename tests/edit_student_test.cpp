@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
 #include "grid/EditStudent.h"
+#include "logs/SessionLog.h"
 #include "scoring/ScreenParts.h"
 
 namespace tallory {
@@ -104,9 +106,15 @@ TEST(EditStudent, ABlankNewClickerChangesNothing) {
 
 TEST(EditStudent, AddingAClickerRegistersItAndPassesOverTheLogs) {
     StudentCourse fixture;
+    std::vector<double> totals;
+    for (int s = 1; s <= fixture.course.NumStudents; ++s)
+        totals.push_back(fixture.course.Students[s].Score[0]);
     EditStudentScreen screen = fixture.Open("S3");
     screen.TxtNewClickerIdChange(" abc123 ");
     screen.CmdAddClick();
+    // The logs change, the grid's figures do not: nothing is posted before the next load.
+    for (int s = 1; s <= fixture.course.NumStudents; ++s)
+        EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << s;
     EXPECT_TRUE(screen.Closed());
     EXPECT_EQ(
         fixture.Remotes(),
@@ -187,6 +195,57 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
         EXPECT_EQ(fixture.Log(kSecondLog).find("#ABC123"), std::string::npos);
         EXPECT_EQ(fixture.Remotes().find("ABC123"), std::string::npos);
         EXPECT_EQ(fixture.screen.redraws, 0);
+    }
+}
+
+// The demo course's 09/22 log has an anonymous question. The pass over the logs scores nothing, so
+// the writer knows the anonymous questions only as the load's last session left them: 09/22 is
+// refused and stays as it was, and every other log keeps its answers and its participation points.
+TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
+    test::TempCourse course;
+    course.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    const std::string folder = course.Path() + "/SessionData/";
+    std::vector<std::string> logs;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename();
+        if (name[0] == 'L' && entry.path().extension() == ".csv") logs.push_back(name);
+    }
+    std::sort(logs.begin(), logs.end());
+    ASSERT_EQ(logs.size(), 9u);
+    std::vector<std::string> before;
+    for (const std::string& log : logs) before.push_back(course.Log(log));
+
+    const test::CliResult result =
+        test::RunCliOn(course.Path(), {"student", "20260157", "--add", "1a9999", "--yes"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(result.err.find("[Tallory] Unable to store changes to file " + folder +
+                              "L2609221000.csv Changes not saved!"),
+              std::string::npos)
+        << result.err;
+
+    for (size_t i = 0; i < logs.size(); ++i) {
+        const std::string& log = logs[i];
+        if (log == "L2609221000.csv") {
+            EXPECT_EQ(course.Log(log), before[i]);
+            continue;
+        }
+        for (const char* golden : {"L2609241000.csv", "L2610011000.csv"}) {
+            if (log != golden) continue;
+            EXPECT_EQ(course.Log(log),
+                      test::ReadBytes(test::DataPath("logs/demo-add-1a9999/" + log)));
+        }
+        Course old, now;
+        test::TempCourse original;
+        original.Write("L.csv", before[i]);
+        ReadSessionLog(old, original.File("L.csv"));
+        ReadSessionLog(now, folder + log);
+        EXPECT_EQ(now.SessParticipation, old.SessParticipation) << log;
+        ASSERT_EQ(now.NumVoters, old.NumVoters) << log;
+        ASSERT_EQ(now.NumQuestions, old.NumQuestions) << log;
+        for (int r = 1; r <= now.NumVoters; ++r)
+            for (int q = 1; q <= now.NumQuestions; ++q)
+                EXPECT_EQ(now.Votes[r].Answer[q], old.Votes[r].Answer[q])
+                    << log << " voter " << r << " question " << q;
     }
 }
 

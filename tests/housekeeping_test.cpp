@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <set>
 
@@ -10,6 +11,7 @@
 #include "housekeeping/GhostRemote.h"
 #include "housekeeping/PurgeClickerLogs.h"
 #include "housekeeping/UnregisteredStudents.h"
+#include "logs/SessionLog.h"
 
 namespace tallory {
 namespace {
@@ -363,6 +365,53 @@ TEST(PurgeClickerLogs, ProgressOfAPassWithAndWithoutSessions) {
     EXPECT_EQ(start, (std::vector<std::string>{"Updating Lectures", "Lectures Updated Sucessfully",
                                                "Refreshing Data....!", "Loading Session Data"}));
     EXPECT_FALSE(empty.host.waitCursor);
+}
+
+// Two stray clickers, AAA in the first two logs, BBB in the last two; S1 answers A, S2 B, AAA C
+// and BBB D. A rewrite counts the choices over every voter before it drops the clicker's lines,
+// so a log keeps counting the votes of the clicker dropped last until it is rewritten again.
+TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
+    using Counts = std::array<int, 4>;  // choices A to D of the one question, per log
+    struct {
+        std::vector<int> ticked;  // rows of the list: 0 AAA, 1 BBB
+        std::array<Counts, 3> counts;
+    } cases[] = {
+        {{0}, {Counts{1, 1, 1, 0}, Counts{1, 1, 1, 1}, Counts{1, 1, 0, 1}}},
+        {{1}, {Counts{1, 1, 1, 0}, Counts{1, 1, 1, 1}, Counts{1, 1, 0, 1}}},
+        {{0, 1}, {Counts{1, 1, 0, 0}, Counts{1, 1, 0, 1}, Counts{1, 1, 0, 1}}},
+    };
+    const char* const logs[] = {"L2609071000.csv", "L2609091000.csv", "L2609111000.csv"};
+    for (const auto& c : cases) {
+        test::LoadedCourse fixture;
+        fixture.WriteRoster("Adams,Ann,S1\r\nBaker,Bob,S2\r\n");
+        fixture.WriteRemotes("#111,\"S1\"\r\n#222,\"S2\"\r\n");
+        for (int i = 0; i < 3; ++i) {
+            std::vector<test::LogVoter> voters = {{"#111", "", {"A"}}, {"#222", "", {"B"}}};
+            if (i < 2) voters.push_back({"#AAA", "", {"C"}});
+            if (i > 0) voters.push_back({"#BBB", "", {"D"}});
+            fixture.WriteLog(logs[i], {.voters = voters});
+        }
+        fixture.Load();
+        UnregisteredTable students;
+        BuildUnregisteredList(fixture.course, students);
+        GhostRemoteScreen screen(fixture.course, fixture.host, fixture.grid.screen, students);
+        screen.Load();
+        ASSERT_EQ(screen.GhostCount(), 2);
+        ASSERT_EQ(screen.GhostList()[0].RemoteId, "00000AAA");
+        for (int row : c.ticked) screen.ChkSelectClick(row, true);
+        fixture.host.answers = {Answer::Ok};
+        screen.CmdDeleteClick();
+        for (int i = 0; i < 3; ++i) {
+            Course read;
+            ReadSessionLog(read, fixture.File(std::string("SessionData/") + logs[i]));
+            const Counts counts = {
+                read.Questions[1].ResponseCount[1], read.Questions[1].ResponseCount[2],
+                read.Questions[1].ResponseCount[3], read.Questions[1].ResponseCount[4]};
+            EXPECT_EQ(counts, c.counts[i]) << logs[i] << " ticked " << c.ticked.size();
+            for (int row : c.ticked)
+                EXPECT_EQ(fixture.Log(logs[i]).find(row == 0 ? "#AAA" : "#BBB"), std::string::npos);
+        }
+    }
 }
 
 // The four commands of tallory-cli over the sample course, as a script sees them.

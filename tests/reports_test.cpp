@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -327,6 +328,36 @@ TEST(ReportCommands, RunFromTheCommandLine) {
         const nlohmann::json output = nlohmann::json::parse(result.out);
         EXPECT_EQ(output["files"].size(), static_cast<size_t>(c.files)) << what;
         EXPECT_EQ(output["mode"], c.mode) << what;
+    }
+}
+
+// --by-name loads the course in last-name order, as the grid shows it, and the pages list the
+// students in that order.
+TEST(ReportCommands, ListStudentsInTheGridsOrder) {
+    const std::string demo = std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
+    for (const char* command : {"report", "term-report"}) {
+        for (bool byName : {false, true}) {
+            TempCourse course;
+            course.CopyFrom(demo);
+            fs::create_directory(course.File("Reports"));
+            std::vector<std::string> more;
+            if (byName) more.push_back("--by-name");
+            const test::CliResult grid = test::RunCliOn(course.Path(), {"grid", "--json"}, more);
+            const test::CliResult run = test::RunCliOn(course.Path(), {command}, more);
+            ASSERT_EQ(run.status, 0) << command << run.err;
+            std::vector<std::string> expected;
+            for (const auto& student : nlohmann::json::parse(grid.out)["students"])
+                if (student["id"].get<std::string>()[0] != '#') expected.push_back(student["id"]);
+            // Each roster student's ID, in the order of its first appearance on the page.
+            const std::string page = ReadBytes(course.File("Reports/StudentTermReport.html"));
+            std::vector<std::pair<size_t, std::string>> found;
+            for (const std::string& id : expected) found.push_back({page.find(id), id});
+            std::sort(found.begin(), found.end());
+            std::vector<std::string> listed;
+            for (const auto& [at, id] : found)
+                if (at != std::string::npos) listed.push_back(id);
+            EXPECT_EQ(listed, expected) << command << (byName ? " --by-name" : "");
+        }
     }
 }
 
