@@ -6,8 +6,10 @@
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -217,6 +219,117 @@ TEST(Safety, ACourseWithPipesForEveryFileStillOpens) {
     });
 }
 
+// ---- The one writer's failures ------------------------------------------------------------------
+
+struct UnsavedHost : RecordingHost {
+    void FileNotWritten(const std::string& path, const std::string& reason) override {
+        unsaved.push_back(path + " | " + reason);
+    }
+    std::vector<std::string> unsaved;
+};
+
+TEST(Safety, AFailureAtAnyStepLeavesTheOldFileAndSaysWhy) {
+    struct Case {
+        WriteStep step;
+        int error;
+        const char* cause;
+    } cases[] = {
+        {WriteStep::Open, ENOSPC, "the disk is full"},
+        {WriteStep::Open, EROFS, "the disk is read-only"},
+        {WriteStep::Write, ENOSPC, "the disk is full"},
+        {WriteStep::Write, EDQUOT, "the disk quota is used up"},
+        {WriteStep::Sync, EIO, "Input/output error"},
+        {WriteStep::Rename, EISDIR, "a folder is in the way"},
+        {WriteStep::Rename, EACCES, "permission denied"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.cause) + " at step " + std::to_string(int(c.step)));
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", "old");
+        course.Write("SessionData/RemoteID.csv", "old");
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        SetWriteFault(WriteFault{c.step, c.error, "L0909"});
+        UnsavedHost host;
+        std::string error;
+        EXPECT_FALSE(ReplaceFile(path, std::string(200000, 'n'), &error, &host));
+        // A file the failure does not name is written as ever.
+        EXPECT_TRUE(ReplaceFile(course.File("SessionData/RemoteID.csv"), "new", nullptr, &host));
+        SetWriteFault(std::nullopt);
+        EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
+        EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
+        EXPECT_NE(error.find(path), std::string::npos) << error;
+        EXPECT_NE(error.find(c.cause), std::string::npos) << error;
+        EXPECT_EQ(host.unsaved, std::vector<std::string>{path + " | " + error});
+        EXPECT_EQ(host.written, std::vector<std::string>{course.File("SessionData/RemoteID.csv")});
+        for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
+            EXPECT_FALSE(IsTemporaryName(entry.path().filename().string())) << entry.path();
+    }
+}
+
+TEST(Safety, AFailureIsNamedInTheEnvironmentAsStepErrorAndPath) {
+    struct Case {
+        const char* text;
+        bool valid;
+        WriteStep step;
+        int error;
+        const char* part;
+    } cases[] = {
+        {"write:ENOSPC:SessionData/L", true, WriteStep::Write, ENOSPC, "SessionData/L"},
+        {"rename:EISDIR:", true, WriteStep::Rename, EISDIR, ""},
+        {"open:EROFS:a:b", true, WriteStep::Open, EROFS, "a:b"},
+        {"close:ENOSPC:x", false, WriteStep::Write, 0, ""},
+        {"write:ENOMEM:x", false, WriteStep::Write, 0, ""},
+        {"write:ENOSPC", false, WriteStep::Write, 0, ""},
+        {"", false, WriteStep::Write, 0, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::optional<WriteFault> fault = ParseWriteFault(c.text);
+        ASSERT_EQ(fault.has_value(), c.valid);
+        if (!fault) continue;
+        EXPECT_EQ(fault->step, c.step);
+        EXPECT_EQ(fault->error, c.error);
+        EXPECT_EQ(fault->pathPart, c.part);
+    }
+}
+
+// ACL entries (on this system an extended attribute of their own) and the user's extended
+// attributes stay with the file through a replacement.
+TEST(Safety, AclAndExtendedAttributesAreKept) {
+    TempCourse course;
+    course.Write("Roster.txt", "old");
+    const std::string path = course.File("Roster.txt");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    // An ACL of the owner, one more user (read), the group, the mask and the others.
+    struct Entry {
+        uint16_t tag, permissions;
+        uint32_t id;
+    };
+    const uint32_t version = 2;
+    const Entry entries[] = {
+        {0x01, 6, ~0u}, {0x02, 4, 4242}, {0x04, 4, ~0u}, {0x10, 4, ~0u}, {0x20, 0, ~0u}};
+    std::string acl(reinterpret_cast<const char*>(&version), sizeof version);
+    acl.append(reinterpret_cast<const char*>(entries), sizeof entries);
+    const bool aclSet =
+        ::setxattr(path.c_str(), "system.posix_acl_access", acl.data(), acl.size(), 0) == 0;
+    const bool userSet = ::setxattr(path.c_str(), "user.tallory.note", "kept", 4, 0) == 0;
+    if (!aclSet && !userSet) GTEST_SKIP() << "this file system keeps no extended attributes";
+
+    ASSERT_TRUE(ReplaceFile(path, "new"));
+    EXPECT_EQ(course.Read("Roster.txt"), "new");
+    auto attribute = [&](const char* name) {
+        char value[256];
+        ssize_t length = ::getxattr(path.c_str(), name, value, sizeof value);
+        return length < 0 ? std::string("(none)") : std::string(value, static_cast<size_t>(length));
+    };
+    if (aclSet) {
+        EXPECT_EQ(attribute("system.posix_acl_access"), acl);
+    }
+    if (userSet) {
+        EXPECT_EQ(attribute("user.tallory.note"), "kept");
+    }
+}
+
 // ---- Temporary files of killed writes ----------------------------------------------------------
 
 void SetAge(const std::string& path, long seconds) {
@@ -237,12 +350,14 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
         {"SessionData/L0909111030.csv.tmp-Ab12Cd", 3600, false, true},
         {"SessionData/Config.csv.tmp-zzzzzz", 3600, false, true},
         {"General.csv.tmp-000000", 3600, false, true},             // an export in the course folder
+        {"Reports/Summary.html.tmp-a1B2c3", 3600, false, true},    // a page
         {"SessionData/RemoteID.csv.tmp-Ab12Cd", 0, false, false},  // a write of this run
         {"SessionData/L0909111030.csv.tmp-Ab12", 3600, false, false},
         {"SessionData/L0909111030.csv.tmp-Ab_2Cd", 3600, false, false},
         {"SessionData/notes.tmp", 3600, false, false},
         {"SessionData/Dir.csv.tmp-ABCDEF", 3600, true, false},
         {"Images/L0909111030.csv.tmp-ABCDEF", 3600, false, false},  // not a folder of ours
+        {"exam.tmp-draft1", 3600, false, false},  // no file "exam" beside it: the user's own
     };
     for (bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "read-only load" : "desktop load");
@@ -253,6 +368,10 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
             } else {
                 folder.Write(c.name, "half a file");
             }
+            // The file a temporary of ours is named after stands beside it.
+            std::string base(c.name);
+            base.erase(base.rfind(".tmp"));
+            if (base != "exam" && !folder.Exists(base)) folder.Write(base, "whole");
             SetAge(folder.File(c.name), c.age);
         }
         Course course;
@@ -359,7 +478,8 @@ TEST(Safety, ARemovalOnAFullDiskLeavesTheLogAndClaimsNoCopy) {
     disk.Fill();
 
     auto result = test::RunCli({"--course", course, "remove", "2", "--yes", "--json"});
-    EXPECT_EQ(result.status, 1) << result.out << result.err;
+    EXPECT_EQ(result.status, 3) << result.out << result.err;
+    EXPECT_NE(result.err.find("the disk is full"), std::string::npos) << result.err;
     EXPECT_NE(result.out.find("Unable to store changes to file "), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
