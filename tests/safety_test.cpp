@@ -1,5 +1,6 @@
 // What the user set up on the course files stands: permissions, links and owners survive a
 // rewrite, files of the wrong kind never stall a read, and killed writes leave nothing for good.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mount.h>
@@ -19,6 +20,10 @@
 #include "LogBuilder.h"
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
+#include "common/CourseLock.h"
+#include "common/Paths.h"
+#include "common/ReadGuard.h"
 #include "common/RecordingHost.h"
 #include "export/Export.h"
 #include "grid/CourseLoad.h"
@@ -328,6 +333,137 @@ TEST(Safety, AclAndExtendedAttributesAreKept) {
     if (userSet) {
         EXPECT_EQ(attribute("user.tallory.note"), "kept");
     }
+}
+
+// ---- A log read is replaced only as it was read
+// ----------------------------------------------------
+
+TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatWasRead) {
+    struct Case {
+        const char* name;
+        std::function<void(const std::string&)> meanwhile;  // what another program does
+        bool replaced;
+        const char* says;
+    } cases[] = {
+        {"nothing", [](const std::string&) {}, true, ""},
+        {"a vote appended",
+         [](const std::string& path) { std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n"; },
+         false, "was changed by another program after Tallory read it; nothing was changed."},
+        {"rewritten with as many bytes",
+         [](const std::string& path) {
+             std::string text = test::ReadBytes(path);
+             text[text.size() - 3] = 'Z';
+             std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+         },
+         false, "was changed by another program"},
+        {"removed", [](const std::string& path) { ::unlink(path.c_str()); }, true, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", "old log\r\n");
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        RememberRead(path, test::ReadBytes(path));
+        c.meanwhile(path);
+        const std::string before = FileExists(path) ? test::ReadBytes(path) : "";
+        std::string error;
+        EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
+        if (c.replaced) {
+            EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
+        } else {
+            EXPECT_EQ(test::ReadBytes(path), before);
+            EXPECT_NE(error.find(path + " " + c.says), std::string::npos) << error;
+        }
+    }
+}
+
+// A writer holding the log open (the polling application during a class) keeps it from being
+// replaced; so does one that opens it while the replacement runs (the lease makes it wait).
+TEST(Safety, ALogHeldOpenForWritingIsNotReplaced) {
+    TempCourse course;
+    course.Write("SessionData/L0909111030.csv", "old log\r\n");
+    const std::string path = course.File("SessionData/L0909111030.csv");
+    RememberRead(path, test::ReadBytes(path));
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    pid_t writer = ::fork();
+    if (writer == 0) {
+        int fd = ::open(path.c_str(), O_WRONLY | O_APPEND);
+        (void)!::write(ready[1], "x", 1);
+        ::pause();
+        ::_exit(fd >= 0 ? 0 : 1);
+    }
+    char byte;
+    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    std::string error;
+    EXPECT_FALSE(ReplaceFile(path, "new log\r\n", &error));
+    EXPECT_NE(error.find(path + " is being written by another program; nothing was changed. Try "
+                                "again when polling has ended."),
+              std::string::npos)
+        << error;
+    EXPECT_TRUE(OpenForWritingElsewhere(path));
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    EXPECT_FALSE(OpenForWritingElsewhere(path));
+    EXPECT_TRUE(ReplaceFile(path, "new log\r\n", &error)) << error;
+    EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
+}
+
+// ---- One editor per course, one change at a time ---------------------------------------------
+
+TEST(Safety, TheCourseLockIsOneHoldersAtATime) {
+    TempCourse course;
+    CourseLock first, second;
+    ASSERT_TRUE(first.Take(course.Path()));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(second.Take(course.Path(), 0.2));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
+    EXPECT_NE(
+        CourseLockedMessage(course.Path()).find("(process " + std::to_string(::getpid()) + ")"),
+        std::string::npos)
+        << CourseLockedMessage(course.Path());
+    first.Release();
+    EXPECT_TRUE(second.Take(course.Path()));
+    EXPECT_FALSE(first.Take("/nonexistent/course"));
+}
+
+// A change cut short is undone file by file: what it replaced comes back, what it made goes, and
+// what someone else changed since stays as it stands.
+TEST(Safety, AChangeCutShortIsUndoneFileByFile) {
+    TempCourse course;
+    course.Write("SessionData/RemoteID.csv", "remotes before");
+    course.Write("SessionData/L1.csv", "log before");
+    course.Write("SessionData/L2.csv", "log before");
+    course.Write("SessionData/L3.csv", "untouched");
+    {
+        // The journal of a run killed after its renames: it is never finished.
+        auto* change = new ChangeJournal(course.Path(), "tallory-cli purge");
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/RemoteID.csv"), "remotes after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/L1.csv"), "log after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/L2.csv"), "log after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/New.csv"), "made by the change"));
+        // What a killed run leaves: the journal stands, nothing of the process does.
+        const std::string journal = JournalFolder(course.Path());
+        const std::string kept = course.Path() + "/kept-journal";
+        std::filesystem::copy(journal, kept);
+        delete change;
+        std::filesystem::rename(kept, journal);
+    }
+    // The polling application appended to one log since.
+    course.Write("SessionData/L2.csv", "log after, and a vote");
+
+    const std::string message = UndoInterruptedChange(course.Path());
+    EXPECT_EQ(message,
+              "A change of the course that was cut short (tallory-cli purge) was undone: 3 files "
+              "were put back as before. 1 file was changed since by another program and is left as "
+              "it stands.");
+    EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "remotes before");
+    EXPECT_EQ(course.Read("SessionData/L1.csv"), "log before");
+    EXPECT_EQ(course.Read("SessionData/L2.csv"), "log after, and a vote");
+    EXPECT_EQ(course.Read("SessionData/L3.csv"), "untouched");
+    EXPECT_FALSE(course.Exists("SessionData/New.csv"));
+    EXPECT_FALSE(std::filesystem::exists(JournalFolder(course.Path())));
+    EXPECT_EQ(UndoInterruptedChange(course.Path()), "");
 }
 
 // ---- Temporary files of killed writes ----------------------------------------------------------

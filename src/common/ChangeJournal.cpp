@@ -164,8 +164,11 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
                           ") was undone: " + std::to_string(restored) +
                           (restored == 1 ? " file was" : " files were") + " put back as before.";
     if (left > 0)
-        message += " " + std::to_string(left) + (left == 1 ? " file was" : " files were") +
-                   " changed since by another program and left as they stand.";
+        message += " " + std::to_string(left) +
+                   (left == 1 ? " file was changed since by another program and is left as it "
+                                "stands."
+                              : " files were changed since by another program and are left as "
+                                "they stand.");
     return message;
 }
 
