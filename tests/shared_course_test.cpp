@@ -283,7 +283,7 @@ TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
             std::vector<std::string> arguments = {"--course", course.Path()};
             arguments.insert(arguments.end(), command.words.begin(), command.words.end());
             CliProcess run(arguments);
-            std::this_thread::sleep_for(std::chrono::milliseconds(8 * trial));
+            std::this_thread::sleep_for(std::chrono::milliseconds(15 * trial));
             run.Kill();
             run.Wait();
             const bool left = std::filesystem::exists(JournalFolder(course.Path()));
@@ -299,7 +299,7 @@ TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
                 ++whole;
             }
         }
-        std::printf("%s killed at 0-152 ms: 20 trials, %d found as before (%d undone), %d whole\n",
+        std::printf("%s killed at 0-285 ms: 20 trials, %d found as before (%d undone), %d whole\n",
                     command.name, old, undone, whole);
     }
 }

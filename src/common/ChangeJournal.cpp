@@ -22,6 +22,10 @@ ChangeJournal* active = nullptr;
 constexpr const char* kJournalName = ".tallory-change";
 constexpr const char* kPathSuffix = ".path";
 constexpr const char* kActionFile = "action";
+constexpr const char* kDoneSuffix = "-done";
+// The second line of an entry's record: whether the file stood before the change.
+constexpr const char* kStood = "stood";
+constexpr const char* kNew = "new";
 
 bool ReadWhole(const std::string& path, std::string& text) {
     int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -61,10 +65,19 @@ void SyncFolder(const std::string& folder) {
     ::close(fd);
 }
 
+void ClearFolder(const std::string& folder) {
+    for (const std::string& name : ListFiles(folder)) ::unlink(JoinPath(folder, name).c_str());
+    ::rmdir(folder.c_str());
+}
+
+// A journal goes in two steps: renamed out of the way at once (a journal is never seen half
+// removed), then emptied. What a kill leaves of the second step is cleared at the next opening.
 void RemoveJournal(const std::string& journal) {
-    for (const std::string& name : ListFiles(journal)) ::unlink(JoinPath(journal, name).c_str());
-    ::rmdir(journal.c_str());
+    const std::string done = journal + kDoneSuffix;
+    if (FolderExists(done)) ClearFolder(done);
+    if (::rename(journal.c_str(), done.c_str()) != 0) return;
     SyncFolder(journal.substr(0, journal.rfind('/')));
+    ClearFolder(done);
 }
 
 std::string RealPath(const std::string& path) {
@@ -116,9 +129,12 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
     }
     const std::string entry = JoinPath(journal_, std::to_string(kept_.size() + 1));
     std::string text;
-    // A file that does not stand yet is written down as the path alone: undoing removes it.
-    if (ReadWhole(path, text) && !WriteDurably(entry, text)) return false;
-    if (!WriteDurably(entry + kPathSuffix, std::to_string(newHash) + "\n" + path)) return false;
+    // A file that does not stand yet is written down as new: undoing removes it.
+    const bool stood = ReadWhole(path, text);
+    if (stood && !WriteDurably(entry, text)) return false;
+    const std::string record =
+        std::to_string(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
+    if (!WriteDurably(entry + kPathSuffix, record)) return false;
     SyncFolder(journal_);
     kept_.insert(path);
     return true;
@@ -126,6 +142,7 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
 
 std::string UndoInterruptedChange(const std::string& courseFolder) {
     const std::string journal = JournalFolder(courseFolder);
+    if (FolderExists(journal + kDoneSuffix)) ClearFolder(journal + kDoneSuffix);
     if (!FolderExists(journal)) return {};
     std::string action;
     ReadWhole(JoinPath(journal, kActionFile), action);
@@ -137,13 +154,16 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
         const std::string entry = JoinPath(journal, name.substr(0, name.size() - 5));
         std::string record, text, current;
         if (!ReadWhole(JoinPath(journal, name), record)) continue;
-        const size_t line = record.find('\n');
-        if (line == std::string::npos) continue;
-        const std::string target = record.substr(line + 1);
-        const bool before = ReadWhole(entry, text);
+        const size_t first = record.find('\n');
+        const size_t second = first == std::string::npos ? first : record.find('\n', first + 1);
+        if (second == std::string::npos) continue;  // written only in part: nothing was replaced
+        const std::string flag = record.substr(first + 1, second - first - 1);
+        const std::string target = record.substr(second + 1);
+        const bool before = flag == kStood;
+        if (before && !ReadWhole(entry, text)) continue;
         const bool stands = ReadWhole(target, current);
         if (before == stands && (!stands || current == text)) continue;  // never replaced
-        if (!stands || std::to_string(ContentHash(current)) != record.substr(0, line)) {
+        if (!stands || std::to_string(ContentHash(current)) != record.substr(0, first)) {
             ++left;  // what the change wrote was changed again since, by someone else
             continue;
         }
@@ -151,8 +171,8 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
             if (!ReplaceFile(target, text)) {
                 return "A change of the course that was cut short (" + action +
                        ") could not be undone: " + target +
-                       " cannot be written. Nothing else was changed; open the course again "
-                       "when the disk can be written.";
+                       " cannot be written. The undoing is done again at the next opening of "
+                       "the course.";
             }
         } else {
             ::unlink(target.c_str());
