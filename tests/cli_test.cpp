@@ -236,9 +236,10 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
     line = line.substr(0, line.find('\r'));
     EXPECT_NE(line.find("Participation =  0 ,"), std::string::npos) << line;
 
-    // With --json, only the messages are printed.
-    EXPECT_EQ(json::parse(RunCli({"--course", demo.Path(), "rewrite", "1", "--json"}).out).size(),
-              1u);
+    // With --json, only the messages are printed, and the files not saved: none.
+    json printed = json::parse(RunCli({"--course", demo.Path(), "rewrite", "1", "--json"}).out);
+    EXPECT_EQ(printed.size(), 2u);
+    EXPECT_EQ(printed["unsaved"], json::array());
 }
 
 TEST(Cli, CourseWithoutRosterOrRegistrationsStillOpens) {
@@ -291,7 +292,8 @@ TEST(ConsoleHost, AnswersAndListsAsTheCommandLineSays) {
     testing::internal::CaptureStdout();
     cli::Print(context, {{"purged", json::array()}}, "", {.files = true, .clipboard = true});
     json printed = json::parse(testing::internal::GetCapturedStdout());
-    EXPECT_EQ(printed.size(), 4u);  // purged, files, clipboard, messages; no "started"
+    EXPECT_EQ(printed.size(), 5u);  // purged, files, clipboard, messages, unsaved; no "started"
+    EXPECT_EQ(printed["unsaved"], json::array());
     EXPECT_EQ(printed["files"], host.FilesJson());
     EXPECT_EQ(printed["clipboard"], "Ames\tAnn\r\n");
     EXPECT_EQ(printed["messages"].size(), 4u);  // the questions above

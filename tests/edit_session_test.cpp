@@ -248,7 +248,10 @@ TEST(EditSessionCli, ARemovalThatFailsClaimsNoCopy) {
     fixture.Write("SessionData/xL0909121030.csv/inside", "x");
     const std::string before = fixture.Log(2);
     auto result = test::RunCliOn(fixture.Path(), {"remove", "2", "--yes", "--json"});
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.status, 3);  // the copy was not written: a folder stands in its place
+    EXPECT_NE(result.out.find("\"unsaved\": [\n    \"SessionData/xL0909121030.csv\""),
+              std::string::npos)
+        << result.out;
     EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\"removed\": false"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;

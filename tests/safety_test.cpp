@@ -1,13 +1,16 @@
 // What the user set up on the course files stands: permissions, links and owners survive a
 // rewrite, files of the wrong kind never stall a read, and killed writes leave nothing for good.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +20,10 @@
 #include "LogBuilder.h"
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
+#include "common/CourseLock.h"
+#include "common/Paths.h"
+#include "common/ReadGuard.h"
 #include "common/RecordingHost.h"
 #include "export/Export.h"
 #include "grid/CourseLoad.h"
@@ -217,6 +224,248 @@ TEST(Safety, ACourseWithPipesForEveryFileStillOpens) {
     });
 }
 
+// ---- The one writer's failures ------------------------------------------------------------------
+
+struct UnsavedHost : RecordingHost {
+    void FileNotWritten(const std::string& path, const std::string& reason) override {
+        unsaved.push_back(path + " | " + reason);
+    }
+    std::vector<std::string> unsaved;
+};
+
+TEST(Safety, AFailureAtAnyStepLeavesTheOldFileAndSaysWhy) {
+    struct Case {
+        WriteStep step;
+        int error;
+        const char* cause;
+    } cases[] = {
+        {WriteStep::Open, ENOSPC, "the disk is full"},
+        {WriteStep::Open, EROFS, "the disk is read-only"},
+        {WriteStep::Write, ENOSPC, "the disk is full"},
+        {WriteStep::Write, EDQUOT, "the disk quota is used up"},
+        {WriteStep::Sync, EIO, "Input/output error"},
+        {WriteStep::Rename, EISDIR, "a folder is in the way"},
+        {WriteStep::Rename, EACCES, "permission denied"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.cause) + " at step " + std::to_string(int(c.step)));
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", "old");
+        course.Write("SessionData/RemoteID.csv", "old");
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        SetWriteFault(WriteFault{c.step, c.error, "L0909"});
+        UnsavedHost host;
+        std::string error;
+        EXPECT_FALSE(ReplaceFile(path, std::string(200000, 'n'), &error, &host));
+        // A file the failure does not name is written as ever.
+        EXPECT_TRUE(ReplaceFile(course.File("SessionData/RemoteID.csv"), "new", nullptr, &host));
+        SetWriteFault(std::nullopt);
+        EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
+        EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
+        EXPECT_NE(error.find(path), std::string::npos) << error;
+        EXPECT_NE(error.find(c.cause), std::string::npos) << error;
+        EXPECT_EQ(host.unsaved, std::vector<std::string>{path + " | " + error});
+        EXPECT_EQ(host.written, std::vector<std::string>{course.File("SessionData/RemoteID.csv")});
+        for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
+            EXPECT_FALSE(IsTemporaryName(entry.path().filename().string())) << entry.path();
+    }
+}
+
+TEST(Safety, AFailureIsNamedInTheEnvironmentAsStepErrorAndPath) {
+    struct Case {
+        const char* text;
+        bool valid;
+        WriteStep step;
+        int error;
+        const char* part;
+    } cases[] = {
+        {"write:ENOSPC:SessionData/L", true, WriteStep::Write, ENOSPC, "SessionData/L"},
+        {"rename:EISDIR:", true, WriteStep::Rename, EISDIR, ""},
+        {"open:EROFS:a:b", true, WriteStep::Open, EROFS, "a:b"},
+        {"close:ENOSPC:x", false, WriteStep::Write, 0, ""},
+        {"write:ENOMEM:x", false, WriteStep::Write, 0, ""},
+        {"write:ENOSPC", false, WriteStep::Write, 0, ""},
+        {"", false, WriteStep::Write, 0, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::optional<WriteFault> fault = ParseWriteFault(c.text);
+        ASSERT_EQ(fault.has_value(), c.valid);
+        if (!fault) continue;
+        EXPECT_EQ(fault->step, c.step);
+        EXPECT_EQ(fault->error, c.error);
+        EXPECT_EQ(fault->pathPart, c.part);
+    }
+}
+
+// ACL entries (on this system an extended attribute of their own) and the user's extended
+// attributes stay with the file through a replacement.
+TEST(Safety, AclAndExtendedAttributesAreKept) {
+    TempCourse course;
+    course.Write("Roster.txt", "old");
+    const std::string path = course.File("Roster.txt");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    // An ACL of the owner, one more user (read), the group, the mask and the others.
+    struct Entry {
+        uint16_t tag, permissions;
+        uint32_t id;
+    };
+    const uint32_t version = 2;
+    const Entry entries[] = {
+        {0x01, 6, ~0u}, {0x02, 4, 4242}, {0x04, 4, ~0u}, {0x10, 4, ~0u}, {0x20, 0, ~0u}};
+    std::string acl(reinterpret_cast<const char*>(&version), sizeof version);
+    acl.append(reinterpret_cast<const char*>(entries), sizeof entries);
+    const bool aclSet =
+        ::setxattr(path.c_str(), "system.posix_acl_access", acl.data(), acl.size(), 0) == 0;
+    const bool userSet = ::setxattr(path.c_str(), "user.tallory.note", "kept", 4, 0) == 0;
+    if (!aclSet && !userSet) GTEST_SKIP() << "this file system keeps no extended attributes";
+
+    ASSERT_TRUE(ReplaceFile(path, "new"));
+    EXPECT_EQ(course.Read("Roster.txt"), "new");
+    auto attribute = [&](const char* name) {
+        char value[256];
+        ssize_t length = ::getxattr(path.c_str(), name, value, sizeof value);
+        return length < 0 ? std::string("(none)") : std::string(value, static_cast<size_t>(length));
+    };
+    if (aclSet) {
+        EXPECT_EQ(attribute("system.posix_acl_access"), acl);
+    }
+    if (userSet) {
+        EXPECT_EQ(attribute("user.tallory.note"), "kept");
+    }
+}
+
+// ---- A log read is replaced only as it was read
+// ----------------------------------------------------
+
+TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatWasRead) {
+    struct Case {
+        const char* name;
+        std::function<void(const std::string&)> meanwhile;  // what another program does
+        bool replaced;
+        const char* says;
+    } cases[] = {
+        {"nothing", [](const std::string&) {}, true, ""},
+        {"a vote appended",
+         [](const std::string& path) { std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n"; },
+         false, "was changed by another program after Tallory read it; nothing was changed."},
+        {"rewritten with as many bytes",
+         [](const std::string& path) {
+             std::string text = test::ReadBytes(path);
+             text[text.size() - 3] = 'Z';
+             std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+         },
+         false, "was changed by another program"},
+        {"removed", [](const std::string& path) { ::unlink(path.c_str()); }, true, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", "old log\r\n");
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        RememberRead(path, test::ReadBytes(path));
+        c.meanwhile(path);
+        const std::string before = FileExists(path) ? test::ReadBytes(path) : "";
+        std::string error;
+        EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
+        if (c.replaced) {
+            EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
+        } else {
+            EXPECT_EQ(test::ReadBytes(path), before);
+            EXPECT_NE(error.find(path + " " + c.says), std::string::npos) << error;
+        }
+    }
+}
+
+// A writer holding the log open (the polling application during a class) keeps it from being
+// replaced; so does one that opens it while the replacement runs (the lease makes it wait).
+TEST(Safety, ALogHeldOpenForWritingIsNotReplaced) {
+    TempCourse course;
+    course.Write("SessionData/L0909111030.csv", "old log\r\n");
+    const std::string path = course.File("SessionData/L0909111030.csv");
+    RememberRead(path, test::ReadBytes(path));
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    pid_t writer = ::fork();
+    if (writer == 0) {
+        int fd = ::open(path.c_str(), O_WRONLY | O_APPEND);
+        (void)!::write(ready[1], "x", 1);
+        ::pause();
+        ::_exit(fd >= 0 ? 0 : 1);
+    }
+    char byte;
+    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    std::string error;
+    EXPECT_FALSE(ReplaceFile(path, "new log\r\n", &error));
+    EXPECT_NE(error.find(path + " is being written by another program; nothing was changed. Try "
+                                "again when polling has ended."),
+              std::string::npos)
+        << error;
+    EXPECT_TRUE(OpenForWritingElsewhere(path));
+    ::kill(writer, SIGKILL);
+    ::waitpid(writer, nullptr, 0);
+    EXPECT_FALSE(OpenForWritingElsewhere(path));
+    EXPECT_TRUE(ReplaceFile(path, "new log\r\n", &error)) << error;
+    EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
+}
+
+// ---- One editor per course, one change at a time ---------------------------------------------
+
+TEST(Safety, TheCourseLockIsOneHoldersAtATime) {
+    TempCourse course;
+    CourseLock first, second;
+    ASSERT_TRUE(first.Take(course.Path()));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(second.Take(course.Path(), 0.2));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
+    EXPECT_NE(
+        CourseLockedMessage(course.Path()).find("(process " + std::to_string(::getpid()) + ")"),
+        std::string::npos)
+        << CourseLockedMessage(course.Path());
+    first.Release();
+    EXPECT_TRUE(second.Take(course.Path()));
+    EXPECT_FALSE(first.Take("/nonexistent/course"));
+}
+
+// A change cut short is undone file by file: what it replaced comes back, what it made goes, and
+// what someone else changed since stays as it stands.
+TEST(Safety, AChangeCutShortIsUndoneFileByFile) {
+    TempCourse course;
+    course.Write("SessionData/RemoteID.csv", "remotes before");
+    course.Write("SessionData/L1.csv", "log before");
+    course.Write("SessionData/L2.csv", "log before");
+    course.Write("SessionData/L3.csv", "untouched");
+    {
+        // The journal of a run killed after its renames: it is never finished.
+        auto* change = new ChangeJournal(course.Path(), "tallory-cli purge");
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/RemoteID.csv"), "remotes after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/L1.csv"), "log after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/L2.csv"), "log after"));
+        ASSERT_TRUE(ReplaceFile(course.File("SessionData/New.csv"), "made by the change"));
+        // What a killed run leaves: the journal stands, nothing of the process does.
+        const std::string journal = JournalFolder(course.Path());
+        const std::string kept = course.Path() + "/kept-journal";
+        std::filesystem::copy(journal, kept);
+        delete change;
+        std::filesystem::rename(kept, journal);
+    }
+    // The polling application appended to one log since.
+    course.Write("SessionData/L2.csv", "log after, and a vote");
+
+    const std::string message = UndoInterruptedChange(course.Path());
+    EXPECT_EQ(message,
+              "A change of the course that was cut short (tallory-cli purge) was undone: 3 files "
+              "were put back as before. 1 file was changed since by another program and is left as "
+              "it stands.");
+    EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "remotes before");
+    EXPECT_EQ(course.Read("SessionData/L1.csv"), "log before");
+    EXPECT_EQ(course.Read("SessionData/L2.csv"), "log after, and a vote");
+    EXPECT_EQ(course.Read("SessionData/L3.csv"), "untouched");
+    EXPECT_FALSE(course.Exists("SessionData/New.csv"));
+    EXPECT_FALSE(std::filesystem::exists(JournalFolder(course.Path())));
+    EXPECT_EQ(UndoInterruptedChange(course.Path()), "");
+}
+
 // ---- Temporary files of killed writes ----------------------------------------------------------
 
 void SetAge(const std::string& path, long seconds) {
@@ -237,12 +486,14 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
         {"SessionData/L0909111030.csv.tmp-Ab12Cd", 3600, false, true},
         {"SessionData/Config.csv.tmp-zzzzzz", 3600, false, true},
         {"General.csv.tmp-000000", 3600, false, true},             // an export in the course folder
+        {"Reports/Summary.html.tmp-a1B2c3", 3600, false, true},    // a page
         {"SessionData/RemoteID.csv.tmp-Ab12Cd", 0, false, false},  // a write of this run
         {"SessionData/L0909111030.csv.tmp-Ab12", 3600, false, false},
         {"SessionData/L0909111030.csv.tmp-Ab_2Cd", 3600, false, false},
         {"SessionData/notes.tmp", 3600, false, false},
         {"SessionData/Dir.csv.tmp-ABCDEF", 3600, true, false},
         {"Images/L0909111030.csv.tmp-ABCDEF", 3600, false, false},  // not a folder of ours
+        {"exam.tmp-draft1", 3600, false, false},  // no file "exam" beside it: the user's own
     };
     for (bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "read-only load" : "desktop load");
@@ -253,6 +504,10 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
             } else {
                 folder.Write(c.name, "half a file");
             }
+            // The file a temporary of ours is named after stands beside it.
+            std::string base(c.name);
+            base.erase(base.rfind(".tmp"));
+            if (base != "exam" && !folder.Exists(base)) folder.Write(base, "whole");
             SetAge(folder.File(c.name), c.age);
         }
         Course course;
@@ -359,7 +614,8 @@ TEST(Safety, ARemovalOnAFullDiskLeavesTheLogAndClaimsNoCopy) {
     disk.Fill();
 
     auto result = test::RunCli({"--course", course, "remove", "2", "--yes", "--json"});
-    EXPECT_EQ(result.status, 1) << result.out << result.err;
+    EXPECT_EQ(result.status, 3) << result.out << result.err;
+    EXPECT_NE(result.err.find("the disk is full"), std::string::npos) << result.err;
     EXPECT_NE(result.out.find("Unable to store changes to file "), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;

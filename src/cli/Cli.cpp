@@ -6,9 +6,12 @@
 #include <iostream>
 #include <sstream>
 
+#include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
 #include "common/Numbers.h"
 #include "common/RecordingHost.h"
 #include "common/Text.h"
+#include "start/ProgramStart.h"
 
 namespace tallory::cli {
 
@@ -53,6 +56,19 @@ void ConsoleHost::FileWritten(const std::string& path) {
     std::string relative = CourseRelative(path);
     if (std::find(files_.begin(), files_.end(), relative) == files_.end())
         files_.push_back(relative);
+}
+
+void ConsoleHost::FileNotWritten(const std::string& path, const std::string& reason) {
+    std::cerr << "tallory-cli: " << reason << "\n";
+    std::string relative = CourseRelative(path);
+    if (std::find(unsaved_.begin(), unsaved_.end(), relative) == unsaved_.end())
+        unsaved_.push_back(relative);
+}
+
+nlohmann::json ConsoleHost::UnsavedJson() const {
+    nlohmann::json unsaved = nlohmann::json::array();
+    for (const std::string& file : unsaved_) unsaved.push_back(JsonText(file));
+    return unsaved;
 }
 
 std::string ConsoleHost::CourseRelative(const std::string& path) const {
@@ -120,7 +136,10 @@ CLI::App& AddCommand(CLI::App& app, Context& context, const std::string& name,
     CLI::App* command = app.add_subcommand(name, description);
     command->footer(
         "Global options, before or after the command: --course DIR, --json, --yes | --no.");
-    command->callback([&context, run = std::move(run)] { context.run = run; });
+    command->callback([&context, name, run = std::move(run)] {
+        context.command = name;
+        context.run = run;
+    });
     return *command;
 }
 
@@ -159,6 +178,11 @@ void AddGlobalOptions(CLI::App& app, Context& context) {
         "--no", [&context] { context.host.answerYes = false; },
         "answer questions with No (the default)");
     yes->excludes(no);
+    app.add_option("--wait", context.waitSeconds,
+                   "a writing command waits up to SECONDS for another Tallory to finish with the "
+                   "course")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("SECONDS");
     app.set_version_flag("--version", "tallory-cli " + std::to_string(TALLORY_VERSION_MAJOR) + "." +
                                           std::to_string(TALLORY_VERSION_MINOR) + "." +
                                           std::to_string(TALLORY_VERSION_REV));
@@ -180,6 +204,44 @@ void EnterCourse(Context& context) {
     context.course.ProgramFolder = appPath;
     context.host.appPath = appPath;
     context.host.printClipboard = !context.json;
+}
+
+bool IsWritingCommand(const std::string& name) {
+    static const char* const kReadOnly[] = {"grid", "session", "log", "clickers", "history"};
+    for (const char* readOnly : kReadOnly)
+        if (name == readOnly) return false;
+    return true;
+}
+
+int RunCommand(Context& context) {
+    if (IsWritingCommand(context.command)) {
+        if (!context.lock.Take(context.course.AppPath, context.waitSeconds)) {
+            const std::string reason =
+                CourseLockedMessage(context.course.AppPath) +
+                " Try again when it has finished, or wait for it with --wait SECONDS.";
+            std::cerr << "tallory-cli: " << reason << "\n";
+            if (context.json) {
+                nlohmann::json document = {{"error", reason},
+                                           {"messages", nlohmann::json::array()},
+                                           {"unsaved", nlohmann::json::array()}};
+                std::cout << document.dump(2) << "\n";
+            }
+            return kExitLocked;
+        }
+        RemoveLeftTemporaries(context.course);
+    } else if (!context.lock.Take(context.course.AppPath)) {
+        return context.run();  // a change is under way: it is not ours to finish
+    }
+    // A change that another run left unfinished is undone before the course is read.
+    const std::string undone = UndoInterruptedChange(context.course.AppPath);
+    if (!undone.empty())
+        context.host.Message(undone, kProgramTitle, Icon::Exclamation, Buttons::Ok);
+    if (!IsWritingCommand(context.command)) context.lock.Release();
+    ChangeJournal change(context.course.AppPath, "tallory-cli " + context.command);
+    int status = context.run();
+    change.Finish();
+    if (context.host.AnyUnsaved() && (status == 0 || status == 1)) status = kExitUnsaved;
+    return status;
 }
 
 std::string JsonText(const std::string& bytes) {
@@ -297,10 +359,12 @@ std::string Padding(size_t width, size_t used) {
 
 void Print(const Context& context, nlohmann::json document, const std::string& text,
            Extras extras) {
+    // No sentence of success for work that was not saved: stderr has said what was not.
     if (!context.json) {
-        std::cout << text;
+        if (!context.host.AnyUnsaved()) std::cout << text;
         return;
     }
+    if (IsWritingCommand(context.command)) document["unsaved"] = context.host.UnsavedJson();
     if (extras.files) document["files"] = context.host.FilesJson();
     if (extras.started) document["started"] = context.host.StartedJson();
     if (extras.clipboard) document["clipboard"] = context.host.ClipboardJson();

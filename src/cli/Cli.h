@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/Course.h"
+#include "common/CourseLock.h"
 #include "common/Host.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionStore.h"
@@ -28,8 +29,13 @@ class ConsoleHost : public Host {
     void StartProgram(const std::string& program, const std::string& argument) override;
     void SetClipboardText(const std::string& text) override;
     void FileWritten(const std::string& path) override;
+    // Says why on stderr at once, and keeps the file for "unsaved".
+    void FileNotWritten(const std::string& path, const std::string& reason) override;
 
     nlohmann::json MessagesJson() const { return messages_; }
+    // Files that were meant to be written and were not, named as FilesJson names them.
+    nlohmann::json UnsavedJson() const;
+    bool AnyUnsaved() const { return !unsaved_.empty(); }
     // Files written, relative to the course folder, "/"-separated, once each, in first-write order.
     nlohmann::json FilesJson() const;
     // Programs that would have been started: "file relative to the course folder" + " " + argument.
@@ -51,6 +57,7 @@ class ConsoleHost : public Host {
 
     nlohmann::json messages_ = nlohmann::json::array();
     std::vector<std::string> files_;
+    std::vector<std::string> unsaved_;
     std::vector<std::string> started_;
     std::optional<std::string> clipboard_;
 };
@@ -60,7 +67,10 @@ struct Context {
     std::string courseDir = ".";  // --course as given
     std::string invocationDir;    // the working folder the program was started in
     bool json = false;
-    bool byName = false;  // --by-name, for the commands that declare it (AddByNameOption)
+    bool byName = false;     // --by-name, for the commands that declare it (AddByNameOption)
+    double waitSeconds = 0;  // --wait: how long a writing command waits for the course's lock
+    std::string command;     // the chosen command's name
+    CourseLock lock;         // held by a writing command for its run
     Course course;
     ConsoleHost host;
     // Set by the chosen command's subcommand once the whole command line has been parsed.
@@ -107,6 +117,19 @@ void AddGlobalOptions(CLI::App& app, Context& context);
 
 // Makes the course folder absolute (AppPath, no trailing separator) and moves into it.
 void EnterCourse(Context& context);
+
+// True for the commands that may write into the course; the others take no lock and never wait.
+bool IsWritingCommand(const std::string& name);
+
+// Exit statuses beyond 0 (done), 1 (not done) and 2 (usage).
+constexpr int kExitUnsaved = 3;  // ran to its end, but a file was not written
+constexpr int kExitLocked = 4;   // another Tallory is changing the course: nothing done
+
+// Runs the chosen command in the entered course: a writing command first takes the course's
+// lock (or ends with kExitLocked) and clears what killed runs left; every command undoes a
+// change another run left unfinished when no one holds the lock; the command's writes are one
+// journaled change; a run that left a file unwritten ends with kExitUnsaved.
+int RunCommand(Context& context);
 
 // ---- Work ---------------------------------------------------------------------------------------
 // Reads the course as the main window's start sequence does, without writing anything, in the

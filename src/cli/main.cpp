@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     try {
         if (!context.run) return UsageFailure("no command given");
         EnterCourse(context);
-        return context.run();
+        return RunCommand(context);
     } catch (const UsageError& error) {
         return UsageFailure(error.message);
     } catch (const tallory::RunTimeError& error) {

@@ -2,14 +2,19 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <vector>
 
+#include "common/ChangeJournal.h"
 #include "common/Paths.h"
+#include "common/ReadGuard.h"
 
 namespace tallory {
 
@@ -68,6 +73,58 @@ void TakeOwnerAndMode(int fd, const std::string& path) {
     ::fchmod(fd, 0666 & ~mask);
 }
 
+// ACL entries and extended attributes of the file replaced go to the new one (an ACL is one of
+// them on this system). What the process may not set (another's security label) stays behind.
+void TakeAttributes(int fd, const std::string& path) {
+    ssize_t length = ::listxattr(path.c_str(), nullptr, 0);
+    if (length <= 0) return;
+    std::vector<char> names(static_cast<size_t>(length));
+    length = ::listxattr(path.c_str(), names.data(), names.size());
+    if (length <= 0) return;
+    for (size_t at = 0; at < static_cast<size_t>(length);) {
+        const char* name = names.data() + at;
+        at += std::strlen(name) + 1;
+        ssize_t size = ::getxattr(path.c_str(), name, nullptr, 0);
+        if (size < 0) continue;
+        std::vector<char> value(static_cast<size_t>(size) + 1);
+        size = ::getxattr(path.c_str(), name, value.data(), value.size());
+        if (size < 0) continue;
+        ::fsetxattr(fd, name, value.data(), static_cast<size_t>(size), 0);
+    }
+}
+
+// ---- The failure seam ------------------------------------------------------------------------
+
+std::mutex& FaultLock() {
+    static std::mutex lock;
+    return lock;
+}
+
+std::optional<WriteFault>& CurrentFault() {
+    static std::optional<WriteFault> fault = [] {
+        const char* text = std::getenv("TALLORY_WRITE_FAULT");
+        return text ? ParseWriteFault(text) : std::nullopt;
+    }();
+    return fault;
+}
+
+// True (with errno set) when a test wants this step of writing `path` to fail.
+bool Injected(WriteStep step, const std::string& path) {
+    std::lock_guard<std::mutex> hold(FaultLock());
+    const std::optional<WriteFault>& fault = CurrentFault();
+    if (!fault || fault->step != step || path.find(fault->pathPart) == std::string::npos)
+        return false;
+    errno = fault->error;
+    return true;
+}
+
+struct NamedError {
+    const char* name;
+    int error;
+};
+constexpr NamedError kNamedErrors[] = {{"ENOSPC", ENOSPC}, {"EROFS", EROFS}, {"EACCES", EACCES},
+                                       {"EISDIR", EISDIR}, {"EIO", EIO},     {"EDQUOT", EDQUOT}};
+
 // Makes a rename in the folder durable; a file system that cannot sync folders is left be.
 void SyncFolder(const std::string& folder) {
     int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -82,7 +139,8 @@ bool IsTemporaryLetter(char c) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(std::string path, Host* host) : path_(std::move(path)), host_(host) {}
+AtomicFile::AtomicFile(std::string path, Host* host)
+    : path_(std::move(path)), host_(host), hash_(ContentHash({})) {}
 
 AtomicFile::~AtomicFile() {
     if (fd_ >= 0) ::close(fd_);
@@ -90,8 +148,15 @@ AtomicFile::~AtomicFile() {
 }
 
 void AtomicFile::Fail(const std::string& what) {
-    if (!failed_) error_ = what + ": " + std::strerror(errno);
+    if (failed_) return;
+    Refuse(what + ": " + CauseText(errno));
+}
+
+void AtomicFile::Refuse(const std::string& sentence) {
+    if (failed_) return;
+    error_ = sentence;
     failed_ = true;
+    if (host_) host_->FileNotWritten(path_, error_);
 }
 
 bool AtomicFile::Open() {
@@ -104,20 +169,23 @@ bool AtomicFile::Open() {
     std::string pattern = target_ + std::string(kTemporaryMark) + "XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
-    fd_ = ::mkstemp(name.data());
+    fd_ = Injected(WriteStep::Open, target_) ? -1 : ::mkstemp(name.data());
     if (fd_ < 0) {
         Fail("cannot create a file beside " + path_);
         return false;
     }
     temporary_ = name.data();
     TakeOwnerAndMode(fd_, target_);
+    TakeAttributes(fd_, target_);
     return true;
 }
 
 bool AtomicFile::Flush() {
     size_t done = 0;
     while (done < buffer_.size()) {
-        ssize_t wrote = ::write(fd_, buffer_.data() + done, buffer_.size() - done);
+        ssize_t wrote = Injected(WriteStep::Write, target_)
+                            ? -1
+                            : ::write(fd_, buffer_.data() + done, buffer_.size() - done);
         if (wrote < 0 && errno == EINTR) continue;
         if (wrote <= 0) {
             Fail("cannot write " + path_);
@@ -133,13 +201,15 @@ bool AtomicFile::Flush() {
 void AtomicFile::Write(std::string_view text) {
     if (failed_ || fd_ < 0) return;
     buffer_.append(text);
+    hash_ = ContentHash(text, hash_);
+    size_ += static_cast<int64_t>(text.size());
     if (buffer_.size() >= (1 << 16)) Flush();
 }
 
 bool AtomicFile::Commit() {
     if (fd_ < 0 || failed_) return false;
     if (!Flush()) return false;
-    if (::fsync(fd_) != 0) {
+    if (Injected(WriteStep::Sync, target_) || ::fsync(fd_) != 0) {
         Fail("cannot write " + path_);
         return false;
     }
@@ -149,11 +219,40 @@ bool AtomicFile::Commit() {
         return false;
     }
     fd_ = -1;
-    if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+    if (Injected(WriteStep::Rename, target_)) {
+        Fail("cannot replace " + path_);
+        return false;
+    }
+    if (!ChangeJournal::BeforeReplace(target_, hash_)) {
+        Fail("cannot keep " + path_ + " as it was for the change journal");
+        return false;
+    }
+    const std::optional<ReadSnapshot> read = RememberedRead(target_);
+    if (read) {
+        switch (ReplaceGuarded(temporary_, target_, *read)) {
+            case GuardOutcome::Replaced:
+                break;
+            case GuardOutcome::Changed:
+                Refuse(path_ +
+                       " was changed by another program after Tallory read it; nothing was "
+                       "changed. Try again when polling has ended.");
+                return false;
+            case GuardOutcome::BeingWritten:
+                Refuse(path_ +
+                       " is being written by another program; nothing was changed. Try again "
+                       "when polling has ended.");
+                return false;
+            case GuardOutcome::Failed:
+                Fail("cannot replace " + path_);
+                return false;
+        }
+    } else if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
         Fail("cannot replace " + path_);
         return false;
     }
     committed_ = true;
+    // A guarded file stays guarded: the next replacement checks against what was written now.
+    if (read) RememberWritten(target_, size_, hash_);
     SyncFolder(FolderOf(target_));
     if (host_) host_->FileWritten(path_);
     return true;
@@ -170,6 +269,57 @@ bool ReplaceFile(const std::string& path, std::string_view content, std::string*
     return false;
 }
 
+void SetWriteFault(std::optional<WriteFault> fault) {
+    std::lock_guard<std::mutex> hold(FaultLock());
+    CurrentFault() = std::move(fault);
+}
+
+std::optional<WriteFault> ParseWriteFault(std::string_view text) {
+    size_t first = text.find(':');
+    size_t second = first == std::string_view::npos ? first : text.find(':', first + 1);
+    if (second == std::string_view::npos) return std::nullopt;
+    const std::string_view step = text.substr(0, first);
+    const std::string_view error = text.substr(first + 1, second - first - 1);
+    WriteFault fault;
+    fault.pathPart = std::string(text.substr(second + 1));
+    if (step == "open")
+        fault.step = WriteStep::Open;
+    else if (step == "write")
+        fault.step = WriteStep::Write;
+    else if (step == "sync")
+        fault.step = WriteStep::Sync;
+    else if (step == "rename")
+        fault.step = WriteStep::Rename;
+    else
+        return std::nullopt;
+    for (const NamedError& named : kNamedErrors)
+        if (error == named.name) fault.error = named.error;
+    if (fault.error == 0) return std::nullopt;
+    return fault;
+}
+
+std::string CauseText(int error) {
+    switch (error) {
+        case ENOSPC:
+            return "the disk is full";
+        case EDQUOT:
+            return "the disk quota is used up";
+        case EROFS:
+            return "the disk is read-only";
+        case EACCES:
+        case EPERM:
+            return "permission denied";
+        case EISDIR:
+            return "a folder is in the way";
+        case ENOTDIR:
+            return "a file stands where a folder should";
+        case ENOENT:
+            return "the folder does not exist";
+        default:
+            return std::strerror(error);
+    }
+}
+
 bool IsTemporaryName(std::string_view name) {
     if (name.size() <= kTemporaryMark.size() + kTemporaryLetters) return false;
     std::string_view letters = name.substr(name.size() - kTemporaryLetters);
@@ -181,11 +331,17 @@ bool IsTemporaryName(std::string_view name) {
     return true;
 }
 
-int RemoveStaleTemporaries(const std::string& folder, std::time_t before) {
+int RemoveStaleTemporaries(const std::string& folder, std::time_t before, bool onlyOurs) {
     int removed = 0;
+    if (folder.empty()) return 0;
     for (const std::string& name : ListFiles(folder)) {
         if (!IsTemporaryName(name)) continue;
         const std::string path = JoinPath(folder, name);
+        // Ours are named after a course file standing beside them; "exam.tmp-draft1" is not.
+        const std::string base =
+            name.substr(0, name.size() - kTemporaryMark.size() - kTemporaryLetters);
+        struct stat beside;
+        if (!onlyOurs && ::stat(JoinPath(folder, base).c_str(), &beside) != 0) continue;
         // A write of another running copy of the program changed its file after this run began.
         struct stat info;
         if (::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) continue;

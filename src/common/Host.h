@@ -100,6 +100,13 @@ class Host {
 
     // A course file was written or replaced (full path); AtomicFile reports every commit here.
     virtual void FileWritten(const std::string& path) { (void)path; }
+
+    // A course file could not be written or replaced (full path); the old file, if any, stands.
+    // `reason` names the file and the cause.
+    virtual void FileNotWritten(const std::string& path, const std::string& reason) {
+        (void)path;
+        (void)reason;
+    }
 };
 
 }  // namespace tallory

@@ -6,6 +6,7 @@
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "registration/RemoteTable.h"
+#include "start/ProgramStart.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -52,10 +53,7 @@ void StampVersion(Course& course) {
 LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
                         const CourseLoadOptions& options) {
     LoadedCourse loaded;
-    if (options.removeStaleTemporaries) {
-        RemoveStaleTemporaries(course.AppPath, ProcessStartTime());
-        RemoveStaleTemporaries(CoursePath(course.AppPath, "\\SessionData"), ProcessStartTime());
-    }
+    if (options.removeStaleTemporaries) RemoveLeftTemporaries(course);
     ReadConfig(course, host);
     if (options.moveStrayImages) MoveStrayImages(course);
     if (options.stampVersion) StampVersion(course);

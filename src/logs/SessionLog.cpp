@@ -1,6 +1,7 @@
 #include "logs/SessionLog.h"
 
 #include "common/Numbers.h"
+#include "common/ReadGuard.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
 #include "logs/QuestionName.h"
@@ -289,6 +290,8 @@ void ReadSessionLog(Course& course, const std::string& fileName) {
     if (fileName.empty()) return;
     LineReader reader(fileName);
     if (!reader.IsOpen()) throw RunTimeError(kFileNotFound, "File " + fileName);
+    // The polling application may append to the log: a later replacement checks it is unchanged.
+    RememberRead(fileName, reader.Text());
     ReadSessionLog(course, reader);
 }
 

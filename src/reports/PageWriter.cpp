@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "common/AtomicFile.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
@@ -91,7 +93,14 @@ FilePageOutput::~FilePageOutput() = default;
 bool FilePageOutput::Begin(const std::string& path) {
     // A page is replaced whole, but what could not be opened for writing in place still fails:
     // a folder of the page's name, or a page the instructor made read-only.
-    if (FolderExists(path) || (FileExists(path) && ::access(path.c_str(), W_OK) != 0)) return false;
+    if (FolderExists(path)) {
+        host_.FileNotWritten(path, "cannot write " + path + ": " + CauseText(EISDIR));
+        return false;
+    }
+    if (FileExists(path) && ::access(path.c_str(), W_OK) != 0) {
+        host_.FileNotWritten(path, "cannot replace the read-only file " + path);
+        return false;
+    }
     file_ = std::make_unique<AtomicFile>(path, &host_);
     if (file_->Open()) return true;
     file_.reset();

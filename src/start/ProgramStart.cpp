@@ -16,9 +16,11 @@
 #include <filesystem>
 #include <system_error>
 
+#include "common/AtomicFile.h"
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
+#include "scoring/EditSessionScreen.h"
 #include "start/Fields.h"
 #include "start/Settings.h"
 
@@ -276,6 +278,16 @@ bool InstanceLock::Acquire(const std::string& courseFolder) {
     if (socket_ >= 0) ::close(socket_);
     socket_ = fd;
     return true;
+}
+
+}  // namespace tallory
+
+namespace tallory {
+
+void RemoveLeftTemporaries(const Course& course) {
+    for (const char* folder : {"", "\\SessionData", "\\Reports"})
+        RemoveStaleTemporaries(CoursePath(course.AppPath, folder), ProcessStartTime());
+    RemoveStaleTemporaries(RemovedLogsFolder(course), ProcessStartTime(), true);
 }
 
 }  // namespace tallory

@@ -58,6 +58,10 @@ void MakeUserClasses(const std::string& userFolder, const Installation& installa
 
 // Gives Roster.txt.txt and class.txt.txt the names they were meant to have. The first failure is
 // reported and ends the repair; the start goes on in every case.
+// Removes the temporary files that killed writes left in every folder the program writes for the
+// course: the course folder, SessionData, Reports and the kept copies of removed logs.
+void RemoveLeftTemporaries(const Course& course);
+
 void FixRosterFileNames(const Course& course, Host& host);
 
 // The two layouts of the main window.

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "common/ChangeJournal.h"
+#include "common/CourseLock.h"
 #include "common/Paths.h"
 #include "start/ProgramStart.h"
 #include "ui/CourseListDialog.h"
@@ -71,6 +73,7 @@ int main(int argc, char** argv) {
     course->AppPath = programFolder;
     QtHost host;
     std::unique_ptr<InstanceLock> lock;
+    CourseLock editLock;  // one editor per course, for as long as the window is open
     std::unique_ptr<MainWindow> window;
     bool opened = false;
 
@@ -97,6 +100,15 @@ int main(int argc, char** argv) {
                 return;
             }
         }
+        // A tallory-cli command is over in moments: it is waited for a little.
+        if (!editLock.Take(course->AppPath, 5)) {
+            host.Message(CourseLockedMessage(course->AppPath) +
+                             " Open the course again when it has finished.",
+                         kProgramTitle, Icon::Exclamation);
+            return;
+        }
+        const std::string undone = UndoInterruptedChange(course->AppPath);
+        if (!undone.empty()) host.Message(undone, kProgramTitle, Icon::Exclamation);
         window = std::make_unique<MainWindow>(*course, host, largeFonts);
         window->ShowOnScreen();
         window->Load();

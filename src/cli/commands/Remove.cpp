@@ -28,7 +28,8 @@ int RunRemove(Context& context, const std::string& word) {
     Print(context, document,
           "Removed " + file + "; its copy is x" + file + ", its original text is kept in " +
               screen.KeptLog() + ", " + std::to_string(context.course.NumSessions) +
-              " sessions remain\n");
+              " sessions remain\n",
+          Extras{.files = true});
     return 0;
 }
 

@@ -24,9 +24,9 @@ int RunRename(Context& context, const RenameOptions& options) {
     if (!screen.Saved()) return Failed(context, document, "the title was refused");
     if (!screen.WriteSucceeded()) return Failed(context, document, "the log was not written");
     screen.AfterClose();
-    Print(
-        context, document,
-        "Renamed " + screen.lblFileName().text + " to \"" + screen.txtSessionName().text + "\"\n");
+    Print(context, document,
+          "Renamed " + screen.lblFileName().text + " to \"" + screen.txtSessionName().text + "\"\n",
+          Extras{.files = true});
     return 0;
 }
 

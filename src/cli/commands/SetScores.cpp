@@ -180,7 +180,8 @@ int RunSetScores(Context& context, const SetScoresOptions& options) {
     document["written"] = screen.WriteSucceeded();
     Print(context, document,
           (screen.WriteSucceeded() ? "Saved " : "Not saved: ") + file + "\n\n" +
-              SessionText(course, number, file));
+              SessionText(course, number, file),
+          Extras{.files = true});
     return screen.WriteSucceeded() ? 0 : 1;
 }
 

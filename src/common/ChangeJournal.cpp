@@ -1,0 +1,195 @@
+#include "common/ChangeJournal.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <vector>
+
+#include "common/AtomicFile.h"
+#include "common/Paths.h"
+#include "common/ReadGuard.h"
+
+namespace tallory {
+
+namespace {
+
+ChangeJournal* active = nullptr;
+
+constexpr const char* kJournalName = ".tallory-change";
+constexpr const char* kPathSuffix = ".path";
+constexpr const char* kActionFile = "action";
+constexpr const char* kDoneSuffix = "-done";
+// The second line of an entry's record: whether the file stood before the change.
+constexpr const char* kStood = "stood";
+constexpr const char* kNew = "new";
+
+bool ReadWhole(const std::string& path, std::string& text) {
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    text.clear();
+    char buffer[1 << 16];
+    for (;;) {
+        ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) {
+            ::close(fd);
+            return got == 0;
+        }
+        text.append(buffer, static_cast<size_t>(got));
+    }
+}
+
+// A journal file is written and synced before the file it keeps is touched.
+bool WriteDurably(const std::string& path, const std::string& text) {
+    int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (fd < 0) return false;
+    size_t done = 0;
+    while (done < text.size()) {
+        ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
+        if (wrote < 0 && errno == EINTR) continue;
+        if (wrote <= 0) break;
+        done += static_cast<size_t>(wrote);
+    }
+    const bool ok = done == text.size() && ::fsync(fd) == 0;
+    return ::close(fd) == 0 && ok;
+}
+
+void SyncFolder(const std::string& folder) {
+    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+void ClearFolder(const std::string& folder) {
+    for (const std::string& name : ListFiles(folder)) ::unlink(JoinPath(folder, name).c_str());
+    ::rmdir(folder.c_str());
+}
+
+// A journal goes in two steps: renamed out of the way at once (a journal is never seen half
+// removed), then emptied. What a kill leaves of the second step is cleared at the next opening.
+void RemoveJournal(const std::string& journal) {
+    const std::string done = journal + kDoneSuffix;
+    if (FolderExists(done)) ClearFolder(done);
+    if (::rename(journal.c_str(), done.c_str()) != 0) return;
+    SyncFolder(journal.substr(0, journal.rfind('/')));
+    ClearFolder(done);
+}
+
+std::string RealPath(const std::string& path) {
+    char* real = ::realpath(path.c_str(), nullptr);
+    if (!real) return {};
+    std::string text(real);
+    std::free(real);
+    return text;
+}
+
+}  // namespace
+
+std::string JournalFolder(const std::string& courseFolder) {
+    return JoinPath(courseFolder, kJournalName);
+}
+
+ChangeJournal::ChangeJournal(std::string courseFolder, std::string action)
+    : folder_(RealPath(courseFolder)), action_(std::move(action)) {
+    if (!folder_.empty()) active = this;
+}
+
+ChangeJournal::~ChangeJournal() {
+    Finish();
+}
+
+void ChangeJournal::Finish() {
+    if (finished_) return;
+    finished_ = true;
+    if (active == this) active = nullptr;
+    if (!journal_.empty()) RemoveJournal(journal_);
+}
+
+bool ChangeJournal::BeforeReplace(const std::string& target, uint64_t newHash) {
+    return active == nullptr || active->Keep(target, newHash);
+}
+
+bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
+    // Only the course's own files; a file outside it is no part of the course's state.
+    const std::string real = RealPath(target);
+    const std::string path = real.empty() ? target : real;
+    if (!path.starts_with(folder_ + "/")) return true;
+    if (kept_.count(path)) return true;  // the state before the change is kept already
+    if (journal_.empty()) {
+        const std::string journal = JournalFolder(folder_);
+        if (::mkdir(journal.c_str(), 0700) != 0 && errno != EEXIST) return false;
+        if (!WriteDurably(JoinPath(journal, kActionFile), action_)) return false;
+        SyncFolder(folder_);
+        journal_ = journal;
+    }
+    const std::string entry = JoinPath(journal_, std::to_string(kept_.size() + 1));
+    std::string text;
+    // A file that does not stand yet is written down as new: undoing removes it.
+    const bool stood = ReadWhole(path, text);
+    if (stood && !WriteDurably(entry, text)) return false;
+    const std::string record =
+        std::to_string(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
+    if (!WriteDurably(entry + kPathSuffix, record)) return false;
+    SyncFolder(journal_);
+    kept_.insert(path);
+    return true;
+}
+
+std::string UndoInterruptedChange(const std::string& courseFolder) {
+    const std::string journal = JournalFolder(courseFolder);
+    if (FolderExists(journal + kDoneSuffix)) ClearFolder(journal + kDoneSuffix);
+    if (!FolderExists(journal)) return {};
+    std::string action;
+    ReadWhole(JoinPath(journal, kActionFile), action);
+    int restored = 0, left = 0;
+    std::vector<std::string> names = ListFiles(journal);
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) {
+        if (!name.ends_with(kPathSuffix)) continue;
+        const std::string entry = JoinPath(journal, name.substr(0, name.size() - 5));
+        std::string record, text, current;
+        if (!ReadWhole(JoinPath(journal, name), record)) continue;
+        const size_t first = record.find('\n');
+        const size_t second = first == std::string::npos ? first : record.find('\n', first + 1);
+        if (second == std::string::npos) continue;  // written only in part: nothing was replaced
+        const std::string flag = record.substr(first + 1, second - first - 1);
+        const std::string target = record.substr(second + 1);
+        const bool before = flag == kStood;
+        if (before && !ReadWhole(entry, text)) continue;
+        const bool stands = ReadWhole(target, current);
+        if (before == stands && (!stands || current == text)) continue;  // never replaced
+        if (!stands || std::to_string(ContentHash(current)) != record.substr(0, first)) {
+            ++left;  // what the change wrote was changed again since, by someone else
+            continue;
+        }
+        if (before) {
+            if (!ReplaceFile(target, text)) {
+                return "A change of the course that was cut short (" + action +
+                       ") could not be undone: " + target +
+                       " cannot be written. The undoing is done again at the next opening of "
+                       "the course.";
+            }
+        } else {
+            ::unlink(target.c_str());
+        }
+        ++restored;
+    }
+    RemoveJournal(journal);
+    std::string message = "A change of the course that was cut short (" + action +
+                          ") was undone: " + std::to_string(restored) +
+                          (restored == 1 ? " file was" : " files were") + " put back as before.";
+    if (left > 0)
+        message += " " + std::to_string(left) +
+                   (left == 1 ? " file was changed since by another program and is left as it "
+                                "stands."
+                              : " files were changed since by another program and are left as "
+                                "they stand.");
+    return message;
+}
+
+}  // namespace tallory

@@ -1,0 +1,401 @@
+// A course is shared: with the polling application appending votes to the newest log, with a
+// second Tallory, and with a disk that may be full. These tests run the real program beside real
+// processes and check that no vote and no edit is lost, and that a file not written is said.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <thread>
+
+#include "LogBuilder.h"
+#include "TestSupport.h"
+#include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
+#include "common/CourseLock.h"
+
+namespace tallory {
+namespace {
+
+using nlohmann::json;
+using test::CliResult;
+using test::TempCourse;
+
+// tallory-cli started in the background, with extra environment variables; Wait collects it.
+class CliProcess {
+  public:
+    CliProcess(const std::vector<std::string>& arguments,
+               const std::vector<std::pair<std::string, std::string>>& environment = {}) {
+        char outName[] = "/tmp/tallory-shared-out-XXXXXX";
+        char errName[] = "/tmp/tallory-shared-err-XXXXXX";
+        const int outFd = ::mkstemp(outName);
+        const int errFd = ::mkstemp(errName);
+        outName_ = outName;
+        errName_ = errName;
+        child_ = ::fork();
+        if (child_ == 0) {
+            ::dup2(outFd, 1);
+            ::dup2(errFd, 2);
+            for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
+            std::string program = TALLORY_CLI;
+            std::vector<std::string> copies(arguments);
+            std::vector<char*> argv{program.data()};
+            for (auto& argument : copies) argv.push_back(argument.data());
+            argv.push_back(nullptr);
+            ::execv(program.c_str(), argv.data());
+            ::_exit(127);
+        }
+        ::close(outFd);
+        ::close(errFd);
+    }
+    void Kill() const { ::kill(child_, SIGKILL); }
+    CliResult Wait() {
+        int status = 0;
+        ::waitpid(child_, &status, 0);
+        CliResult result;
+        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        result.out = test::ReadBytes(outName_);
+        result.err = test::ReadBytes(errName_);
+        ::unlink(outName_.c_str());
+        ::unlink(errName_.c_str());
+        return result;
+    }
+
+  private:
+    pid_t child_ = -1;
+    std::string outName_, errName_;
+};
+
+CliResult RunCliWith(const std::vector<std::pair<std::string, std::string>>& environment,
+                     const std::vector<std::string>& arguments) {
+    return CliProcess(arguments, environment).Wait();
+}
+
+// A small course: three registered students, two stray clickers, three logs of two questions.
+struct SharedCourse : TempCourse {
+    SharedCourse() {
+        WriteRoster("Ada,Lovelace,S1\r\nAlan,Turing,S2\r\nGrace,Hopper,S3\r\n");
+        WriteRemotes("#1A0001,\"S1\"\r\n#1A0002,\"S2\"\r\n#1A0003,\"S3\"\r\n");
+        for (int day = 1; day <= 3; ++day) {
+            test::LogPlan plan = test::QuestionsPlan(2);
+            plan.voters = {{"#1A0001", "", {"A", "B"}},
+                           {"#1A0002", "", {"B", "A"}},
+                           {"#1A0003", "", {"A", "A"}},
+                           {"#2B0001", "", {"C", "C"}},
+                           {"#2B0002", "", {"D", "D"}}};
+            WriteLog(test::SeptemberLog(day), plan);
+        }
+    }
+    std::string NewestLog() const { return File("SessionData/" + test::SeptemberLog(3)); }
+};
+
+// ---- Honest exit statuses ----------------------------------------------------------------------
+
+TEST(SharedCourse, AFileNotWrittenEndsWithStatusThreeAndIsListed) {
+    const std::string newest = "SessionData/" + test::SeptemberLog(3);
+    struct Case {
+        const char* name;
+        std::vector<std::string> command;
+        std::string fault;  // TALLORY_WRITE_FAULT
+        int status;
+        std::vector<std::string> unsaved;
+        const char* cause;
+    } cases[] = {
+        {"rewrite, full disk",
+         {"rewrite", "3"},
+         "write:ENOSPC:SessionData/L",
+         3,
+         {newest},
+         "the disk is full"},
+        {"rewrite, read-only disk",
+         {"rewrite", "3"},
+         "open:EROFS:SessionData/L",
+         3,
+         {newest},
+         "the disk is read-only"},
+        {"rename, a folder in the way",
+         {"rename", "3", "Optics"},
+         "rename:EISDIR:L",
+         3,
+         {newest},
+         "a folder is in the way"},
+        {"purge, full disk on every log",
+         {"purge", "2B0001", "--yes"},
+         "sync:ENOSPC:SessionData/L",
+         3,
+         {"SessionData/" + test::SeptemberLog(1), "SessionData/" + test::SeptemberLog(2), newest},
+         "the disk is full"},
+        {"delete logs, full disk",
+         {"student", "#2B0001", "--delete-logs", "--yes"},
+         "write:ENOSPC:SessionData/L",
+         3,
+         {"SessionData/" + test::SeptemberLog(1), "SessionData/" + test::SeptemberLog(2), newest},
+         "the disk is full"},
+        {"rewrite, nothing in the way", {"rewrite", "3"}, "", 0, {}, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        SharedCourse course;
+        std::map<std::string, std::string> before;
+        for (int day = 1; day <= 3; ++day)
+            before[test::SeptemberLog(day)] = course.Log(test::SeptemberLog(day));
+        std::vector<std::string> arguments = {"--course", course.Path(), "--json"};
+        arguments.insert(arguments.end(), c.command.begin(), c.command.end());
+        std::vector<std::pair<std::string, std::string>> environment;
+        if (!c.fault.empty()) environment.push_back({"TALLORY_WRITE_FAULT", c.fault});
+        CliResult result = RunCliWith(environment, arguments);
+        EXPECT_EQ(result.status, c.status) << result.err;
+        json document = json::parse(result.out);
+        EXPECT_EQ(document["unsaved"], json(c.unsaved)) << result.out;
+        if (c.status == 0) continue;
+        for (const std::string& file : c.unsaved) {
+            EXPECT_NE(result.err.find(course.File(file)), std::string::npos) << result.err;
+            EXPECT_EQ(document["files"].is_array() &&
+                          std::find(document["files"].begin(), document["files"].end(),
+                                    json(file)) != document["files"].end(),
+                      false);
+        }
+        EXPECT_NE(result.err.find(c.cause), std::string::npos) << result.err;
+        // Nothing torn: every log as it was, no temporary file left.
+        for (const auto& [name, text] : before) EXPECT_EQ(course.Log(name), text) << name;
+        for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
+            EXPECT_FALSE(IsTemporaryName(entry.path().filename().string())) << entry.path();
+
+        // Text mode prints no sentence of success for it.
+        std::vector<std::string> plain = {"--course", course.Path()};
+        plain.insert(plain.end(), c.command.begin(), c.command.end());
+        CliResult text = RunCliWith(environment, plain);
+        EXPECT_EQ(text.status, c.status);
+        EXPECT_EQ(text.out, "");
+    }
+}
+
+// ---- One editor per course ---------------------------------------------------------------------
+
+TEST(SharedCourse, ASecondEditorIsToldWhoHoldsTheCourse) {
+    SharedCourse course;
+    const std::string before = course.Log(test::SeptemberLog(3));
+    CourseLock held;
+    ASSERT_TRUE(held.Take(course.Path()));
+
+    CliResult locked = test::RunCliOn(course.Path(), {"rename", "3", "Optics", "--json"});
+    EXPECT_EQ(locked.status, 4) << locked.err;
+    EXPECT_NE(locked.err.find("process " + std::to_string(::getpid())), std::string::npos)
+        << locked.err;
+    EXPECT_EQ(json::parse(locked.out)["unsaved"], json::array());
+    EXPECT_EQ(course.Log(test::SeptemberLog(3)), before);
+
+    // Reading needs no lock.
+    EXPECT_EQ(test::RunCliOn(course.Path(), {"grid", "--json"}).status, 0);
+
+    // --wait waits for the holder to finish.
+    std::thread release([&held] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        held.Release();
+    });
+    CliResult waited = test::RunCliOn(course.Path(), {"--wait", "10", "rename", "3", "Optics"});
+    release.join();
+    EXPECT_EQ(waited.status, 0) << waited.err;
+    EXPECT_NE(course.Log(test::SeptemberLog(3)), before);
+}
+
+// Two set-scores of one log at once: each edit is kept, or the later one is refused with 4.
+TEST(SharedCourse, ConcurrentSetScoresLoseNoEdit) {
+    int kept = 0, refused = 0;
+    for (int trial = 0; trial < 20; ++trial) {
+        SCOPED_TRACE(trial);
+        SharedCourse course;
+        const bool wait = trial % 2 == 0;  // half the trials wait, half are refused
+        std::vector<std::string> first = {"--course", course.Path()};
+        if (wait) first.insert(first.end(), {"--wait", "30"});
+        std::vector<std::string> second = first;
+        first.insert(first.end(), {"set-scores", "3", "--question", "1", "--correct", "B"});
+        second.insert(second.end(), {"set-scores", "3", "--question", "2", "--correct", "C"});
+        CliProcess a(first), b(second);
+        CliResult ra = a.Wait(), rb = b.Wait();
+        json session = json::parse(test::RunCliOn(course.Path(), {"session", "3", "--json"}).out);
+        for (auto [result, question, letter] : {std::tuple{&ra, 0, 2}, std::tuple{&rb, 1, 3}}) {
+            if (result->status == 0) {
+                EXPECT_EQ(session["questions"][question]["correct"], letter);
+                ++kept;
+            } else {
+                EXPECT_EQ(result->status, 4) << result->err;
+                EXPECT_FALSE(wait);
+                ++refused;
+            }
+        }
+    }
+    std::printf("concurrent set-scores: %d edits kept, %d refused with status 4, 0 lost\n", kept,
+                refused);
+}
+
+// ---- Changes cut short -------------------------------------------------------------------------
+
+// Every file of the course but temporary ones, by path, with its bytes.
+std::map<std::string, std::string> CourseFiles(const TempCourse& course) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(course.Path()))
+        if (entry.is_regular_file() && !IsTemporaryName(entry.path().filename().string()))
+            files[std::filesystem::relative(entry.path(), course.Path())] =
+                test::ReadBytes(entry.path());
+    return files;
+}
+
+// The grid as JSON without the course's name, which is its folder's.
+json GridOf(const TempCourse& course) {
+    CliResult result = test::RunCliOn(course.Path(), {"grid", "--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    json grid = json::parse(result.out);
+    grid.erase("course");
+    grid.erase("messages");
+    return grid;
+}
+
+// A purge and a clicker removal killed at any moment: the next opening finds every file as it
+// was before, or every file as the whole change left it, and the grid of one of the two.
+TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
+    struct Command {
+        const char* name;
+        std::vector<std::string> words;
+    } commands[] = {
+        {"purge", {"purge", "2B0001", "--yes"}},
+        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}},
+    };
+    for (const Command& command : commands) {
+        SharedCourse reference;
+        const auto before = CourseFiles(reference);
+        const json gridBefore = GridOf(reference);
+        ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
+        const auto after = CourseFiles(reference);
+        ASSERT_NE(before, after);
+        const json gridAfter = GridOf(reference);
+        int old = 0, whole = 0, undone = 0;
+        for (int trial = 0; trial < 20; ++trial) {
+            SCOPED_TRACE(std::string(command.name) + ", trial " + std::to_string(trial));
+            SharedCourse course;
+            std::vector<std::string> arguments = {"--course", course.Path()};
+            arguments.insert(arguments.end(), command.words.begin(), command.words.end());
+            CliProcess run(arguments);
+            std::this_thread::sleep_for(std::chrono::milliseconds(15 * trial));
+            run.Kill();
+            run.Wait();
+            const bool left = std::filesystem::exists(JournalFolder(course.Path()));
+            const json grid = GridOf(course);
+            if (left) ++undone;
+            const auto files = CourseFiles(course);
+            if (files == before) {
+                EXPECT_EQ(grid, gridBefore);
+                ++old;
+            } else {
+                EXPECT_EQ(files, after);
+                EXPECT_EQ(grid, gridAfter);
+                ++whole;
+            }
+        }
+        std::printf("%s killed at 0-285 ms: 20 trials, %d found as before (%d undone), %d whole\n",
+                    command.name, old, undone, whole);
+    }
+}
+
+// ---- The polling application beside us ---------------------------------------------------------
+
+// Appends a voter line per `period` to the log, under remotes #9C00000, #9C00001, ... either
+// opening the file for each line or holding it open, until stopped; returns how many it wrote.
+class Appender {
+  public:
+    Appender(const std::string& log, bool holdOpen) {
+        int pipeFds[2];
+        EXPECT_EQ(::pipe(pipeFds), 0);
+        child_ = ::fork();
+        if (child_ == 0) {
+            ::close(pipeFds[0]);
+            ::signal(SIGTERM, [](int) { stop = 1; });
+            int fd = holdOpen ? ::open(log.c_str(), O_WRONLY | O_APPEND) : -1;
+            int count = 0;
+            while (!stop) {
+                char line[64];
+                const int length = std::snprintf(
+                    line, sizeof line, "#9C%05d, ,1,A ,1,5,1,A ,5,A ,1,5,1,A ,5,\r\n", count);
+                if (!holdOpen) fd = ::open(log.c_str(), O_WRONLY | O_APPEND);
+                if (fd >= 0 && ::write(fd, line, static_cast<size_t>(length)) == length) ++count;
+                if (!holdOpen && fd >= 0) ::close(fd);
+                ::usleep(2000);
+            }
+            if (fd >= 0) ::close(fd);
+            (void)!::write(pipeFds[1], &count, sizeof count);
+            ::_exit(0);
+        }
+        ::close(pipeFds[1]);
+        result_ = pipeFds[0];
+    }
+    int Stop() {
+        ::kill(child_, SIGTERM);
+        int count = 0;
+        if (::read(result_, &count, sizeof count) != sizeof count) count = -1;
+        ::close(result_);
+        ::waitpid(child_, nullptr, 0);
+        return count;
+    }
+
+  private:
+    static inline volatile sig_atomic_t stop = 0;
+    pid_t child_ = -1;
+    int result_ = -1;
+};
+
+TEST(SharedCourse, NoVoteOfThePollingApplicationIsLost) {
+    struct Command {
+        const char* name;
+        std::vector<std::string> words;
+    } commands[] = {
+        {"Set Scores", {"set-scores", "3", "--question", "1", "--correct", "B"}},
+        {"rewrite", {"rewrite", "3"}},
+        {"purge", {"purge", "2B0001", "--yes"}},
+    };
+    for (const Command& command : commands) {
+        for (bool holdOpen : {false, true}) {
+            int lost = 0, saved = 0, refused = 0;
+            for (int trial = 0; trial < 20; ++trial) {
+                SCOPED_TRACE(std::string(command.name) + (holdOpen ? ", held open" : ", reopened") +
+                             ", trial " + std::to_string(trial));
+                SharedCourse course;
+                Appender appender(course.NewestLog(), holdOpen);
+                std::this_thread::sleep_for(std::chrono::milliseconds(5 + trial));
+                CliResult result = test::RunCliOn(course.Path(), command.words);
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                const int appended = appender.Stop();
+                ASSERT_GT(appended, 0);
+                const std::string log = course.Log(test::SeptemberLog(3));
+                for (int n = 0; n < appended; ++n) {
+                    char remote[16];
+                    std::snprintf(remote, sizeof remote, "#9C%05d", n);
+                    if (log.find(remote) == std::string::npos) ++lost;
+                }
+                if (result.status == 0) {
+                    ++saved;
+                } else {
+                    EXPECT_EQ(result.status, 3) << result.err;
+                    EXPECT_NE(
+                        result.err.find("nothing was changed. Try again when polling has ended."),
+                        std::string::npos)
+                        << result.err;
+                    ++refused;
+                }
+            }
+            EXPECT_EQ(lost, 0);
+            std::printf("%s, appender %s: 20 trials, %d saved, %d refused, %d lines lost\n",
+                        command.name, holdOpen ? "holding the log open" : "reopening per line",
+                        saved, refused, lost);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tallory
