@@ -36,12 +36,13 @@ class AtomicFile {
     bool Failed() const { return failed_; }
     const std::string& Error() const { return error_; }
     const std::string& Path() const { return path_; }
+    // Gives the file up with a sentence of its own (no system error appended): nothing is
+    // renamed, the file in place stands, and the host hears why.
+    void Refuse(const std::string& sentence);
 
   private:
     bool Flush();
     void Fail(const std::string& what);
-    // A failure with a sentence of its own (no system error appended).
-    void Refuse(const std::string& sentence);
 
     std::string path_;
     Host* host_ = nullptr;

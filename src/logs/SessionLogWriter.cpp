@@ -192,7 +192,11 @@ bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
             LinePrinter out(file);
             WriteLog(course, out, remoteId, studentId, deleteRemote);
             written = file.Commit();
-        } catch (const std::exception&) {
+        } catch (const std::exception& error) {
+            // The error's own text may run over lines: one sentence names the file and the cause.
+            const std::string cause = ReplaceAll(error.what(), "\n", ": ");
+            file.Refuse("cannot write " + fileName +
+                        ": the session holds a value it cannot write (" + cause + ")");
             written = false;
         }
     }
