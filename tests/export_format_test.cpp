@@ -32,6 +32,7 @@ TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
          "UploadFile.csv"},
         {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
         {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+        {" canvas", "Canvas", "CANVAS", "*.csv", "CanvasUpload.csv"},
     };
     for (const Case& c : cases) {
         ExportFormat format = FindExportFormat(c.cms);
@@ -64,6 +65,8 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
          "fromMoodle {Ver 1.6, 1.8, 1.9}:\"Download in ODS format\"",
          "saved in the Polvane application folder as \"MoodleUpload.xls\" and can then be easily "
          "uploaded into  Moodle {Ver 1.6, 1.8, 1.9}"},
+        {"canvas", "(Grades > Export > Export Entire Gradebook)",
+         "choose Import and upload that file."},
         {"elsewhere", "If you are using a course management system to report / record grades, ",
          "consistent with your course management system."},
     };
@@ -97,6 +100,10 @@ TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
         {"Moodle", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "BOB@uni.example", "Smith",
          "Bob", 4},
         {"SAKAI", "sakaigradebook.csv", "sakai/sakaigradebook.lf.csv", "adoe", "Doe", "Ann", 5},
+        // Canvas: whatever the grade book is called; without one, Roster.txt.
+        {"Canvas", "2026-09-20T1030_Grades-BIO_110.csv",
+         "canvas/2026-09-20T1030_Grades-BIO_110.csv", "wchen", "Chen", "Wei", 5},
+        {"CANVAS", "Roster.txt", "general/Roster.txt", "BSMITH", "Smith", "Bob", 2},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.cms);

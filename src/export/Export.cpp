@@ -17,6 +17,9 @@ namespace tallory {
 namespace {
 
 using Exporter = void (*)(Course&, Host&, bool);
+// An exporter whose layout a command line may give instead of a dialog.
+using LayoutExporter = std::vector<UploadColumn> (*)(Course&, Host&, bool,
+                                                     const std::optional<CanvasChoice>&);
 
 // The exporter of each export key; "WEBCT CE 6.1" reaches the Campus Edition 6 writer only from
 // export selected, and no course's settings give that key.
@@ -24,6 +27,7 @@ struct Dispatch {
     std::string_view key;
     Exporter all;
     Exporter selected;
+    LayoutExporter withLayout = nullptr;  // instead of the two above
 };
 
 void General(Course& course, Host& host, bool fullUpload) {
@@ -43,6 +47,7 @@ constexpr Dispatch kDispatch[] = {
     {"SAKAI", ExportSakai, ExportSakai},
     {"WEBCT CE 4.1", ExportWebCTCampus, ExportWebCTCampus},
     {"WEBCT CE 6.1", ExportWebCTCampus, ExportWebCTCampus6},
+    {"CANVAS", nullptr, nullptr, ExportCanvas},
 };
 
 const Dispatch* FindDispatch(std::string_view tag) {
@@ -67,10 +72,16 @@ void AskForGeneral(Course& course, Host& host, bool fullUpload) {
         General(course, host, fullUpload);
 }
 
-void Run(Course& course, Host& host, std::string_view tag, bool fullUpload) {
+std::vector<UploadColumn> Run(Course& course, Host& host, std::string_view tag, bool fullUpload,
+                              const std::optional<CanvasChoice>& canvas) {
     const Dispatch* row = FindDispatch(tag);
-    if (!row) return AskForGeneral(course, host, fullUpload);
+    if (!row) {
+        AskForGeneral(course, host, fullUpload);
+        return {};
+    }
+    if (row->withLayout) return row->withLayout(course, host, fullUpload, canvas);
     (fullUpload ? row->all : row->selected)(course, host, fullUpload);
+    return {};
 }
 
 void StartUploadTool(const Course& course, Host& host) {
@@ -80,19 +91,21 @@ void StartUploadTool(const Course& course, Host& host) {
 
 }  // namespace
 
-void ExportAll(Course& course, Host& host, std::string_view tag) {
-    Run(course, host, tag, true);
+std::vector<UploadColumn> ExportAll(Course& course, Host& host, std::string_view tag,
+                                    const std::optional<CanvasChoice>& canvas) {
+    return Run(course, host, tag, true, canvas);
 }
 
-void ExportSelected(Course& course, Host& host, std::string_view tag) {
+std::vector<UploadColumn> ExportSelected(Course& course, Host& host, std::string_view tag,
+                                         const std::optional<CanvasChoice>& canvas) {
     bool any = false;
     for (int session = 1; session <= course.NumSessions; ++session)
         if (course.ExportSel[session] != 0) any = true;
     if (!any) {
         host.Message("Please first select a session to export using checkbox in top row.");
-        return;
+        return {};
     }
-    Run(course, host, tag, false);
+    return Run(course, host, tag, false, canvas);
 }
 
 bool ColumnWanted(const Course& course, bool fullUpload, int session) {

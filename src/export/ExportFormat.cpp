@@ -24,6 +24,7 @@ enum class Explanation {
     Important,     // the pairing and a reminder to export names with the IDs
     Moodle,        // the pairing and Moodle's three download choices
     ChooseSystem,  // an unknown setting: why a course-management system should be chosen
+    Canvas,        // the downloaded grade book under its own name, and the upload
 };
 
 struct FormatRow {
@@ -65,6 +66,8 @@ constexpr FormatRow kFormats[] = {
      Explanation::WebCTPairing},
     {"WEB CT CE 6.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, ReadCampusClass,
      Explanation::WebCTPairing},
+    {"CANVAS", "Canvas", "CANVAS", "*.csv", "CanvasUpload.csv", ReadCanvasRoster,
+     Explanation::Canvas},
 };
 
 constexpr FormatRow kAnyOtherFormat = {
@@ -94,6 +97,13 @@ std::string ExplanationOf(const FormatRow& row) {
                    "in the course management system chapter of the manual, to avoid "
                    "confusion and ensure your registration data is consistent with your course "
                    "management system.";
+        case Explanation::Canvas:
+            return "Canvas reads your class from the grade book you download from Canvas (Grades "
+                   "> Export > Export Entire Gradebook) into your course folder, under the name "
+                   "Canvas gives it; the newest one counts. Without one, Roster.txt is your "
+                   "roster.\r\nTallory will export polling grades formatted for Canvas as "
+                   "\"CanvasUpload.csv\" in your course folder: in Canvas, open Grades, choose "
+                   "Import and upload that file.";
         default:
             break;
     }

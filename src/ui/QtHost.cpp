@@ -127,6 +127,8 @@ OptionDialogWindow::OptionDialogWindow(const OptionDialog& dialog, QWidget* pare
     heading->setWordWrap(true);
     layout->addWidget(heading);
     for (int index = 0; index < static_cast<int>(dialog.choices.size()); ++index) {
+        // A dialog of fewer choices leaves the rest empty: they are not shown.
+        if (dialog.choices[index].empty()) continue;
         auto* option = new QRadioButton(DisplayString(dialog.choices[index]), this);
         option->setObjectName(QString("optExport%1").arg(index));
         option->setChecked(index == dialog.preselected);

@@ -1,5 +1,6 @@
-// export all|selected [--sessions LIST] [--filter N | --cancel] [--by-name]: the main window's
-// Export All and Export Selected, in the format the course opened with.
+// export all|selected [--sessions LIST] [--filter N | --cancel] [--by-name]
+// [--canvas-columns sessions|total] [--absent blank|zero]: the main window's Export All and Export
+// Selected, in the format the course opened with.
 #include <memory>
 
 #include "cli/Cli.h"
@@ -13,6 +14,9 @@ namespace {
 struct ExportOptions {
     std::string which;
     std::string sessions;
+    // The Canvas upload's layout, which the desktop program asks for in its export dialog.
+    std::string canvasColumns = "sessions";
+    std::string absent = "blank";
 };
 
 int RunExportCommand(Context& context, const ExportOptions& options) {
@@ -28,15 +32,22 @@ int RunExportCommand(Context& context, const ExportOptions& options) {
             start = comma + 1;
         }
     }
-    if (options.which == "all") {
-        ExportAll(context.course, context.host, loaded.format.tag);
-    } else {
-        ExportSelected(context.course, context.host, loaded.format.tag);
-    }
+    const CanvasChoice canvas{options.canvasColumns == "total", options.absent == "zero"};
+    const std::vector<UploadColumn> columns =
+        options.which == "all"
+            ? ExportAll(context.course, context.host, loaded.format.tag, canvas)
+            : ExportSelected(context.course, context.host, loaded.format.tag, canvas);
     std::string text;
     for (const auto& file : context.host.FilesJson())
         text += "Wrote " + file.get<std::string>() + "\n";
-    Print(context, nlohmann::json::object(), text, Extras{.files = true, .started = true});
+    nlohmann::json document = nlohmann::json::object();
+    // Only a Canvas export names its columns: the other targets' output stays as it was.
+    if (NormalKey(loaded.format.tag) == "CANVAS") {
+        document["columns"] = nlohmann::json::array();
+        for (const UploadColumn& column : columns)
+            document["columns"].push_back({{"title", column.title}, {"points", column.points}});
+    }
+    Print(context, document, text, Extras{.files = true, .started = true});
     return 0;
 }
 
@@ -53,6 +64,16 @@ void AddExportCommand(CLI::App& app, Context& context) {
         .add_option("--sessions", options->sessions,
                     "the ticked sessions, comma-separated numbers from 1")
         ->type_name("LIST");
+    command
+        .add_option("--canvas-columns", options->canvasColumns,
+                    "Canvas: one column per session (default) or one total column")
+        ->check(CLI::IsMember({"sessions", "total"}))
+        ->type_name("sessions|total");
+    command
+        .add_option("--absent", options->absent,
+                    "Canvas: a session without a score is blank (default) or 0")
+        ->check(CLI::IsMember({"blank", "zero"}))
+        ->type_name("blank|zero");
     AddOptionDialogOptions(command, context);
     AddByNameOption(command, context);
 }
