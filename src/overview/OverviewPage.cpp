@@ -49,10 +49,10 @@ struct Plot {
     }
 };
 
-std::string SvgOpen(const Plot& plot, std::string_view id, std::string_view title) {
+std::string SvgOpen(const Plot& plot, std::string_view title) {
     return "<svg class=\"chart\" viewBox=\"0 0 " + At(plot.width) + " " + At(plot.height) +
-           "\" role=\"img\" aria-labelledby=\"" + std::string(id) + "\">\n<title id=\"" +
-           std::string(id) + "\">" + std::string(title) + "</title>\n";
+           "\" role=\"img\" aria-label=\"" + std::string(title) + "\">\n<title>" +
+           std::string(title) + "</title>\n";
 }
 
 // Horizontal grid lines with their labels, from 0 to `top` in `steps`.
@@ -84,7 +84,7 @@ std::string ColumnLabel(const Plot& plot, int i, int n, const std::string& text)
 std::string AttendanceChart(const CourseOverview& overview) {
     const Plot plot;
     const int n = static_cast<int>(overview.sessions.size());
-    std::string out = SvgOpen(plot, "attendance-title",
+    std::string out = SvgOpen(plot,
                               "Attendance (bars) and average score as a share of the points "
                               "available (line), by session");
     out += Grid(plot, 100, 4, "%");
@@ -120,19 +120,37 @@ std::string AttendanceChart(const CourseOverview& overview) {
     return out;
 }
 
+// The key of the bars or of the line, as the chart draws them.
+std::string LegendKey(bool line) {
+    std::string out =
+        "<svg class=\"key\" width=\"28\" height=\"12\" viewBox=\"0 0 28 12\" "
+        "aria-hidden=\"true\">";
+    if (line)
+        out += "<line x1=\"1\" y1=\"6\" x2=\"27\" y2=\"6\" stroke=\"" + std::string(kLineColour) +
+               "\" stroke-width=\"2.5\" stroke-dasharray=\"6 3\"/><circle cx=\"14\" cy=\"6\" "
+               "r=\"3.5\" fill=\"#ffffff\" stroke=\"" +
+               std::string(kLineColour) + "\" stroke-width=\"2\"/>";
+    else
+        out += "<rect x=\"4\" y=\"1\" width=\"20\" height=\"10\" fill=\"" +
+               std::string(kBarColour) + "\"/>";
+    return out + "</svg>";
+}
+
 std::string BinLabel(int k) {
     return std::to_string(k * 10) + "\u2013" + std::to_string(k * 10 + 10) + "%";
 }
 
 std::string TotalsChart(const CourseOverview& overview) {
-    const Plot plot;
+    // Its labels stand level: less room beneath.
+    Plot plot;
+    plot.height = 220;
+    plot.bottom = 28;
     int highest = 1;
     for (int count : overview.bins) highest = std::max(highest, count);
     // A scale of whole students that ends on a round number.
     const int steps = std::min(highest, 5);
     const int top = (highest + steps - 1) / steps * steps;
-    std::string out =
-        SvgOpen(plot, "totals-title", "Students by term total, in tenths of the points available");
+    std::string out = SvgOpen(plot, "Students by term total, in tenths of the points available");
     out += Grid(plot, top, steps, "");
     const double step = plot.InnerWidth() / kTotalBins;
     for (int k = 0; k < kTotalBins; ++k) {
@@ -163,10 +181,11 @@ std::optional<double> ShareCorrect(const QuestionFigures& q) {
 // A small chart of a session's questions: one bar per question, its height the share correct.
 std::string QuestionBars(const std::vector<const QuestionFigures*>& questions) {
     if (questions.empty()) return "&mdash;";
-    const double bar = 10, gap = 3, height = 28;
-    const double width = questions.size() * (bar + gap);
-    std::string out = "<svg class=\"mini\" width=\"" + At(width) + "\" height=\"" + At(height) +
-                      "\" viewBox=\"0 0 " + At(width) + " " + At(height) +
+    const int bar = 10, gap = 3, height = 28;
+    const int width = static_cast<int>(questions.size()) * (bar + gap);
+    const std::string size = std::to_string(width) + "\" height=\"" + std::to_string(height);
+    std::string out = "<svg class=\"mini\" width=\"" + size + "\" viewBox=\"0 0 " +
+                      std::to_string(width) + " " + std::to_string(height) +
                       "\" role=\"img\" aria-label=\"Share correct per question\">";
     for (size_t i = 0; i < questions.size(); ++i) {
         const QuestionFigures& q = *questions[i];
@@ -204,9 +223,7 @@ p.lead { color: #444; margin-top: 0; }
 svg.chart { width: 100%; height: auto; font-size: 11px; }
 svg text { fill: #1b1b1b; }
 .legend span { display: inline-block; margin-right: 1.5rem; }
-.key { display: inline-block; width: 1.6rem; height: 0.7rem; vertical-align: middle; margin-right: 0.4rem; }
-.key.bar { background: #1f4e79; }
-.key.line { border-top: 3px dashed #d97a1e; height: 0; }
+svg.key { vertical-align: middle; margin-right: 0.4rem; }
 table { border-collapse: collapse; width: 100%; }
 th, td { border-bottom: 1px solid #d8d8d8; padding: 0.35rem 0.5rem; text-align: left; vertical-align: middle; }
 th { background: #eef2f7; }
@@ -324,12 +341,10 @@ std::string OverviewPageText(const Course& course, const CourseOverview& overvie
         std::to_string(overview.atRisk.size()) +
         "</strong></li></ul>\n</header>\n"
         "<main>\n";
-    out +=
-        "<section>\n<h2>Attendance and average by session</h2>\n<p class=\"legend\">"
-        "<span><span class=\"key bar\"></span>Attendance: students present</span>"
-        "<span><span class=\"key line\"></span>Average of those present, as a share of the "
-        "points available</span></p>\n" +
-        AttendanceChart(overview) + "</section>\n";
+    out += "<section>\n<h2>Attendance and average by session</h2>\n<p class=\"legend\"><span>" +
+           LegendKey(false) + "Attendance: students present</span><span>" + LegendKey(true) +
+           "Average of those present, as a share of the points available</span></p>\n" +
+           AttendanceChart(overview) + "</section>\n";
     out +=
         "<section>\n<h2>Spread of term totals</h2>\n<p>Students by term total, in tenths of "
         "the " +

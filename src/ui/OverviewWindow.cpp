@@ -38,8 +38,11 @@ namespace {
 const QColor kBarColour(0x1f, 0x4e, 0x79);
 const QColor kLineColour(0xd9, 0x7a, 0x1e);
 
-// Session labels stand under the columns while they fit; more sessions go by number.
-constexpr int kLabelledSessions = 12;
+// Session labels stand under the columns while each has this much room; else sessions go by
+// number, as the session choice lists them.
+constexpr int kLabelWidth = 80;
+// The chart's width that is not the plot's: its margins and the axis on the left.
+constexpr int kChartFrame = 80;
 constexpr int kQuestionCaption = 28;
 
 QString Fixed(double value, int places) {
@@ -230,20 +233,17 @@ void OverviewWindow::FillCharts() {
         auto* bars = new QBarSeries;
         bars->append(attendance);
         auto* average = new QLineSeries;
-        average->setName("Average, share of points available");
+        average->setName("Average (% of points)");
         QPen pen(kLineColour);
         pen.setWidthF(2.5);
         pen.setStyle(Qt::DashLine);
         average->setPen(pen);
         average->setPointsVisible(true);
-        average->setMarkerSize(7);
-        QStringList categories;
+        average->setMarkerSize(6);
         for (int i = 0; i < n; ++i) {
             const SessionFigures& s = overview_.sessions[i];
             attendance->append(s.attendance * 100);
             if (s.average && s.available > 0) average->append(i, *s.average / s.available * 100);
-            categories << (n <= kLabelledSessions ? DisplayString(Left(Trim(s.label), 12))
-                                                  : QString::number(i + 1));
         }
         TipBars(attendance, [this](int i) {
             const SessionFigures& s = overview_.sessions.at(i);
@@ -258,9 +258,8 @@ void OverviewWindow::FillCharts() {
         chart->addSeries(bars);
         chart->addSeries(average);
         auto* x = new QBarCategoryAxis;
-        x->append(categories);
-        if (n > 6) x->setLabelsAngle(-60);
-        if (n > kLabelledSessions) x->setTitleText("Session");
+        sessionAxis_ = x;
+        LabelSessions();
         chart->addAxis(x, Qt::AlignBottom);
         QValueAxis* y = PercentAxis();
         chart->addAxis(y, Qt::AlignLeft);
@@ -272,8 +271,8 @@ void OverviewWindow::FillCharts() {
     }
     {
         QChart* chart = NewChart(totals_, "Spread of term totals");
-        auto* students = new QBarSet("Students, by share of the " + Fixed(overview_.available, 2) +
-                                     " points available");
+        chart->legend()->hide();
+        auto* students = new QBarSet("Students");
         students->setColor(kBarColour);
         students->setBorderColor(kBarColour);
         int highest = 1;
@@ -281,22 +280,26 @@ void OverviewWindow::FillCharts() {
         for (int k = 0; k < kTotalBins; ++k) {
             students->append(overview_.bins[k]);
             highest = std::max(highest, overview_.bins[k]);
-            categories << QString("%1-%2%").arg(k * 10).arg(k * 10 + 10);
+            categories << QString::number(k * 10);
         }
         auto* bars = new QBarSeries;
         bars->append(students);
         bars->setLabelsVisible(true);
         bars->setLabelsPosition(QAbstractBarSeries::LabelsOutsideEnd);
+        students->setLabelColor(Qt::black);
         chart->addSeries(bars);
         auto* x = new QBarCategoryAxis;
         x->append(categories);
-        x->setLabelsAngle(-45);
+        x->setTitleText("Term total, from % of the " + Fixed(overview_.available, 2) + " points");
         chart->addAxis(x, Qt::AlignBottom);
+        // Whole students on the scale, with room above the highest bar for its count.
         auto* y = new QValueAxis;
-        const int steps = std::min(highest, 5);
-        y->setRange(0, (highest + steps - 1) / steps * steps + (highest < 5 ? 0 : steps));
-        y->setTickCount(steps + 1 + (highest < 5 ? 0 : 1));
+        const int step = (highest + 4) / 5;
+        const int top = (highest * 6 / 5 / step + 1) * step;
+        y->setRange(0, top);
+        y->setTickCount(top / step + 1);
         y->setLabelFormat("%d");
+        y->setTitleText("Students");
         chart->addAxis(y, Qt::AlignLeft);
         bars->attachAxis(x);
         bars->attachAxis(y);
@@ -315,6 +318,24 @@ void OverviewWindow::FillCharts() {
         session_->setCurrentIndex(shown);
     }
     ShowSession(shown + 1);
+}
+
+void OverviewWindow::LabelSessions() {
+    if (!sessionAxis_) return;
+    const int n = static_cast<int>(overview_.sessions.size());
+    const bool named = n > 0 && (sessions_->width() - kChartFrame) / n >= kLabelWidth;
+    QStringList categories;
+    for (const SessionFigures& s : overview_.sessions)
+        categories << (named ? DisplayString(Left(Trim(s.label), 12)) : QString::number(s.session));
+    if (categories == sessionAxis_->categories()) return;
+    sessionAxis_->clear();
+    sessionAxis_->append(categories);
+    sessionAxis_->setTitleText(named ? QString() : QString("Session"));
+}
+
+void OverviewWindow::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    LabelSessions();
 }
 
 void OverviewWindow::ShowSession(int session) {
@@ -339,7 +360,8 @@ void OverviewWindow::ShowSession(int session) {
     if (unscored > 0)
         title += QString(" (%1 not shown: no correct answer set, or no answers)").arg(unscored);
     QChart* chart = NewChart(questions_, title);
-    auto* correct = new QBarSet("Chose the correct answer, of those who answered");
+    chart->legend()->hide();
+    auto* correct = new QBarSet("Correct");
     correct->setColor(kBarColour);
     correct->setBorderColor(kBarColour);
     QStringList categories;
@@ -367,6 +389,7 @@ void OverviewWindow::ShowSession(int session) {
     y->append(categories);
     chart->addAxis(y, Qt::AlignLeft);
     QValueAxis* x = PercentAxis();
+    x->setTitleText("Chose the correct answer, of those who answered");
     chart->addAxis(x, Qt::AlignBottom);
     bars->attachAxis(x);
     bars->attachAxis(y);

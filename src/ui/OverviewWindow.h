@@ -5,6 +5,7 @@
 
 #include "overview/CourseOverview.h"
 
+class QBarCategoryAxis;
 class QChartView;
 class QComboBox;
 class QLabel;
@@ -34,8 +35,13 @@ class OverviewWindow : public QDialog {
     // The student of row `row` of the at-risk list: their screen, then the figures again.
     void OpenStudent(int row);
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     void Refresh();
+    // Names the sessions under their columns while they fit, numbers them otherwise.
+    void LabelSessions();
     void FillCharts();
     void FillAtRisk();
     void Guarded(const std::function<void()>& command);
@@ -46,6 +52,7 @@ class OverviewWindow : public QDialog {
     CourseOverview overview_;
     QLabel* facts_;
     QChartView* sessions_;
+    QBarCategoryAxis* sessionAxis_ = nullptr;
     QChartView* totals_;
     QChartView* questions_;
     QComboBox* session_;
