@@ -27,6 +27,7 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "grid/ScoreGrid.h"
+#include "overview/OverviewPage.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/QtHost.h"
 
@@ -171,6 +172,11 @@ OverviewWindow::OverviewWindow(Course& course, Host& host, ScoreGrid& grid, QWid
     root->addLayout(body, 1);
 
     auto* bottom = new QHBoxLayout;
+    auto* page = new QPushButton("Write &Page", this);
+    page->setObjectName("cmdWritePage");
+    page->setToolTip("Write this overview as the page Reports/Overview.html and open it");
+    page->setAutoDefault(false);
+    bottom->addWidget(page);
     auto* close = new QPushButton("Close", this);
     close->setObjectName("cmdClose");
     close->setAutoDefault(false);
@@ -186,10 +192,12 @@ OverviewWindow::OverviewWindow(Course& course, Host& host, ScoreGrid& grid, QWid
             [this] { OpenStudent(atRisk_->currentRow()); });
     connect(atRisk_, &QTableWidget::itemSelectionChanged, this,
             [this] { openStudent_->setEnabled(!atRisk_->selectedItems().isEmpty()); });
+    connect(page, &QPushButton::clicked, this, [this] { Guarded([&] { WritePage(); }); });
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     setTabOrder(session_, atRisk_);
     setTabOrder(atRisk_, openStudent_);
-    setTabOrder(openStudent_, close);
+    setTabOrder(openStudent_, page);
+    setTabOrder(page, close);
 
     Refresh();
 
@@ -425,6 +433,15 @@ void OverviewWindow::OpenStudent(int row) {
     // A student's clickers may have changed under the figures.
     Guarded([&] { Refresh(); });
     if (atRisk_->rowCount() > 0) atRisk_->setCurrentCell(std::min(row, atRisk_->rowCount() - 1), 0);
+}
+
+void OverviewWindow::WritePage() {
+    std::string error;
+    if (WriteOverviewPage(course_, overview_, host_, error))
+        host_.OpenDocument(OverviewPagePath(course_));
+    else
+        host_.Message("The page Reports/Overview.html was not written: " + error, "Course Overview",
+                      Icon::Exclamation, Buttons::Ok);
 }
 
 void OpenOverview(QWidget* parent, Course& course, Host& host, ScoreGrid& grid) {

@@ -34,6 +34,8 @@ class OverviewWindow : public QDialog {
     void ShowSession(int session);
     // The student of row `row` of the at-risk list: their screen, then the figures again.
     void OpenStudent(int row);
+    // Writes the overview as the page Reports/Overview.html and opens it in the browser.
+    void WritePage();
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -16,6 +16,7 @@
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
+#include "common/RecordingHost.h"
 #include "ui/OverviewWindow.h"
 
 namespace tallory {
@@ -105,6 +106,17 @@ TEST(OverviewWindow, ANameOpensTheStudentAsTheGridDoes) {
     QApplication::sendEvent(atRisk, &enter);
     EXPECT_TRUE(opened);
     EXPECT_EQ(atRisk->currentRow(), 1);
+}
+
+TEST(OverviewWindow, WritesThePageAndOpensIt) {
+    test::CourseWindow opened(WriteCourse);
+    RecordingHost recording;
+    OverviewWindow overview(opened.course, recording, opened.window->Grid(), opened.window.get());
+    Find<QPushButton>(overview, "cmdWritePage")->click();
+    const std::string page = opened.folder.File("Reports/Overview.html");
+    ASSERT_EQ(recording.opened.size(), 1u);
+    EXPECT_EQ(recording.opened[0], page);
+    EXPECT_NE(test::ReadBytes(page).find("Bo, Ben"), std::string::npos);
 }
 
 TEST(OverviewWindow, OpensFromTheMainWindow) {

@@ -92,7 +92,9 @@ int RunOverview(Context& context, bool html) {
     }
     json document = OverviewJson(overview);
     document["unsaved"] = unsaved;
-    Print(context, document, OverviewText(overview), Extras{.files = true});
+    std::string text = OverviewText(overview);
+    if (html && unsaved.empty()) text += "\nWritten: " + std::string(kPageFile) + "\n";
+    Print(context, document, text, Extras{.files = true});
     return unsaved.empty() ? 0 : 3;
 }
 
