@@ -5,6 +5,7 @@
 #include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
 #include "reports/Reports.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 
@@ -49,7 +50,7 @@ void WriteHeadTable(PageWriter& page, const Course& course, int session, long fi
         .Line(" </B> </font><br>");
     page.Text(kFont)
         .Text("Total Points Available: <B>")
-        .Number(Int(maximum * 100 + participation * 100 + 0.5) / 100)
+        .Number(TotalPointsAvailable(course))
         .Line(" </B> </font><br>");
     page.Line("</td>");
     page.Line("</tr>");

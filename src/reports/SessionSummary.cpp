@@ -4,6 +4,7 @@
 #include "logs/SessionLog.h"
 #include "logs/SessionStore.h"
 #include "reports/Reports.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 
@@ -39,7 +40,7 @@ void WriteHeadTable(PageWriter& page, const Course& course, int session) {
         .Number(Int(maximum))
         .Line(" </B></font><br>");
     page.Text("<font face = \"Trebuchet MS\">Total Points Available: <B>")
-        .Number(Int(maximum * 100 + participation * 100 + 0.5) / 100)
+        .Number(TotalPointsAvailable(course))
         .Line(" </B></font><br>");
     page.Line("</td>");
     page.Line("</tr> ");

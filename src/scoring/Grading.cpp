@@ -175,6 +175,11 @@ double ChoicePointsOf(const QuestionRec& question, int answer) {
     return question.ChoicePoints[answer];
 }
 
+double TotalPointsAvailable(const Course& course) {
+    const double maximum = course.Questions[0].MaxPoints;
+    return Int(maximum * 100 + course.SessParticipation * 100 + 0.5) / 100;
+}
+
 void RecomputeSession(Course& course) {
     course.Questions[0].MaxPoints = 0;
     // The requirement in force always follows from the setting, whatever line 1 of the log says.

@@ -7,10 +7,13 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <memory>
@@ -33,7 +36,87 @@ const QColor kAbsent(0x9a, 0x6a, 0x00);
 // Room for the sort arrow and the padding of a heading.
 constexpr int kHeadingPadding = 30;
 
+// The trend beside a student's average: a small line of the session scores.
+constexpr int kTrendWidth = 84;
+const QColor kTrendLine(0x1f, 0x4e, 0x79);
+
 }  // namespace
+
+// Draws the average to the left of its cell and the student's session scores as a small line to
+// the right, on one scale for the whole class; an absence breaks the line and shows as a mark on
+// the floor.
+class TrendDelegate : public QStyledItemDelegate {
+  public:
+    TrendDelegate(const Course& course, const ClassView& view, QObject* parent)
+        : QStyledItemDelegate(parent), course_(course), view_(view) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyleOptionViewItem item(option);
+        initStyleOption(&item, index);
+        item.displayAlignment = Qt::AlignLeft | Qt::AlignVCenter;
+        const QWidget* widget = option.widget;
+        QStyle* style = widget ? widget->style() : QApplication::style();
+        style->drawControl(QStyle::CE_ItemViewItem, &item, painter, widget);
+
+        const int sessions = course_.NumSessions;
+        if (sessions < 1 || index.row() >= view_.RowCount()) return;
+        const StudentRec& student = course_.Students[view_.StudentAt(index.row())];
+        const double top = top_ > 0 ? top_ : 1;
+        const QRectF area =
+            QRectF(option.rect).adjusted(option.rect.width() - kTrendWidth, 5, -6, -5);
+        const double step = sessions > 1 ? area.width() / (sessions - 1) : 0;
+        auto pointOf = [&](int s) {
+            const double share = std::clamp(student.Score[s] / top, 0.0, 1.0);
+            return QPointF(area.left() + step * (s - 1), area.bottom() - share * area.height());
+        };
+        const bool selected = option.state & QStyle::State_Selected;
+        const QColor line = selected ? option.palette.highlightedText().color() : kTrendLine;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        QPainterPath path;
+        bool drawing = false;
+        for (int s = 1; s <= sessions; ++s) {
+            if (!student.Present[s]) {
+                drawing = false;
+                continue;
+            }
+            if (drawing)
+                path.lineTo(pointOf(s));
+            else
+                path.moveTo(pointOf(s));
+            drawing = true;
+        }
+        painter->setPen(QPen(line, 1.6));
+        painter->drawPath(path);
+        painter->setPen(Qt::NoPen);
+        for (int s = 1; s <= sessions; ++s) {
+            if (student.Present[s]) {
+                painter->setBrush(line);
+                painter->drawEllipse(pointOf(s), 1.6, 1.6);
+            } else {
+                painter->setBrush(selected ? line : kAbsent);
+                const double x = area.left() + step * (s - 1);
+                painter->drawRect(QRectF(x - 1.5, area.bottom() - 1, 3, 3));
+            }
+        }
+        painter->restore();
+    }
+
+    // The highest session score of the class: the top of every student's line.
+    void Rescale() {
+        top_ = 0;
+        for (int i = 1; i <= course_.NumStudents; ++i)
+            for (int s = 1; s <= course_.NumSessions; ++s)
+                if (course_.Students[i].Present[s])
+                    top_ = std::max(top_, course_.Students[i].Score[s]);
+    }
+
+  private:
+    double top_ = 0;
+    const Course& course_;
+    const ClassView& view_;
+};
 
 ClassViewModel::ClassViewModel(ClassView& view, QObject* parent)
     : QAbstractTableModel(parent), view_(view) {}
@@ -218,6 +301,8 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     table_->Frozen()->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->Frozen()->setSelectionBehavior(QAbstractItemView::SelectRows);
     const int rowHeight = QFontMetrics(table_->font()).height() + 10;
+    trend_ = new TrendDelegate(course_, view_, table_);
+    table_->setItemDelegateForColumn(ClassView::kAverageColumn, trend_);
     for (QTableView* view : {static_cast<QTableView*>(table_), table_->Frozen()}) {
         view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         view->verticalHeader()->setDefaultSectionSize(rowHeight);
@@ -329,6 +414,7 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
 }
 
 void ClassViewWindow::SizeColumns() {
+    trend_->Rescale();
     QHeaderView* header = table_->horizontalHeader();
     const QFontMetrics headings(header->font());
     int widest = headings.horizontalAdvance("Average");
@@ -338,6 +424,7 @@ void ClassViewWindow::SizeColumns() {
     header->setDefaultSectionSize(widest + kHeadingPadding);
     for (int column = 1; column < view_.ColumnCount(); ++column)
         table_->setColumnWidth(column, widest + kHeadingPadding);
+    table_->setColumnWidth(ClassView::kAverageColumn, widest + kHeadingPadding + kTrendWidth);
 
     QFont bold = table_->font();
     bold.setBold(true);

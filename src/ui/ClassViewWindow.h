@@ -15,6 +15,7 @@ namespace tallory {
 
 class Host;
 class ScoreGrid;
+class TrendDelegate;
 
 // The class view as a table model: every cell is asked for when it is painted, so a class of
 // thousands by 99 sessions costs no more than the cells on the screen.
@@ -61,9 +62,9 @@ class FrozenColumnTable : public QTableView {
 };
 
 // The whole class at a glance: all students by all sessions, read-only, sorted by any heading,
-// searched by name or ID. A name (or the Open Student command) opens the student's screen, a
-// session's figure (or Open Session) that session's screen, as the grid does; afterwards the
-// table reads Students again.
+// searched by name or ID; beside each average a small line of the student's session scores. A name
+// (or the Open Student command) opens the student's screen, a session's figure (or Open Session)
+// that session's screen, as the grid does; afterwards the table reads Students again.
 class ClassViewWindow : public QDialog {
     Q_OBJECT
   public:
@@ -97,6 +98,7 @@ class ClassViewWindow : public QDialog {
     QLabel* counts_;
     QPushButton* openStudent_;
     QPushButton* openSession_;
+    TrendDelegate* trend_ = nullptr;
 };
 
 // Opens the class view over the main window's course, modally.

@@ -23,6 +23,7 @@
 #include "ui/ClassViewWindow.h"
 #include "ui/CommandLabel.h"
 #include "ui/HousekeepingDialogs.h"
+#include "ui/OverviewWindow.h"
 #include "ui/QtHost.h"
 #include "ui/ReportSummaryDialog.h"
 #include "ui/ScreenFit.h"
@@ -401,6 +402,15 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     // A command of the window like the clicker lists: off with them while help is up.
     binding_.Bind(static_cast<QWidget*>(classView), grid_.View().cmbDisplayName);
     commands->addWidget(classView);
+    // The course at a glance: attendance, averages, the spread of totals, who is at risk.
+    auto* overview = new QPushButton("Course Overview", this);
+    overview->setObjectName("cmdOverview");
+    overview->setToolTip("Charts of attendance and scores, and the students at risk");
+    Scale(overview, kTextPoints);
+    connect(overview, &QPushButton::clicked, this,
+            [this] { Guarded([&] { OpenOverview(this, course_, host_, grid_); }); });
+    binding_.Bind(static_cast<QWidget*>(overview), grid_.View().cmbDisplayName);
+    commands->addWidget(overview);
     commands->addStretch(1);
     // The grade exports, in the format the course was opened with (lblCMS's tag).
     cmdExportAll_ = new QPushButton("Export All", this);
