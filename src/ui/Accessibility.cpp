@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QDialog>
 #include <QTextDocument>
 
 #include "ui/CommandLabel.h"
@@ -56,6 +57,13 @@ QAccessibleInterface* MakeInterface(const QString& className, QObject* object) {
     if (className == QLatin1String("tallory::CommandLabel"))
         if (auto* label = qobject_cast<CommandLabel*>(object))
             return new CommandLabelAccessible(label);
+    // Our own top-level windows are plain widgets, which a reader would take for a filler: they
+    // are windows. Dialogs have their own kind already, further up their classes.
+    if (className.startsWith(QLatin1String("tallory::")) && object->isWidgetType()) {
+        auto* widget = static_cast<QWidget*>(object);
+        if (widget->isWindow() && !qobject_cast<QDialog*>(widget))
+            return new QAccessibleWidget(widget, QAccessible::Window);
+    }
     return nullptr;
 }
 
