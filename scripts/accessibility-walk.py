@@ -73,6 +73,14 @@ def windows(app):
     return [app.getChildAtIndex(i) for i in range(app.childCount)]
 
 
+def loaded(frame):
+    """The course is in the grid: its Set Scores buttons show."""
+    nodes = []
+    walk(frame, nodes)
+    return any(n.getRole() == pyatspi.ROLE_PUSH_BUTTON and n.name.startswith("Set Scores")
+               for n in nodes)
+
+
 def answer_messages(app):
     """Presses OK on every message box of the start, until only the main window is left."""
     end = time.time() + 30
@@ -80,8 +88,13 @@ def answer_messages(app):
         shown = [w for w in windows(app) if w is not None and states(w).contains(pyatspi.STATE_SHOWING)]
         boxes = [w for w in shown if w.getRole() in (pyatspi.ROLE_DIALOG, pyatspi.ROLE_ALERT)]
         frames = [w for w in shown if w.getRole() in (pyatspi.ROLE_FRAME, pyatspi.ROLE_WINDOW)]
-        if frames and not boxes:
-            return frames[0]
+        if frames and not boxes and loaded(frames[0]):
+            # Still alone a moment later: the start has said all it had to say.
+            time.sleep(1.0)
+            if not [w for w in windows(app) if w is not None and w.getRole() in
+                    (pyatspi.ROLE_DIALOG, pyatspi.ROLE_ALERT)
+                    and states(w).contains(pyatspi.STATE_SHOWING)]:
+                return frames[0]
         for box in boxes:
             nodes = []
             walk(box, nodes)
@@ -111,9 +124,9 @@ display = x11.XOpenDisplay(None)
 TAB = x11.XKeysymToKeycode(display, 0xFF09)
 
 
-def give_keyboard_to(title):
-    """The keyboard to the window of that title, as a window manager gives it on a click: there is
-    no window manager on the virtual screen."""
+def x_window(title):
+    """The X window of that title. The keyboard is given to it by hand, as a window manager would
+    on a click: there is no window manager on the virtual screen."""
     root = x11.XDefaultRootWindow(display)
     parent, root_out = ctypes.c_ulong(), ctypes.c_ulong()
     children = ctypes.POINTER(ctypes.c_ulong)()
@@ -124,18 +137,25 @@ def give_keyboard_to(title):
         name = ctypes.c_char_p()
         if x11.XFetchName(display, children[i], ctypes.byref(name)) and name.value:
             if name.value.decode(errors="replace") == title:
-                x11.XSetInputFocus(display, children[i], 2, 0)  # RevertToParent, CurrentTime
-                x11.XFlush(display)
-                time.sleep(0.5)
-                return
+                return children[i]
     sys.exit("accessibility-walk: no window titled " + title)
+
+
+def activate(frame):
+    window = x_window(frame.name)
+    for _ in range(20):
+        x11.XSetInputFocus(display, window, 2, 0)  # RevertToParent, CurrentTime
+        x11.XFlush(display)
+        time.sleep(0.5)
+        if states(frame).contains(pyatspi.STATE_ACTIVE):
+            return
+    sys.exit("accessibility-walk: the main window did not take the keyboard")
 
 
 def tab():
     xtest.XTestFakeKeyEvent(display, TAB, 1, 0)
     xtest.XTestFakeKeyEvent(display, TAB, 0, 0)
     x11.XFlush(display)
-    time.sleep(0.12)
 
 
 def describe(node):
@@ -153,11 +173,19 @@ def check(window, title):
     keyboard = [n for n in enabled if n.getRole() not in NOT_BY_TAB]
     reached = set()
     first = None
+    before = None
     for _ in range(len(keyboard) * 2 + 10):
         tab()
-        focused = [i for i, n in enumerate(keyboard) if states(n).contains(pyatspi.STATE_FOCUSED)]
+        # The focus moves when the program has had its turn: a busy machine takes longer.
+        for _ in range(30):
+            time.sleep(0.05)
+            focused = [i for i, n in enumerate(keyboard)
+                       if states(n).contains(pyatspi.STATE_FOCUSED)]
+            if focused and focused[0] != before:
+                break
         if not focused:
             continue
+        before = focused[0]
         if focused[0] == first and len(reached) > 1:
             break
         if first is None:
@@ -193,7 +221,7 @@ try:
     app = application()
     window = answer_messages(app)
     print("window: '%s' (%s)" % (window.name, window.getRoleName()))
-    give_keyboard_to(window.name)
+    activate(window)
     faults, worked = check(window, "main window")
     help_button = [n for n in worked if n.getRole() == pyatspi.ROLE_PUSH_BUTTON and n.name == "Help"]
     if not help_button:
