@@ -26,8 +26,16 @@ class LocalHttpServer {
         std::string body;
     };
     using Handler = std::function<Reply(const std::string& target)>;
+    // A server that answers a connection itself, after its request head was read (a stalled or an
+    // endless reply): it writes to `connection` and returns once `stopping` turns true.
+    using RawHandler = std::function<void(int connection, const std::atomic<bool>& stopping)>;
 
-    explicit LocalHttpServer(Handler handler) : handler_(std::move(handler)) {
+    explicit LocalHttpServer(Handler handler) : LocalHttpServer(std::move(handler), nullptr) {}
+    explicit LocalHttpServer(RawHandler raw) : LocalHttpServer(nullptr, std::move(raw)) {}
+
+  private:
+    LocalHttpServer(Handler handler, RawHandler raw)
+        : handler_(std::move(handler)), raw_(std::move(raw)) {
         setenv("no_proxy", "127.0.0.1,localhost", 1);
         setenv("NO_PROXY", "127.0.0.1,localhost", 1);
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
@@ -45,6 +53,7 @@ class LocalHttpServer {
         thread_ = std::thread([this] { Serve(); });
     }
 
+  public:
     ~LocalHttpServer() {
         stop_ = true;
         thread_.join();
@@ -110,6 +119,7 @@ class LocalHttpServer {
             targets_.push_back(target);
             heads_.push_back(head);
         }
+        if (raw_) return raw_(connection, stop_);
         const Reply reply = handler_(target);
         std::string text =
             "HTTP/1.1 " + std::to_string(reply.status) +
@@ -125,6 +135,7 @@ class LocalHttpServer {
     }
 
     Handler handler_;
+    RawHandler raw_;
     int listener_ = -1;
     int port_ = 0;
     std::atomic<bool> stop_{false};

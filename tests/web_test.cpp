@@ -1,8 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <poll.h>
+#include <sys/socket.h>
+
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "LocalHttpServer.h"
 #include "TestSupport.h"
@@ -83,6 +91,189 @@ TEST(OpenUrlText, WithoutTheLibraryFailsAndSaysSoOnce) {
     EXPECT_NE(host.messages[0].text.find("libtallory-no-such-library.so.0 could not be loaded"),
               std::string::npos);
     EXPECT_EQ(host.turns, 2);
+}
+
+// --- Fetches that are given up ------------------------------------------------------------------
+
+using Clock = std::chrono::steady_clock;
+
+// Limits small enough for a test to meet them in about a second.
+constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::milliseconds(1000),
+                                  64 * 1024};
+
+void SendAll(int connection, const std::string& text) {
+    for (size_t sent = 0; sent < text.size();) {
+        const ssize_t wrote =
+            send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+        if (wrote <= 0) return;
+        sent += static_cast<size_t>(wrote);
+    }
+}
+
+// Holds the connection open, silent, until the client gives up or the server stops.
+void Silence(int connection, const std::atomic<bool>& stopping) {
+    char buffer[256];
+    while (!stopping) {
+        pollfd readable{connection, POLLIN, 0};
+        if (poll(&readable, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0) return;
+    }
+}
+
+// The misbehaving servers: after the request, silence; a head and part of a body, then silence;
+// a body without end; a body that announces a size beyond the limit.
+void StallHead(int connection, const std::atomic<bool>& stopping) {
+    Silence(connection, stopping);
+}
+
+void StallBody(int connection, const std::atomic<bool>& stopping) {
+    SendAll(connection,
+            "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
+    Silence(connection, stopping);
+}
+
+void SendForever(int connection, const std::atomic<bool>& stopping) {
+    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
+    const std::string line = std::string(1023, 'y') + "\n";
+    while (!stopping) {
+        if (send(connection, line.data(), line.size(), MSG_NOSIGNAL) <= 0) return;
+    }
+}
+
+void AnnounceTooMuch(int connection, const std::atomic<bool>& stopping) {
+    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Length: 2000000000\r\n\r\nzzzz");
+    Silence(connection, stopping);
+}
+
+// A port that takes no connection: its one place in the queue is taken and it never accepts, so
+// a new connection waits for an answer that does not come.
+class FullQueue {
+  public:
+    FullQueue() {
+        listener_ = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        socklen_t length = sizeof address;
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
+        port_ = ntohs(address.sin_port);
+        listen(listener_, 0);
+        for (int& filler : fillers_) {
+            filler = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+            connect(filler, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    ~FullQueue() {
+        for (int filler : fillers_) close(filler);
+        close(listener_);
+    }
+    FullQueue(const FullQueue&) = delete;
+    FullQueue& operator=(const FullQueue&) = delete;
+    std::string Url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/WebReg.csv"; }
+
+  private:
+    int listener_ = -1;
+    int port_ = 0;
+    std::array<int, 3> fillers_{};
+};
+
+// Kilobytes of the process's memory: the peak since the last reset, or now.
+long MemoryKb(const char* field) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind(field, 0) == 0) return std::stol(line.substr(std::string(field).size()));
+    return -1;
+}
+
+void ResetPeakMemory() {
+    std::ofstream("/proc/self/clear_refs") << "5";
+}
+
+TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
+    struct Case {
+        const char* name;
+        LocalHttpServer::RawHandler server;  // none: the full queue
+        FetchStop stop;
+        std::string message;
+        int leastTurns;  // the screen kept its turns while the server was silent
+    } cases[] = {
+        {"head stalls", StallHead, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"body stalls", StallBody, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"body without end", SendForever, FetchStop::TooLarge, "is larger than 64 KB", 32},
+        {"announced too large", AnnounceTooMuch, FetchStop::TooLarge, "is larger than 64 KB", 1},
+        {"connection not taken", nullptr, FetchStop::ConnectTime,
+         "did not take the connection within 0.5 seconds", 5},
+    };
+    CurlFetcher fetcher(kCurlLibrary, kTestLimits);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::unique_ptr<LocalHttpServer> server;
+        std::unique_ptr<FullQueue> queue;
+        if (c.server)
+            server = std::make_unique<LocalHttpServer>(c.server);
+        else
+            queue = std::make_unique<FullQueue>();
+        const std::string url = server ? server->Base() + "WebReg.csv" : queue->Url();
+        CountingHost host;
+        const Clock::time_point start = Clock::now();
+        EXPECT_EQ(fetcher.OpenUrlText(url, host), "");
+        const auto took = Clock::now() - start;
+        EXPECT_EQ(fetcher.Stopped(), c.stop);
+        EXPECT_LT(took, kTestLimits.total + std::chrono::milliseconds(700));
+        EXPECT_GE(host.turns, c.leastTurns);
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_NE(host.messages[0].text.find(c.message), std::string::npos)
+            << host.messages[0].text;
+        EXPECT_NE(host.messages[0].text.find("127.0.0.1"), std::string::npos);
+        EXPECT_EQ(host.messages[0].icon, Icon::Exclamation);
+    }
+    // The next fetch starts afresh.
+    LocalHttpServer good([](const std::string&) { return LocalHttpServer::Reply{200, "fine"}; });
+    CountingHost host;
+    EXPECT_EQ(fetcher.OpenUrlText(good.Base(), host), "fine");
+    EXPECT_EQ(fetcher.Stopped(), FetchStop::None);
+}
+
+// At the program's own limits an endless reply stops at 16 MB, and the memory it took stays well
+// under 100 MB.
+TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
+    LocalHttpServer server(SendForever);
+    FetchLimits limits;
+    limits.total = std::chrono::seconds(30);
+    CurlFetcher fetcher(kCurlLibrary, limits);
+    CountingHost host;
+    ResetPeakMemory();
+    const long before = MemoryKb("VmRSS:");
+    EXPECT_EQ(fetcher.OpenUrlText(server.Base(), host), "");
+    const long peak = MemoryKb("VmHWM:");
+    EXPECT_EQ(fetcher.Stopped(), FetchStop::TooLarge);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_NE(host.messages[0].text.find("is larger than 16 MB"), std::string::npos);
+    ASSERT_GT(before, 0);
+    EXPECT_LT(peak - before, 100 * 1024) << "peak " << peak << " kB, before " << before << " kB";
+    std::printf("endless reply: peak %ld kB, before %ld kB, grew %ld kB\n", peak, before,
+                peak - before);
+}
+
+// Cancel from the progress window, heard while the server is silent: no message, nothing kept.
+TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
+    LocalHttpServer server(StallHead);
+    FetchLimits limits;  // the program's own: only the cancel can end it soon
+    CurlFetcher fetcher(kCurlLibrary, limits);
+    struct CancellingHost : RecordingHost {
+        UrlFetcher* fetcher = nullptr;
+        int turns = 0;
+        void YieldEvents() override {
+            if (++turns == 4) fetcher->Cancel();
+        }
+    } host;
+    host.fetcher = &fetcher;
+    const Clock::time_point start = Clock::now();
+    EXPECT_EQ(fetcher.OpenUrlText(server.Base(), host), "");
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+    EXPECT_EQ(fetcher.Stopped(), FetchStop::Cancelled);
+    EXPECT_TRUE(host.messages.empty());
 }
 
 TEST(ReadLocalText, EndsEveryLineInCrLf) {
@@ -260,8 +451,12 @@ struct WebCourse : test::LoadedCourse {
         Load();
     }
 
-    void Sync(VerifyAnswer answer) {
-        CurlFetcher fetcher;
+    void Sync(VerifyAnswer answer, FetchLimits limits = {}) {
+        CurlFetcher fetcher(kCurlLibrary, limits);
+        Sync(answer, fetcher);
+    }
+
+    void Sync(VerifyAnswer answer, UrlFetcher& fetcher) {
         SyncWebRegistrations(course, host, grid.screen, fetcher, [&](WebSyncScreen& web) {
             web.onVerify = [&](bool automatic) {
                 verified.push_back(web.wWebList().rows.at(0) + (automatic ? " auto" : " asked"));
@@ -529,6 +724,76 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
             EXPECT_TRUE(web.host.started.empty());
             EXPECT_EQ(web.recordsUpdated, 0);
         }
+    }
+}
+
+// A server that stops answering ends the run at the first fetch: the message says why, and the
+// course is left as it was.
+TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
+    LocalHttpServer server(StallHead);
+    struct Case {
+        std::string webcode;
+    } cases[] = {
+        {server.Base() + "WebReg.csv"},  // the registration file
+        {"SQL"},                         // the service, asked per clicker
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.webcode);
+        WebCourse web(c.webcode, server.Base());
+        const size_t requests = server.Targets().size();
+        const Clock::time_point start = Clock::now();
+        web.Sync(VerifyAnswer::Accept, kTestLimits);
+        EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
+        ASSERT_EQ(web.host.messages.size(), 1u);
+        EXPECT_NE(web.host.messages[0].text.find("took longer than 1 second"), std::string::npos);
+        EXPECT_EQ(web.doneNote, "(cancelled)");
+        EXPECT_TRUE(web.host.written.empty());
+        EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
+        EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
+        EXPECT_EQ(server.Targets().size() - requests, 1u);
+    }
+}
+
+// A fetcher that only counts what it is asked.
+struct CountingFetcher : UrlFetcher {
+    std::string OpenUrlText(const std::string&, Host&) override {
+        ++fetches;
+        return {};
+    }
+    int fetches = 0;
+};
+
+// With no registration server set up, a code that needs one is said to be out of reach before
+// anything is asked; codes that name their own source go on.
+TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
+    struct Case {
+        std::string webcode;
+        bool reachable;
+    } cases[] = {
+        {"SQL", false},
+        {"", false},  // the default
+        {"demo", false},
+        {"SQL http://127.0.0.1:1/svc?c=", true},
+        {"http://127.0.0.1:1/WebReg.csv", true},
+        {"local", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.webcode);
+        WebCourse web(c.webcode, "");
+        CountingFetcher fetcher;
+        web.Sync(VerifyAnswer::Accept, fetcher);
+        if (c.reachable) {
+            EXPECT_NE(web.recordsUpdated, -1);  // the screen ran
+            continue;
+        }
+        EXPECT_EQ(fetcher.fetches, 0);
+        EXPECT_EQ(web.recordsUpdated, -1);  // no screen
+        ASSERT_EQ(web.host.messages.size(), 1u);
+        EXPECT_EQ(web.host.messages[0].text.rfind("WebSync cannot reach a registration source", 0),
+                  0u)
+            << web.host.messages[0].text;
+        EXPECT_NE(web.host.messages[0].text.find(kRegistrationBaseVariable), std::string::npos);
+        EXPECT_TRUE(web.host.written.empty());
     }
 }
 

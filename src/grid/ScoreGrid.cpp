@@ -14,27 +14,6 @@ namespace tallory {
 
 namespace {
 
-constexpr const char* kHelpCaptions[] = {
-    "Tallory shows the points of every student in every session of this course: one row per "
-    "student, one column per session, four sessions and six students at a time.",
-    "The heading of a column is the session's title, or its date when it has none. Click it to "
-    "rename or remove the session.",
-    "Set Scores under a column opens the scoring of that session: the correct answers and the "
-    "points of each choice.",
-    "A number is the student's points in the session, possibly 0. Ab (absent) means that no "
-    "clicker of the student answered in that session.",
-    "Blue names are students with a registered clicker. Red names are clickers that nobody has "
-    "registered (# and the clicker ID) and roster students who never voted.",
-    "Total is the sum of a student's points. Average divides it by the number of all sessions, "
-    "attended or not.",
-    "Previous and Next, or the bar under the grid, move one session at a time. The bar at the "
-    "right and the mouse wheel move through the students.",
-    "Show names by chooses the order of the rows: by last name or by student ID. Export marks "
-    "the sessions a grade export takes.",
-    "Tallory saves every change in the course's own files when it is made: there is nothing to "
-    "save before you exit.",
-};
-
 // Controls that stay usable while the help panel is open.
 bool UsableDuringHelp(Control control) {
     switch (control) {
@@ -79,10 +58,6 @@ int Clamp(int value, const ScrollBar& bar) {
 }
 
 }  // namespace
-
-std::span<const char* const> HelpCaptions() {
-    return kHelpCaptions;
-}
 
 std::string SessionHeading(const Course& course, int session) {
     return Left(Trim(SessionLabel(course, session)), 12);

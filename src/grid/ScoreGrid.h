@@ -2,7 +2,6 @@
 
 #include <array>
 #include <functional>
-#include <span>
 #include <string>
 
 #include "common/ControlState.h"
@@ -173,8 +172,5 @@ class ScoreGrid : public MainScreen {
     int pageNo_ = 0;
     bool busy_ = false;
 };
-
-// The text of the help panel, one entry per caption.
-std::span<const char* const> HelpCaptions();
 
 }  // namespace tallory

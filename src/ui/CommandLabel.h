@@ -16,6 +16,9 @@ class CommandLabel : public QLabel {
     void SetHoverUnderline(bool on);
     // Whether Tab reaches the label and Enter or Space act on it.
     void SetKeyboardCommand(bool on);
+    bool IsKeyboardCommand() const { return focusPolicy() != Qt::NoFocus; }
+    // Acts as a click does (a screen reader's press).
+    void Activate() { emit clicked(); }
 
   signals:
     void clicked();

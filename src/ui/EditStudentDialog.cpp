@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/FitText.h"
 #include "ui/KeyFilter.h"
 #include "ui/QtHost.h"
 
@@ -18,11 +19,11 @@ namespace {
 
 constexpr const char* kStyle = R"(
 QDialog#frmEditStudent { background: rgb(238, 240, 236); }
-QLabel#Label4 { color: #1f2a1f; font-weight: bold; font-size: 15px; }
+QLabel#Label4 { color: #1f2a1f; }
 QFrame#studentCard { background: white; border: 1px solid #c8ccc3; border-radius: 8px; }
 QFrame#studentCard QLabel { background: transparent; }
 QLabel[role="fact"] { color: #5b6358; }
-QLabel#lblStudentID { color: rgb(0, 0, 255); font-weight: bold; font-size: 14px; }
+QLabel#lblStudentID { color: rgb(0, 0, 255); }
 QLabel#lblLastName { color: #1f2a1f; }
 QLineEdit, QComboBox { padding: 3px 5px; }
 QPushButton#cmdRemove { color: #8b0000; }
@@ -49,6 +50,7 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     root->setSpacing(10);
     label4_ = new QLabel(this);
     label4_->setObjectName("Label4");
+    SetTypeSize(label4_, 11.25, true);
     root->addWidget(label4_);
 
     auto* card = new QFrame(this);
@@ -58,6 +60,7 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     facts->setHorizontalSpacing(10);
     lblStudentID_ = new QLabel(card);
     lblStudentID_->setObjectName("lblStudentID");
+    SetTypeSize(lblStudentID_, 10.5, true);
     lblLastName_ = new QLabel(card);
     lblLastName_->setObjectName("lblLastName");
     facts->addWidget(Caption(card, "Student ID"), 0, 0);

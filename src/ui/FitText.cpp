@@ -113,6 +113,13 @@ void Forget(QLayoutItem* item) {
 
 }  // namespace
 
+void SetTypeSize(QWidget* widget, double points, bool bold) {
+    QFont font = widget->font();
+    font.setBold(bold);
+    font.setPointSizeF(points);
+    widget->setFont(font);
+}
+
 void FontScale::Add(QWidget* widget, double points, bool bold) {
     QFont font = widget->font();
     font.setBold(bold);

@@ -11,6 +11,10 @@ namespace tallory {
 // them all at one ratio; a text that would still run past its cell shrinks on its own, and past a
 // floor it is cut short with "..." and its whole text goes into the tip.
 
+// Sets a widget's own size of type (bold when asked), which a window's scale then grows or shrinks
+// with the rest; a size set in a style sheet would hold against every scale.
+void SetTypeSize(QWidget* widget, double points, bool bold = false);
+
 // The widgets of a window whose type grows and shrinks together.
 class FontScale {
   public:

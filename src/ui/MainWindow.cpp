@@ -3,13 +3,16 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStyle>
@@ -22,6 +25,7 @@
 #include "export/Export.h"
 #include "ui/ClassViewWindow.h"
 #include "ui/CommandLabel.h"
+#include "ui/HelpText.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/OverviewWindow.h"
 #include "ui/QtHost.h"
@@ -56,6 +60,7 @@ QLabel#lblCMS { background: #dfe6f3; color: #234; border-radius: 10px; padding: 
 QLabel#lblSubject { color: #1b2b1b; }
 QFrame#PicHelp { background: #fffef4; border: 1px solid #c9c48a; border-radius: 8px; }
 QFrame#PicHelp QLabel { color: #2b2b1f; }
+QScrollArea#helpScroll, QScrollArea#helpScroll > QWidget, QWidget#helpPage { background: transparent; }
 )";
 
 // Font sizes in points at the window's design height. Points grow with the screen's pixels per
@@ -79,6 +84,9 @@ constexpr Layout kLargeFontLayout{{816, 600}, {12, 8, 12, 8}};
 // type then shrinks with it, down to this share of the designed size.
 constexpr QSize kSmallestWindow(320, 240);
 constexpr double kSmallestRatio = 0.3;
+
+// Students one notch of the mouse wheel moves.
+constexpr int kStudentsPerNotch = 3;
 
 void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
     if (widget->property(name) == value) return;
@@ -144,6 +152,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
 
     BindControls();
     SetTabOrder();
+    NameForScreenReaders();
     grid_.onChanged = [this] { Repaint(); };
 
     resize(layout.design);
@@ -209,8 +218,8 @@ void MainWindow::BuildHeader(QVBoxLayout* root) {
 
     auto* tools = new QHBoxLayout;
     tools->setSpacing(8);
-    auto* showBy = new QLabel("Show names by", this);
-    Scale(showBy, kTextPoints);
+    showBy_ = new QLabel("Show names by", this);
+    Scale(showBy_, kTextPoints);
     cmbDisplayName_ = new QComboBox(this);
     cmbDisplayName_->setObjectName("cmbDisplayName");
     cmbDisplayName_->addItems({"Last Name", "Student ID"});
@@ -230,7 +239,7 @@ void MainWindow::BuildHeader(QVBoxLayout* root) {
             [this] { Guarded([&] { grid_.PreviousClick(); }); });
     connect(lblNext_, &CommandLabel::clicked, this,
             [this] { Guarded([&] { grid_.NextClick(); }); });
-    tools->addWidget(showBy);
+    tools->addWidget(showBy_);
     tools->addWidget(cmbDisplayName_);
     tools->addStretch(1);
     tools->addWidget(lblPrevious_);
@@ -361,8 +370,14 @@ void MainWindow::BuildFooter(QVBoxLayout* root) {
     cmdExit_ = new QPushButton("Exit", this);
     cmdExit_->setObjectName("cmdExit");
     for (QPushButton* button : {cmdHelp_, cmdExit_}) Scale(button, kTextPoints);
-    connect(cmdHelp_, &QPushButton::clicked, this,
-            [this] { Guarded([&] { grid_.ToggleHelp(); }); });
+    connect(cmdHelp_, &QPushButton::clicked, this, [this] {
+        Guarded([&] { grid_.ToggleHelp(); });
+        // The keyboard follows: into the help text to scroll it, back to Help when it closes.
+        if (grid_.View().HelpOpen())
+            helpScroll_->setFocus(Qt::OtherFocusReason);
+        else
+            cmdHelp_->setFocus(Qt::OtherFocusReason);
+    });
     connect(cmdExit_, &QPushButton::clicked, this, [this] { Exit(); });
     lblSessionSummaryReport_ = MakeLink("HTML Reports", "lblSessionSummaryReport");
     lblTermSummaryReport_ = MakeLink("Term Summary Report", "lblTermSummaryReport");
@@ -442,21 +457,46 @@ void MainWindow::BuildHelp() {
     picHelp_ = new QFrame(this);
     picHelp_->setObjectName("PicHelp");
     auto* layout = new QVBoxLayout(picHelp_);
-    layout->setContentsMargins(24, 18, 24, 18);
+    layout->setContentsMargins(24, 18, 12, 18);
     layout->setSpacing(8);
     auto* title = new QLabel("Tallory Help", picHelp_);
     title->setObjectName("LblHelpTitle");
     helpFonts_.Add(title, kTitlePoints - 3, true);
     layout->addWidget(title);
-    for (const char* text : HelpCaptions()) {
-        auto* label = new QLabel(QString::fromUtf8(text), picHelp_);
+    // The text keeps the window's type and scrolls within the panel, rather than shrink until it
+    // fits and can no longer be read.
+    helpScroll_ = new QScrollArea(picHelp_);
+    helpScroll_->setObjectName("helpScroll");
+    helpScroll_->setFrameShape(QFrame::NoFrame);
+    helpScroll_->setWidgetResizable(true);
+    helpScroll_->setFocusPolicy(Qt::StrongFocus);
+    auto* page = new QWidget(helpScroll_);
+    page->setObjectName("helpPage");
+    auto* text = new QVBoxLayout(page);
+    text->setContentsMargins(0, 0, 12, 0);
+    text->setSpacing(6);
+    for (const HelpParagraph& paragraph : MainWindowHelp(course_)) {
+        if (paragraph.kind == HelpParagraph::Folder) {
+            // A path runs as long as it likes; in a box it can be read whole and copied.
+            helpFolder_ = new QLineEdit(paragraph.text, page);
+            helpFolder_->setObjectName("txtHelpFolder");
+            helpFolder_->setReadOnly(true);
+            helpFonts_.Add(helpFolder_, kTextPoints);
+            text->addWidget(helpFolder_);
+            continue;
+        }
+        const bool heading = paragraph.kind == HelpParagraph::Heading;
+        auto* label = new QLabel(paragraph.text, page);
         label->setObjectName(QString("LblHelpCaption%1").arg(lblHelpCaption_.size()));
         label->setWordWrap(true);
-        helpFonts_.Add(label, kTextPoints);
-        layout->addWidget(label);
+        if (heading) text->addSpacing(8);
+        helpFonts_.Add(label, heading ? kTextPoints + 1 : kTextPoints, heading);
+        text->addWidget(label);
         lblHelpCaption_.push_back(label);
     }
-    layout->addStretch(1);
+    text->addStretch(1);
+    helpScroll_->setWidget(page);
+    layout->addWidget(helpScroll_, 1);
     picHelp_->hide();
 }
 
@@ -522,6 +562,7 @@ void MainWindow::ApplyScale() {
     const double wanted =
         std::min(1.0 * height() / design_.height(), 1.0 * width() / design_.width());
     FitLayout(this, fonts_, size(), wanted, kSmallestRatio);
+    SetDialogTypeRatio(fonts_.Ratio());
     // The cells take their new sizes now, so that their type is fitted to the cells it will have.
     layout()->activate();
     gridFrame_->layout()->activate();
@@ -550,18 +591,28 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::wheelEvent(QWheelEvent* event) {
     const int rotation = event->angleDelta().y();
     if (rotation == 0) return QWidget::wheelEvent(event);
-    if (!grid_.View().studentScroll.enabled) return;
-    Guarded([&] { grid_.MouseWheel(rotation); });
     event->accept();
+    if (!grid_.View().studentScroll.enabled) return;
+    // Three students a notch, as lists elsewhere on the desktop move; a fine-grained wheel or
+    // touchpad adds its small turns up until they make a student.
+    wheelTurn_ += rotation;
+    const int students = wheelTurn_ * kStudentsPerNotch / QWheelEvent::DefaultDeltasPerStep;
+    wheelTurn_ -= students * QWheelEvent::DefaultDeltasPerStep / kStudentsPerNotch;
+    MoveStudents(-students);
+}
+
+void MainWindow::MoveStudents(int step) {
+    const ScrollBar& students = grid_.View().studentScroll;
+    if (step == 0 || !students.visible || !students.enabled) return;
+    const int value = std::clamp(students.value + step, students.minimum, students.maximum);
+    if (value != students.value) Guarded([&] { grid_.StudentScrollChanged(value); });
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
     // Keys that the control with the focus leaves alone move the grid's view.
     static constexpr std::pair<int, GridKey> kKeys[] = {
-        {Qt::Key_Left, GridKey::Left},     {Qt::Key_Right, GridKey::Right},
-        {Qt::Key_Up, GridKey::Up},         {Qt::Key_Down, GridKey::Down},
-        {Qt::Key_PageUp, GridKey::PageUp}, {Qt::Key_PageDown, GridKey::PageDown},
-        {Qt::Key_Home, GridKey::Home},     {Qt::Key_End, GridKey::End},
+        {Qt::Key_Left, GridKey::Left}, {Qt::Key_Right, GridKey::Right}, {Qt::Key_Up, GridKey::Up},
+        {Qt::Key_Down, GridKey::Down}, {Qt::Key_Home, GridKey::Home},   {Qt::Key_End, GridKey::End},
     };
     if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
         // Enter presses the button with the focus, as Space does: a window's buttons have no
@@ -571,6 +622,12 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
             enter && button && isAncestorOf(button) && button->isEnabled()) {
             event->accept();
             button->click();
+            return;
+        }
+        // A Page key moves by the six rows the grid shows, as the bar's own page does.
+        if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown) {
+            event->accept();
+            MoveStudents(event->key() == Qt::Key_PageDown ? kGridRows : -kGridRows);
             return;
         }
         for (const auto& [code, key] : kKeys) {
@@ -590,10 +647,59 @@ void MainWindow::SetTabOrder() {
     for (QPushButton* edit : cmdEdit_) order.push_back(edit);
     for (QCheckBox* mark : chkExport_) order.push_back(mark);
     for (QWidget* widget : std::initializer_list<QWidget*>{
-             cmdViewAll_, CmdWebUpdate_, cmdExportAll_, cmdExportSelected_, cmdHelp_,
-             lblSessionSummaryReport_, lblTermSummaryReport_, lblSyncWebRegn_, cmdExit_, lblExit_})
+             cmdViewAll_, CmdWebUpdate_, cmdExportAll_, cmdExportSelected_, cmdHelp_, helpScroll_,
+             helpFolder_, lblSessionSummaryReport_, lblTermSummaryReport_, lblSyncWebRegn_,
+             cmdExit_, lblExit_})
         order.push_back(widget);
     for (size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+}
+
+void MainWindow::NameForScreenReaders() {
+    cmbDisplayName_->setAccessibleName("Show names by");
+    showBy_->setBuddy(cmbDisplayName_);
+    hscrlSession_->setAccessibleName("Sessions");
+    vscrlStudent_->setAccessibleName("Students");
+    picHelp_->setAccessibleName("Tallory Help");
+    helpScroll_->setAccessibleName("Help text");
+    helpScroll_->verticalScrollBar()->setAccessibleName("Scroll the help text");
+    helpScroll_->horizontalScrollBar()->setAccessibleName("Scroll the help text sideways");
+    helpFolder_->setAccessibleName("Course folder");
+    lblCMS_->setAccessibleDescription(lblCMS_->toolTip());
+    lblPrevious_->setAccessibleName("Previous session");
+    lblNext_->setAccessibleName("Next session");
+    lblExit_->setAccessibleName("Exit");
+}
+
+void MainWindow::NameCells() {
+    // A screen reader hears a cell as whose score, of which session, it is: the grid's rows and
+    // columns are labels laid out by hand, not a table it could ask.
+    const GridView& view = grid_.View();
+    auto shown = [](const ControlState& state) { return DisplayString(Trim(state.text)); };
+    for (int c = 0; c < kGridColumns; ++c) {
+        const QString session = shown(view.lblSession[c * kLabelsPerColumn]);
+        lblSession_[c * kLabelsPerColumn]->setAccessibleName(
+            session.isEmpty() ? QString() : "Session " + session);
+        cmdEdit_[c]->setAccessibleName("Set Scores, " + session);
+        chkExport_[c]->setAccessibleName("Export " + session);
+        for (int r = 1; r <= kGridRows; ++r) {
+            const QString student = shown(view.lblStudentName[r]);
+            const QString score = shown(view.lblSession[c * kLabelsPerColumn + r]);
+            QString name;
+            if (!student.isEmpty() && !session.isEmpty() && !score.isEmpty())
+                name = student + ", " + session + ", " +
+                       (grid_.HoverOf(c * kLabelsPerColumn + r).tip.empty() ? "score " + score
+                                                                            : QString("absent"));
+            lblSession_[c * kLabelsPerColumn + r]->setAccessibleName(name);
+        }
+    }
+    for (int r = 1; r <= kGridRows; ++r) {
+        const QString student = shown(view.lblStudentName[r]);
+        lblStudentName_[r]->setAccessibleName(student.isEmpty() ? QString() : "Student " + student);
+        lblTotal_[r]->setAccessibleName(
+            student.isEmpty() ? QString() : student + ", total " + shown(view.lblTotal[r]));
+        lblAverage_[r]->setAccessibleName(
+            student.isEmpty() ? QString() : student + ", " + shown(view.lblAverage[r]));
+    }
 }
 
 void MainWindow::PaintKeyboardCommands() {
@@ -620,7 +726,15 @@ void MainWindow::BindControls() {
     binding_.Bind(cmdHelp_, view.cmdHelp, true);
     binding_.Bind(cmdExit_, view.CmdExit);
     binding_.Bind(picHelp_, view.PicHelp);
-    for (QLabel* caption : lblHelpCaption_) binding_.Bind(caption, view.LblHelpCaption);
+    // The help's paragraphs keep their own text: the state holds whether they show and act.
+    for (QLabel* caption : lblHelpCaption_)
+        binding_.Bind(static_cast<QWidget*>(caption), view.LblHelpCaption);
+    // The window's commands that the grid keeps no state of go with the name order: off while
+    // the help panel is open, like every control but the help and the ways out.
+    for (QWidget* command : std::initializer_list<QWidget*>{
+             cmdExportAll_, cmdExportSelected_, CmdWebUpdate_, lblSessionSummaryReport_,
+             lblTermSummaryReport_, lblSyncWebRegn_, showBy_})
+        binding_.Bind(command, view.cmbDisplayName);
     for (int index = 0; index < kSessionLabels; ++index)
         binding_.Bind(lblSession_[index], view.lblSession[index]);
     for (int r = 1; r <= kGridRows; ++r) {
@@ -662,15 +776,22 @@ void MainWindow::Repaint() {
         const QSignalBlocker block(bar);
         bar->setRange(state->minimum, state->maximum);
         bar->setSingleStep(state->smallChange);
-        bar->setPageStep(state->largeChange);
+        // The students' bar pages by the rows the grid shows.
+        bar->setPageStep(bar == vscrlStudent_ ? kGridRows : state->largeChange);
         bar->setValue(state->value);
         bar->setVisible(state->visible);
         bar->setEnabled(state->enabled);
     }
     PaintKeyboardCommands();
+    NameCells();
     // New texts may be wider than the old ones.
     FitGrid();
-    if (view.HelpOpen()) PlaceHelp();
+    if (view.HelpOpen()) {
+        // The folder the course was opened from, which the start may have chosen after the
+        // window was built.
+        helpFolder_->setText(QDir::toNativeSeparators(DisplayString(course_.AppPath)));
+        PlaceHelp();
+    }
 }
 
 }  // namespace tallory

@@ -14,6 +14,8 @@ class QCheckBox;
 class QComboBox;
 class QFrame;
 class QLabel;
+class QLineEdit;
+class QScrollArea;
 class QPushButton;
 class QScrollBar;
 class QVBoxLayout;
@@ -38,6 +40,8 @@ class MainWindow : public QWidget {
     void Load();
 
     ScoreGrid& Grid() { return grid_; }
+    // The share of its designed size at which the window shows its type.
+    double TypeRatio() const { return fonts_.Ratio(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -66,7 +70,12 @@ class MainWindow : public QWidget {
     void SetTabOrder();
     // Tab reaches a heading or a name only while it opens something.
     void PaintKeyboardCommands();
+    // Names a screen reader speaks where a control's caption alone says too little.
+    void NameForScreenReaders();
+    void NameCells();
     void Repaint();
+    // Moves the student rows by `step` (down when positive), as the bar at the right would.
+    void MoveStudents(int step);
     void Guarded(const std::function<void()>& command);
 
     void OnHeading(int index);
@@ -112,10 +121,15 @@ class MainWindow : public QWidget {
     QPushButton* cmdViewAll_ = nullptr;
     QFrame* picHelp_ = nullptr;
     std::vector<QLabel*> lblHelpCaption_;
+    QScrollArea* helpScroll_ = nullptr;
+    QLineEdit* helpFolder_ = nullptr;
+    QLabel* showBy_ = nullptr;
     // The window's type, and apart from it the help panel's, which fits the panel.
     FontScale fonts_;
     FontScale helpFonts_;
     std::vector<CellGroup> cellGroups_;
+    // Wheel turns not yet a whole student.
+    int wheelTurn_ = 0;
 };
 
 }  // namespace tallory

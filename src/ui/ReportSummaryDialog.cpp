@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "ui/CommandLabel.h"
+#include "ui/FitText.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -16,7 +17,7 @@ namespace {
 
 constexpr const char* kStyle = R"(
 QDialog#FrmReportSummay { background: rgb(248, 249, 245); }
-QLabel#Label1 { color: #1b2b1b; font-size: 16pt; font-weight: bold; }
+QLabel#Label1 { color: #1b2b1b; }
 QLabel[role="link"] { color: #1d5fbf; font-weight: bold; }
 QLabel[role="text"] { color: #2b2b1f; }
 )";
@@ -45,6 +46,7 @@ ReportSummaryDialog::ReportSummaryDialog(ReportSummaryScreen& screen, QWidget* p
     layout->setSpacing(10);
     auto* heading = new QLabel(this);
     heading->setObjectName("Label1");
+    SetTypeSize(heading, 16, true);
     binding_.Bind(heading, controls.Label1);
     layout->addWidget(heading);
     auto text = [&](const ControlState& state, const char* name) {

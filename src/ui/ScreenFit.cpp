@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <algorithm>
+#include <cmath>
 
 #include "ui/FitText.h"
 
@@ -19,6 +20,26 @@ namespace {
 constexpr QMargins kUsualFrame(4, 30, 4, 4);
 // Type never shrinks below this share of its size to make a window fit.
 constexpr double kSmallestType = 0.5;
+
+// The main window's ratio of type, and the property that holds the ratio a dialog's type was
+// last shown at.
+double dialogTypeRatio = 1;
+constexpr const char* kTypeRatio = "dialogTypeRatio";
+
+// Brings the dialog's type to the main window's ratio, from whatever ratio it had when last shown.
+void ScaleType(QDialog* dialog) {
+    const QVariant shownAt = dialog->property(kTypeRatio);
+    const double from = shownAt.isValid() ? shownAt.toDouble() : 1.0;
+    const double to = std::max(1.0, dialogTypeRatio);
+    if (std::abs(to - from) < 0.005) return;
+    FontScale fonts;
+    fonts.AddTree(dialog);
+    fonts.Apply(to / from);
+    dialog->setProperty(kTypeRatio, to);
+    // The dialog grows with its type, as the main window does; the fit to the screen follows.
+    if (QLayout* layout = dialog->layout()) layout->activate();
+    dialog->resize((QSizeF(dialog->size()) * (to / from)).toSize().expandedTo(dialog->sizeHint()));
+}
 
 QMargins FrameOf(const QWidget* window) {
     const QRect frame = window->frameGeometry();
@@ -44,6 +65,7 @@ class ShowFilter : public QObject {
         if (!dialog || !dialog->isWindow()) return false;
         // Before the dialog comes up, so that it comes up fitted; once it is up, again for what
         // the dialog's own showing changed (a message box sizes itself to its text then).
+        if (type == QEvent::Show) ScaleType(dialog);
         FitToScreen(dialog, type == QEvent::ShowToParent);
         return false;
     }
@@ -106,6 +128,10 @@ void FitToScreen(QWidget* window, bool shown) {
     framed.moveTop(std::clamp(framed.top(), area.top(),
                               std::max(area.top(), area.bottom() + 1 - framed.height())));
     if (framed.topLeft() != window->pos()) window->move(framed.topLeft());
+}
+
+void SetDialogTypeRatio(double ratio) {
+    dialogTypeRatio = ratio;
 }
 
 void InstallScreenFit() {

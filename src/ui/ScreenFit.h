@@ -31,4 +31,10 @@ void FitToScreen(QWidget* window, bool shown = true);
 // From now on every dialog and message box is fitted to its screen as it is shown.
 void InstallScreenFit();
 
+// Dialogs show their type as the main window does: `ratio` is the share of its designed size at
+// which the main window shows its type. A dialog shown from now on takes it when it is above 1
+// (a large screen, a large window); below, the dialog keeps its own size of type, which a small
+// screen shrinks as it needs.
+void SetDialogTypeRatio(double ratio);
+
 }  // namespace tallory

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "grid/ScoreGrid.h"
+#include "ui/FitText.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -16,7 +17,7 @@ namespace {
 // The web registrations stand in the yellow box the screen's text speaks of.
 constexpr const char* kStyle = R"(
 QDialog#frmWebSync { background: rgb(238, 240, 236); }
-QLabel#wNote { color: #1f2a1f; font-size: 11pt; }
+QLabel#wNote { color: #1f2a1f; }
 QLabel#wWhich { color: #5b6358; }
 QLabel[role="caption"] { color: #5b6358; font-weight: bold; }
 QListWidget#wWebList { background: rgb(255, 254, 166); border: 1px solid #c9c48a; }
@@ -38,6 +39,7 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     root->setSpacing(10);
     wNote_ = new QLabel(this);
     wNote_->setObjectName("wNote");
+    SetTypeSize(wNote_, 11);
     wNote_->setWordWrap(true);
     wNote_->setMinimumHeight(64);
     wNote_->setAlignment(Qt::AlignLeft | Qt::AlignTop);

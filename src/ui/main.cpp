@@ -13,6 +13,7 @@
 #include "common/CourseLock.h"
 #include "common/Paths.h"
 #include "start/ProgramStart.h"
+#include "ui/Accessibility.h"
 #include "ui/CourseListDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -67,6 +68,7 @@ int main(int argc, char** argv) {
         ChooseStartPlace(invokedAs, currentFolder, arguments, installation, HomeFolder());
     const std::string& programFolder = place.programFolder;
     InstallScreenFit();
+    InstallAccessibility();
 
     auto course = std::make_unique<Course>();
     course->ProgramFolder = programFolder;

@@ -82,6 +82,27 @@ bool IsSqlCode(std::string_view code) {
     return Trim(code).size() <= 1 || StartsWithNoCase(code, "SQL");
 }
 
+std::string UnreachableSourceMessage(std::string_view code, std::string_view serviceBase) {
+    if (!TrimView(serviceBase).empty()) return {};
+    const std::string shown = Trim(code);
+    std::string what;
+    if (IsSqlCode(code) && shown.size() <= 5)
+        what = "asks the registration service";
+    else if (!IsSqlCode(code) && !StartsWithNoCase(code, "http://") &&
+             !StartsWithNoCase(code, "https://") && !StartsWithNoCase(code, "local"))
+        what = "names a school's file on the registration server";
+    else
+        return {};
+    return "WebSync cannot reach a registration source: the course's web code \"" + shown + "\" " +
+           what + ", and no registration server is set up on this computer (" +
+           kRegistrationBaseVariable +
+           "). Nothing was asked of the network and nothing was changed.\r\n\r\nTo register "
+           "clickers from the web, set the webcode setting of the course to the address of a "
+           "registration file (http://...), or to \"local\" for the file WebReg.dat in the "
+           "course folder, or set " +
+           kRegistrationBaseVariable + " to the registration server's address.";
+}
+
 std::string RemoteLookupKey(std::string_view remote) {
     std::string key(remote);
     if (key.size() < kServiceRemoteLength) key.insert(0, kServiceRemoteLength - key.size(), '0');
@@ -106,6 +127,8 @@ std::string WebRegLookup(const Course& course, Host& host, WebRegistrations& reg
         regs.WebRegLoaded = true;
         regs.WebRegReply =
             FetchRegistrationFile(course, host, regs.WebCode, regs.serviceBase, fetcher);
+        // A fetch given up (too slow, too large, cancelled) has said why already.
+        if (fetcher.Stopped() != FetchStop::None) return {};
         // A server's error page, or next to nothing: the file could not be had. The copy stays,
         // so the rest of the run looks in it without asking again.
         if (regs.WebRegReply.find("Object not found") != std::string::npos) {

@@ -55,6 +55,11 @@ std::string WebCodeSetting(const Course& course);
 // True when the code asks the web service, directly or through a URL that follows "SQL".
 bool IsSqlCode(std::string_view code);
 
+// Why WebSync cannot reach the source that the web code names: the code needs the registration
+// server (the service, or a school's file on it) and `serviceBase` names none. Empty when the
+// source can be asked (a URL, WebReg.dat, a server named by the code or the base).
+std::string UnreachableSourceMessage(std::string_view code, std::string_view serviceBase);
+
 // A remote as the service wants it: at least 8 characters, "0" in front.
 std::string RemoteLookupKey(std::string_view remote);
 

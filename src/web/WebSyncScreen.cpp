@@ -137,6 +137,7 @@ void WebSyncScreen::NextStudent() {
         }
         wList_.Clear();
         FetchRegistrationsForStudent(course_, host_, regs_, fetcher_, currentStudent_);
+        if (GaveUpFetch()) return;
         if (hidden_ || regs_.WebMatchCount < 1) continue;
         SetState(State::Verify);
         // One web registration and one roster student without a clicker: no question asked.
@@ -203,12 +204,24 @@ void WebSyncScreen::ConfirmRegisteredRemotes() {
         Changed();
         host_.YieldEvents();
         CheckRemoteWebRegistration(course_, host_, regs_, fetcher_, remote);
+        if (GaveUpFetch()) return;
     }
+}
+
+bool WebSyncScreen::GaveUpFetch() {
+    if (fetcher_.Stopped() == FetchStop::None || hidden_) return hidden_;
+    // Every later fetch would wait as long again: the run ends as a cancelled one does, and writes
+    // nothing.
+    cancelled_ = true;
+    hidden_ = true;
+    SetState(State::Welcome);
+    return true;
 }
 
 void WebSyncScreen::wSyncClick() {
     if (!wSync_.visible || !wSync_.enabled || hidden_) return;
     currentStudent_ = -1;
+    fetcher_.Reset();
     regs_.NumWebRegs = 0;
     regs_.RecordsUpdated = 0;
     NextStudent();
@@ -229,6 +242,8 @@ void WebSyncScreen::wIgnoreClick() {
 }
 
 void WebSyncScreen::wCancelClick() {
+    // A fetch under way (this click came from its events) stops at once.
+    fetcher_.Cancel();
     cancelled_ = NormalKey(wCancel_.text) == "CANCEL";
     hidden_ = true;
     SetState(State::Welcome);
@@ -276,7 +291,14 @@ void SyncWebRegistrations(Course& course, Host& host, MainScreen& screen, UrlFet
             return;
         }
     }
-    WebSyncScreen web(course, host, fetcher, RegistrationServiceBase());
+    // Say at once when nothing can be asked, rather than walk every clicker to no answer.
+    const std::string serviceBase = RegistrationServiceBase();
+    const std::string unreachable = UnreachableSourceMessage(WebCodeSetting(course), serviceBase);
+    if (!unreachable.empty()) {
+        host.Message(unreachable, kProgramTitle, Icon::Exclamation);
+        return;
+    }
+    WebSyncScreen web(course, host, fetcher, serviceBase);
     showModal(web);
     // A cancelled run keeps its accepted registrations in memory only, until the next reload.
     if (web.Cancelled()) return;

@@ -83,6 +83,9 @@ class WebSyncScreen {
   private:
     void Changed();
     bool AcceptsByItself() const;
+    // After a fetch: true when the run is over, because the screen was closed or the fetch was
+    // given up (too slow, too large, cancelled), which ends the run as Cancel does.
+    bool GaveUpFetch();
     void Accept();
 
     Course& course_;

@@ -1,16 +1,26 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QRegularExpression>
 #include <QScrollBar>
+#include <QTest>
 #include <QWheelEvent>
+#include <map>
+#include <set>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
+#include "ui/Accessibility.h"
+#include "ui/CommandLabel.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
@@ -107,6 +117,147 @@ TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
     EXPECT_FALSE(Find(window, "lblSession0")->isEnabled());
     EXPECT_TRUE(Find<QWidget>(window, "cmdExit")->isEnabled());
     EXPECT_FALSE(Find<QWidget>(window, "cmdEdit0")->isVisible());
+}
+
+// Controls a person can work: buttons, boxes, lists, bars, and the labels that act.
+bool Actionable(const QWidget* widget) {
+    if (auto* label = qobject_cast<const CommandLabel*>(widget)) return label->IsKeyboardCommand();
+    return qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QComboBox*>(widget) ||
+           qobject_cast<const QScrollBar*>(widget) || qobject_cast<const QLineEdit*>(widget);
+}
+
+bool Within(const QWidget* widget, const QWidget* outer) {
+    for (const QWidget* up = widget; up; up = up->parentWidget())
+        if (up == outer) return true;
+    return false;
+}
+
+TEST(MainWindow, HelpExplainsTheWindowAndLeavesOnlyTheWaysOutAndTheColumns) {
+    test::CourseWindow opened(WriteCourse);
+    MainWindow& window = *opened.window;
+    std::map<QWidget*, bool> before;
+    for (QWidget* widget : window.findChildren<QWidget*>())
+        if (Actionable(widget) && widget->window() == &window) before[widget] = widget->isEnabled();
+
+    Find<QAbstractButton>(window, "cmdHelp")->click();
+    QWidget* panel = Find<QWidget>(window, "PicHelp");
+    ASSERT_TRUE(panel->isVisible());
+    QString text;
+    for (QLabel* label : panel->findChildren<QLabel*>()) text += label->text() + "\n";
+    // What the grid shows, each command, and where the course is.
+    for (const char* words :
+         {"Ab means absent", "Blue names", "Red names", "Average", "Set Scores", "Export Selected",
+          "Unregistered Clickers", "Whole Class", "HTML Reports", "Term Summary Report",
+          "Sync Web Registrations", "Web Update", "Show names by", "Roster.txt", "SessionData"})
+        EXPECT_TRUE(text.contains(words)) << words;
+    EXPECT_EQ(Find<QLineEdit>(window, "txtHelpFolder")->text(),
+              QDir::toNativeSeparators(QString::fromStdString(opened.folder.Path())));
+
+    // Open: the help, the exits and the columns' own controls (as they were); nothing else.
+    const std::set<QString> waysOut = {"cmdHelp", "cmdExit", "lblExit"};
+    const QRegularExpression column("^(cmdEdit|chkExport|lblSession)\\d+$");
+    auto keepsItsState = [&](const QString& name) { return column.match(name).hasMatch(); };
+    for (const auto& [widget, enabled] : before) {
+        const QString name = widget->objectName();
+        if (Within(widget, panel) || waysOut.count(name))
+            EXPECT_TRUE(widget->isEnabled()) << name.toStdString();
+        else if (keepsItsState(name))
+            EXPECT_EQ(widget->isEnabled(), enabled) << name.toStdString();
+        else
+            EXPECT_FALSE(widget->isEnabled()) << name.toStdString() << " usable under the help";
+    }
+    // Closed: as before.
+    Find<QAbstractButton>(window, "cmdHelp")->click();
+    EXPECT_FALSE(panel->isVisible());
+    for (const auto& [widget, enabled] : before)
+        EXPECT_EQ(widget->isEnabled(), enabled) << widget->objectName().toStdString();
+}
+
+// Twenty students: three a notch of the wheel, a page of six per Page key.
+void WriteClass(const TempCourse& folder) {
+    test::LogPlan plan;
+    for (int i = 10; i < 30; ++i)
+        plan.voters.push_back({"#B" + std::to_string(i), "S" + std::to_string(i), {"A"}});
+    folder.WriteLog(test::SeptemberLog(1), plan);
+}
+
+TEST(MainWindow, TheWheelMovesThreeStudentsANotchAndPageKeysAPage) {
+    test::CourseWindow opened(WriteClass);
+    MainWindow& window = *opened.window;
+    auto* students = Find<QScrollBar>(window, "vscrlStudent");
+    ASSERT_EQ(students->maximum(), 14);
+    auto wheel = [&](int delta) {
+        QWheelEvent event(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
+                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&window, &event);
+        return students->value();
+    };
+    auto key = [&](Qt::Key code) {
+        QTest::keyClick(&window, code);
+        return students->value();
+    };
+    EXPECT_EQ(wheel(-120), 3);
+    EXPECT_EQ(wheel(-120), 6);
+    EXPECT_EQ(Text(window, "lblStudentName1"), " S16");
+    EXPECT_EQ(wheel(120), 3);
+    // A fine wheel's small turns add up.
+    EXPECT_EQ(wheel(-20), 3);
+    EXPECT_EQ(wheel(-20), 4);
+    EXPECT_EQ(wheel(-80), 6);
+    EXPECT_EQ(key(Qt::Key_PageDown), 12);
+    EXPECT_EQ(key(Qt::Key_PageDown), 14);  // no further than the last student
+    EXPECT_EQ(key(Qt::Key_PageUp), 8);
+    EXPECT_EQ(wheel(600), 0);
+    // The bar's own page is the same six rows.
+    students->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    EXPECT_EQ(students->value(), 6);
+}
+
+// What a screen reader hears of the grid, and that nothing it can work is nameless.
+TEST(MainWindow, EveryControlHasANameAndCellsSayWhoseScoreOfWhichSession) {
+    InstallAccessibility();
+    test::CourseWindow opened(WriteCourse);
+    MainWindow& window = *opened.window;
+    auto spoken = [](QWidget* widget) {
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+        return std::pair{face->role(), face->text(QAccessible::Name)};
+    };
+    EXPECT_EQ(spoken(Find(window, "lblSession1")),
+              std::pair(QAccessible::StaticText, QString("S1, 09/02/2026, score 2")));
+    EXPECT_EQ(spoken(Find(window, "lblSession3")),
+              std::pair(QAccessible::StaticText, QString("S3, 09/02/2026, score 0")));
+    EXPECT_EQ(spoken(Find(window, "lblSession0")),
+              std::pair(QAccessible::Button, QString("Session 09/02/2026")));
+    EXPECT_EQ(spoken(Find(window, "lblStudentName1")),
+              std::pair(QAccessible::Button, QString("Student S1")));
+    EXPECT_EQ(spoken(Find(window, "lblSyncWebRegn")),
+              std::pair(QAccessible::Button, QString("Sync Web Registrations")));
+    EXPECT_EQ(spoken(Find<QWidget>(window, "chkExport1")),
+              std::pair(QAccessible::CheckBox, QString("Export 09/03/2026")));
+    EXPECT_EQ(spoken(Find<QWidget>(window, "vscrlStudent")).second, "Students");
+    QWheelEvent down(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
+                     QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&window, &down);
+    EXPECT_EQ(spoken(Find(window, "lblSession27")).second, "S7, 09/05/2026, absent");
+
+    // A press through the reader acts as a click.
+    QAccessibleInterface* previous =
+        QAccessible::queryAccessibleInterface(Find(window, "lblPrevious"));
+    ASSERT_TRUE(previous->actionInterface());
+    previous->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(Text(window, "lblSession0"), "09/01/2026");
+
+    // Every control shown that a person can work has a name, help panel included.
+    Find<QAbstractButton>(window, "cmdHelp")->click();
+    int walked = 0;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (!widget->isVisible() || !Actionable(widget) || widget->window() != &window) continue;
+        ++walked;
+        EXPECT_FALSE(spoken(widget).second.trimmed().isEmpty())
+            << widget->metaObject()->className() << " " << widget->objectName().toStdString()
+            << " in " << widget->parentWidget()->objectName().toStdString();
+    }
+    EXPECT_GT(walked, 25);
 }
 
 }  // namespace

@@ -183,6 +183,23 @@ void ExpectReadable(QWidget& window) {
     EXPECT_GT(measured, 0) << name;
 }
 
+// A dialog shows its type as the main window does where the window's is larger than designed:
+// never larger than the window's, larger than its own where the window's is, and for a `small`
+// dialog, which fits any screen at that size, just as large.
+void ExpectTypeLikeTheWindow(const QDialog& dialog, const MainWindow& window, bool small) {
+    const double wanted = std::max(1.0, window.TypeRatio());
+    const double shown = dialog.font().pointSizeF() / QApplication::font().pointSizeF();
+    const std::string name = dialog.objectName().toStdString();
+    EXPECT_LE(shown, wanted * 1.02) << name;
+    if (wanted > 1.05) {
+        EXPECT_GT(shown, 1.0) << name << " kept its type while the window's grew";
+        if (small) {
+            EXPECT_NEAR(shown, wanted, wanted * 0.02) << name;
+        }
+    }
+    std::printf("%s: type at %.2f, the window's at %.2f\n", name.c_str(), shown, wanted);
+}
+
 // Opens the dialog that `open` starts, measures it, and closes it.
 void ExpectReadableDialog(const QString& name, const std::function<void()>& open,
                           const std::function<void(QDialog&)>& also = nullptr) {
@@ -263,10 +280,13 @@ TEST_F(OnScreen, MainWindowAsPlacedAndMaximised) {
 
 TEST_F(OnScreen, Dialogs) {
     MainWindow& window = *window_;
+    auto type = [&](QDialog& dialog) { ExpectTypeLikeTheWindow(dialog, window, false); };
+    auto small = [&](QDialog& dialog) { ExpectTypeLikeTheWindow(dialog, window, true); };
     const QString setScores = LargeFonts() ? "frmSetScr_120DPI" : "frmSetSessionScoring";
     ExpectReadableDialog(
         setScores, [&] { Find<QPushButton>(window, "cmdEdit3")->click(); },
-        [](QDialog& dialog) {
+        [&](QDialog& dialog) {
+            type(dialog);
             // Captions are the screen's own, not the figures beside them.
             QStringList captions;
             for (QLabel* label : dialog.findChildren<QLabel*>())
@@ -278,17 +298,20 @@ TEST_F(OnScreen, Dialogs) {
             EXPECT_TRUE(Find(dialog, "LblHelpCaption0")->isVisible());
             ExpectReadable(dialog);
         });
-    ExpectReadableDialog("frmEditSession", [&] { Click(Find(window, "lblSession0")); });
-    ExpectReadableDialog("frmEditStudent", [&] { Click(Find(window, "lblStudentName1")); });
-    ExpectReadableDialog("frmGhostRemote",
-                         [&] { Find<QPushButton>(window, "CmdViewAll")->click(); });
-    ExpectReadableDialog("frmWebUpdateSummary",
-                         [&] { Find<QPushButton>(window, "CmdWebUpdate")->click(); });
+    ExpectReadableDialog(
+        "frmEditSession", [&] { Click(Find(window, "lblSession0")); }, small);
+    ExpectReadableDialog(
+        "frmEditStudent", [&] { Click(Find(window, "lblStudentName1")); }, small);
+    ExpectReadableDialog(
+        "frmGhostRemote", [&] { Find<QPushButton>(window, "CmdViewAll")->click(); }, type);
+    ExpectReadableDialog(
+        "frmWebUpdateSummary", [&] { Find<QPushButton>(window, "CmdWebUpdate")->click(); }, small);
     bool seen = false;
     QTimer::singleShot(20, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
         ExpectReadable(*box);
+        ExpectTypeLikeTheWindow(*box, window, false);
         seen = true;
         box->reject();
     });

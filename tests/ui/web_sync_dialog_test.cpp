@@ -5,8 +5,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
+#include <chrono>
 #include <cstdlib>
 
+#include "../LocalHttpServer.h"
 #include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
@@ -101,6 +104,37 @@ TEST(WebUpdateDialog, SaysThereAreNoUpgrades) {
         Find<QPushButton>(dialog, "cmdClose")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdWebUpdate")->click();
+}
+
+// A server that takes the request and never answers: the instructor's Cancel stops the wait at
+// once, long before the fetch's own time limit, and nothing is written.
+TEST(WebSyncDialog, CancelStopsAFetchThatHangs) {
+    test::LocalHttpServer server([](int connection, const std::atomic<bool>& stopping) {
+        char buffer[256];
+        while (!stopping) {
+            pollfd readable{connection, POLLIN, 0};
+            if (poll(&readable, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0)
+                return;
+        }
+    });
+    test::CourseWindow opened([&](const TempCourse& folder) {
+        WriteCourse(folder);
+        folder.WriteSettings({{"webcode", server.Base() + "WebReg.csv"}});
+    });
+    std::chrono::steady_clock::duration waited{};
+    WhenOpen("frmWebSync", [&](QDialog& dialog) {
+        auto* cancel = Find<QPushButton>(dialog, "wCancel");
+        QTimer::singleShot(300, cancel, [cancel] { cancel->click(); });
+        const auto start = std::chrono::steady_clock::now();
+        Find<QPushButton>(dialog, "wSync")->click();
+        waited = std::chrono::steady_clock::now() - start;
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    emit Find<CommandLabel>(*opened.window, "lblSyncWebRegn")->clicked();
+    EXPECT_LT(waited, std::chrono::seconds(3));
+    EXPECT_EQ(server.Targets().size(), 1u);
+    EXPECT_EQ(opened.folder.Remotes(), "#AA0002,\"1002\"\r\n");
+    EXPECT_FALSE(opened.folder.Exists("SessionData/ClickerCheck.txt"));
 }
 
 }  // namespace
