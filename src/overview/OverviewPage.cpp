@@ -366,6 +366,8 @@ bool WriteOverviewPage(const Course& course, const CourseOverview& overview, Hos
     CreateFolderPath(folder);
     if (!FolderExists(folder)) {
         error = "the folder " + folder + " could not be made";
+        host.FileNotWritten(OverviewPagePath(course),
+                            "cannot write " + OverviewPagePath(course) + ": " + error);
         return false;
     }
     return ReplaceFile(OverviewPagePath(course), OverviewPageText(course, overview), &error, &host);

@@ -80,22 +80,21 @@ std::string OverviewText(const CourseOverview& overview) {
 int RunOverview(Context& context, bool html) {
     LoadCourseReadOnly(context);
     const CourseOverview overview = MakeCourseOverview(context.course);
-    json unsaved = json::array();
+    bool written = true;
     if (html) {
         std::string error;
-        if (!WriteOverviewPage(context.course, overview, context.host, error)) {
+        written = WriteOverviewPage(context.course, overview, context.host, error);
+        if (!written)
             context.host.Message(
                 "The page " + std::string(kPageFile) + " was not written: " + error,
                 "Course Overview", Icon::Exclamation, Buttons::Ok);
-            unsaved.push_back(kPageFile);
-        }
     }
-    json document = OverviewJson(overview);
-    document["unsaved"] = unsaved;
+    // The files written and not written are the host's to list; a page not written makes the
+    // status 3 as for every writing command.
     std::string text = OverviewText(overview);
-    if (html && unsaved.empty()) text += "\nWritten: " + std::string(kPageFile) + "\n";
-    Print(context, document, text, Extras{.files = true});
-    return unsaved.empty() ? 0 : 3;
+    if (html && written) text += "\nWritten: " + std::string(kPageFile) + "\n";
+    Print(context, OverviewJson(overview), text, Extras{.files = true});
+    return 0;
 }
 
 void AddOverviewCommand(CLI::App& app, Context& context) {
