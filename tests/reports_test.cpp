@@ -346,7 +346,8 @@ TEST(ReportCommands, ListStudentsInTheGridsOrder) {
             const test::CliResult run = test::RunCliOn(course.Path(), {command}, more);
             ASSERT_EQ(run.status, 0) << command << run.err;
             std::vector<std::string> expected;
-            for (const auto& student : nlohmann::json::parse(grid.out)["students"])
+            const nlohmann::json shown = nlohmann::json::parse(grid.out);
+            for (const auto& student : shown["students"])
                 if (student["id"].get<std::string>()[0] != '#') expected.push_back(student["id"]);
             // Each roster student's ID, in the order of its first appearance on the page.
             const std::string page = ReadBytes(course.File("Reports/StudentTermReport.html"));
