@@ -248,7 +248,7 @@ std::optional<CanvasChoice> AskChoice(Course& course, Host& host) {
 double PointsAvailable(Course& course, int session) {
     ReadSessionLog(course, SessionLogPath(course, course.SessionFile[session]));
     RecomputeSession(course);
-    return Int(course.Questions[0].MaxPoints * 100 + course.SessParticipation * 100 + 0.5) / 100;
+    return TotalPointsAvailable(course);
 }
 
 // Canvas leaves out of an import every column whose heading holds one of its own score columns'
