@@ -187,7 +187,13 @@ void ScoreGrid::Start(Host& host, bool largeFonts) {
     };
     LoadedCourse loaded = LoadCourse(course_, host, *this, options);
     options.shown(loaded);
+    FitSessionScroll();
+    host.HideProgress();
+    if (course_.NumSessions < 1) DisableAllButExits();
+    Changed();
+}
 
+void ScoreGrid::FitSessionScroll() {
     ScrollBar& bar = view_.sessionScroll;
     if (course_.NumSessions > kGridColumns) {
         bar.visible = true;
@@ -196,8 +202,17 @@ void ScoreGrid::Start(Host& host, bool largeFonts) {
         bar.visible = false;
     }
     bar.value = Clamp(pageNo_, bar);
+}
+
+void ScoreGrid::ReloadSessions(Host& host) {
+    const int keptSession = view_.sessionScroll.value;
+    const int keptStudent = view_.studentScroll.value;
+    LoadSessions(course_, host, *this);
+    FitSessionScroll();
     host.HideProgress();
-    if (course_.NumSessions < 1) DisableAllButExits();
+    view_.sessionScroll.value = Clamp(keptSession, view_.sessionScroll);
+    SessionScrollChanged(view_.sessionScroll.value);
+    if (view_.studentScroll.visible) StudentScrollChanged(Clamp(keptStudent, view_.studentScroll));
     Changed();
 }
 

@@ -120,6 +120,9 @@ class ScoreGrid : public MainScreen {
     // The load handler after the single-instance test: folders, settings, registrations, roster,
     // every session log, then the window's own state. Run-time errors of the load propagate.
     void Start(Host& host, bool largeFonts);
+    // Reads every session log again, as the start does, keeping the display order and the
+    // session scroll position as far as it still exists.
+    void ReloadSessions(Host& host);
 
     // MainScreen: what the session store drives while it loads.
     void ClearTable() override;
@@ -162,6 +165,8 @@ class ScoreGrid : public MainScreen {
 
   private:
     void Changed();
+    // hscrlSession fitted to the number of sessions.
+    void FitSessionScroll();
     void ShowStudentRow(int row);
     void ShowSessionCell(int row, int column, int student);
     void ChooseSession(int session);

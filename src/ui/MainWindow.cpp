@@ -16,15 +16,18 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
 #include <utility>
 
+#include "common/Paths.h"
 #include "common/Text.h"
 #include "export/Export.h"
 #include "ui/ClassViewWindow.h"
 #include "ui/CommandLabel.h"
+#include "ui/CourseWatcher.h"
 #include "ui/HelpText.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/OverviewWindow.h"
@@ -212,6 +215,13 @@ void MainWindow::BuildHeader(QVBoxLayout* root) {
     Scale(lblExit_, kTextPoints);
     connect(lblExit_, &CommandLabel::clicked, this, [this] { Exit(); });
     header->addWidget(lblSubject_, 1);
+    lblNotice_ = new QLabel(this);
+    lblNotice_->setObjectName("lblNotice");
+    Scale(lblNotice_, kSmallPoints);
+    noticeTimer_ = new QTimer(this);
+    noticeTimer_->setSingleShot(true);
+    connect(noticeTimer_, &QTimer::timeout, lblNotice_, &QLabel::clear);
+    header->addWidget(lblNotice_, 0, Qt::AlignVCenter);
     header->addWidget(lblCMS_, 0, Qt::AlignVCenter);
     header->addWidget(lblExit_, 0, Qt::AlignVCenter);
     root->addLayout(header);
@@ -502,13 +512,43 @@ void MainWindow::BuildHelp() {
 
 void MainWindow::Load() {
     Guarded([&] { grid_.Start(host_, largeFonts_); });
+    WatchCourse();
     // The keyboard starts in the grid, where the arrows move the view.
     if (lblSession_[0]->focusPolicy() != Qt::NoFocus && lblSession_[0]->isEnabled())
         lblSession_[0]->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::Guarded(const std::function<void()>& command) {
+    ++running_;
     RunGuarded(host_, command);
+    --running_;
+}
+
+// Our own writes (Set Scores, purge, removing a session) happen while their screen is open; the
+// watcher waits for it to close and reloads once then, which also shows what the screen saved.
+void MainWindow::WatchCourse() {
+    const std::string folder = CoursePath(course_.AppPath, "\\SessionData");
+    if (!QDir(QString::fromStdString(folder)).exists()) return;
+    watcher_ = new CourseWatcher(
+        folder, [this] { return running_ > 0; },
+        [this](const std::vector<LogChange>& changes) { ReloadLogs(changes); }, this);
+}
+
+void MainWindow::ReloadLogs(const std::vector<LogChange>& changes) {
+    // A removed log's label is the one the grid showed before the reload.
+    std::map<std::string, std::string> labels;
+    auto remember = [&] {
+        for (int s = 1; s <= course_.NumSessions && s <= kSessionTableUpper; ++s)
+            labels[course_.SessionFile[s]] = course_.SessionTitle[s];
+    };
+    remember();
+    Guarded([&] { grid_.ReloadSessions(host_); });
+    remember();
+    lblNotice_->setText(QString::fromStdString(ChangeNotice(changes, [&](const std::string& file) {
+        auto found = labels.find(file);
+        return found == labels.end() ? std::string() : found->second;
+    })));
+    noticeTimer_->start(kNoticeMs);
 }
 
 void MainWindow::OnHeading(int index) {

@@ -3,8 +3,11 @@
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <map>
+#include <string>
 #include <vector>
 
+#include "grid/CourseWatch.h"
 #include "grid/ScoreGrid.h"
 #include "ui/ControlBinding.h"
 #include "ui/FitText.h"
@@ -18,11 +21,13 @@ class QLineEdit;
 class QScrollArea;
 class QPushButton;
 class QScrollBar;
+class QTimer;
 class QVBoxLayout;
 
 namespace tallory {
 
 class CommandLabel;
+class CourseWatcher;
 class QtHost;
 
 // The main window, frmSubject, or with `largeFonts` its large-font layout FrmS_120DPI. It builds
@@ -77,6 +82,10 @@ class MainWindow : public QWidget {
     // Moves the student rows by `step` (down when positive), as the bar at the right would.
     void MoveStudents(int step);
     void Guarded(const std::function<void()>& command);
+    // The session logs are watched while the window is open; a log that another program wrote,
+    // grew or removed is read into the grid, with a quiet notice in the header.
+    void WatchCourse();
+    void ReloadLogs(const std::vector<LogChange>& changes);
 
     void OnHeading(int index);
     void OnEdit(int column);
@@ -96,6 +105,11 @@ class MainWindow : public QWidget {
 
     QLabel* lblSubject_ = nullptr;
     QLabel* lblCMS_ = nullptr;
+    QLabel* lblNotice_ = nullptr;
+    QTimer* noticeTimer_ = nullptr;
+    static constexpr int kNoticeMs = 10000;
+    CourseWatcher* watcher_ = nullptr;
+    int running_ = 0;
     CommandLabel* lblExit_ = nullptr;
     QComboBox* cmbDisplayName_ = nullptr;
     CommandLabel* lblPrevious_ = nullptr;
