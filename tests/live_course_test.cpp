@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "TestSupport.h"
+#include "grid/CourseWatch.h"
+
+namespace tallory {
+namespace {
+
+using Step = CourseWatch::Step;
+
+TEST(CourseWatch, ReloadsOnlyWhenQuietAndNothingIsOpen) {
+    struct Case {
+        const char* what;
+        std::vector<std::int64_t> events;
+        std::int64_t pollAt;
+        bool screenOpen;
+        bool commandRunning;
+        Step expected;
+    };
+    const Case cases[] = {
+        {"no event", {}, 1000, false, false, Step::Idle},
+        {"quiet long enough", {0}, 500, false, false, Step::Reload},
+        {"too soon", {0}, 499, false, false, Step::Wait},
+        {"burst counts from the last event", {0, 300, 600}, 900, false, false, Step::Wait},
+        {"burst then quiet", {0, 300, 600}, 1100, false, false, Step::Reload},
+        {"screen open", {0}, 5000, true, false, Step::Wait},
+        {"command running", {0}, 5000, false, true, Step::Wait},
+    };
+    for (const Case& c : cases) {
+        CourseWatch watch;
+        for (std::int64_t at : c.events) watch.FileEvent(at);
+        EXPECT_EQ(watch.Poll(c.pollAt, c.screenOpen, c.commandRunning), c.expected) << c.what;
+    }
+}
+
+TEST(CourseWatch, ReloadsOnceAfterTheScreenCloses) {
+    CourseWatch watch;
+    watch.FileEvent(0);
+    EXPECT_EQ(watch.Poll(600, true, false), Step::Wait);
+    EXPECT_EQ(watch.Poll(1200, false, false), Step::Reload);
+    EXPECT_EQ(watch.Poll(1800, false, false), Step::Idle);
+}
+
+TEST(CourseWatch, DiffAndNotice) {
+    const LogSnapshot before = {{"L1.csv", {10, 1}}, {"L2.csv", {20, 2}}};
+    auto label = [](const std::string& file) {
+        return file == "L1.csv" ? std::string("10/03/2026") : std::string();
+    };
+    struct Case {
+        const char* what;
+        LogSnapshot after;
+        std::vector<LogChange> changes;
+        std::string notice;
+    };
+    const Case cases[] = {
+        {"nothing", before, {}, ""},
+        {"grew",
+         {{"L1.csv", {30, 1}}, {"L2.csv", {20, 2}}},
+         {{"L1.csv", LogChangeKind::Updated}},
+         "Session 10/03/2026 updated"},
+        {"rewritten at the same size",
+         {{"L1.csv", {10, 5}}, {"L2.csv", {20, 2}}},
+         {{"L1.csv", LogChangeKind::Updated}},
+         "Session 10/03/2026 updated"},
+        {"removed",
+         {{"L2.csv", {20, 2}}},
+         {{"L1.csv", LogChangeKind::Removed}},
+         "Session 10/03/2026 removed"},
+        {"new log the grid does not know",
+         {{"L1.csv", {10, 1}}, {"L2.csv", {20, 2}}, {"L3.csv", {1, 1}}},
+         {{"L3.csv", LogChangeKind::Updated}},
+         "Session L3.csv updated"},
+        {"renamed",
+         {{"L1.csv", {10, 1}}, {"L9.csv", {20, 2}}},
+         {{"L9.csv", LogChangeKind::Updated}, {"L2.csv", LogChangeKind::Removed}},
+         "Sessions updated"},
+    };
+    for (const Case& c : cases) {
+        const std::vector<LogChange> changes = DiffLogs(before, c.after);
+        EXPECT_EQ(changes, c.changes) << c.what;
+        EXPECT_EQ(ChangeNotice(changes, label), c.notice) << c.what;
+    }
+}
+
+TEST(CourseWatch, SnapshotSeesOnlySessionLogs) {
+    test::TempCourse course;
+    course.Write("SessionData/L2603101000.csv", "a\n");
+    course.Write("SessionData/RemoteID.csv", "x\n");
+    course.Write("SessionData/xL2603101000.csv", "x\n");
+    course.Write("SessionData/L2603101000.csv.tmp", "x\n");
+    const LogSnapshot first = SnapshotLogs(course.File("SessionData"));
+    ASSERT_EQ(first.size(), 1u);
+    EXPECT_EQ(first.begin()->second.size, 2u);
+    std::ofstream(course.File("SessionData/L2603101000.csv"), std::ios::app) << "b\n";
+    EXPECT_EQ(DiffLogs(first, SnapshotLogs(course.File("SessionData"))),
+              (std::vector<LogChange>{{"L2603101000.csv", LogChangeKind::Updated}}));
+    EXPECT_TRUE(SnapshotLogs(course.File("no such folder")).empty());
+}
+
+}  // namespace
+}  // namespace tallory
