@@ -207,10 +207,13 @@ void ScoreGrid::FitSessionScroll() {
 void ScoreGrid::ReloadSessions(Host& host) {
     const int keptSession = view_.sessionScroll.value;
     const int keptStudent = view_.studentScroll.value;
+    // A view of the newest sessions follows a session that the polling application starts.
+    const bool atNewest =
+        !view_.sessionScroll.visible || keptSession >= view_.sessionScroll.maximum;
     LoadSessions(course_, host, *this);
     FitSessionScroll();
     host.HideProgress();
-    view_.sessionScroll.value = Clamp(keptSession, view_.sessionScroll);
+    if (!atNewest) view_.sessionScroll.value = Clamp(keptSession, view_.sessionScroll);
     SessionScrollChanged(view_.sessionScroll.value);
     if (view_.studentScroll.visible) StudentScrollChanged(Clamp(keptStudent, view_.studentScroll));
     Changed();

@@ -121,7 +121,8 @@ class ScoreGrid : public MainScreen {
     // every session log, then the window's own state. Run-time errors of the load propagate.
     void Start(Host& host, bool largeFonts);
     // Reads every session log again, as the start does, keeping the display order and the
-    // session scroll position as far as it still exists.
+    // session scroll position as far as it still exists; a view of the newest sessions stays on
+    // the newest.
     void ReloadSessions(Host& host);
 
     // MainScreen: what the session store drives while it loads.

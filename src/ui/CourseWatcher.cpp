@@ -57,4 +57,35 @@ void CourseWatcher::OnTimer() {
     if (!changes.empty()) reload_(changes);
 }
 
+Answer RememberingHost::Message(std::string_view text, std::string_view title, Icon icon,
+                                Buttons buttons, MessageStyle style) {
+    const bool seen = !shown_.insert(std::string(text)).second;
+    if (quiet_ && seen && buttons == Buttons::Ok) return Answer::Ok;
+    return host_.Message(text, title, icon, buttons, style);
+}
+
+void RememberingHost::ShowProgress() {
+    if (!quiet_) host_.ShowProgress();
+}
+
+void RememberingHost::HideProgress() {
+    if (!quiet_) host_.HideProgress();
+}
+
+void RememberingHost::SetProgressText(std::string_view text) {
+    if (!quiet_) host_.SetProgressText(text);
+}
+
+void RememberingHost::SetProgressValue(double fraction) {
+    if (!quiet_) host_.SetProgressValue(fraction);
+}
+
+void RememberingHost::SetProgressCaption(std::string_view caption) {
+    if (!quiet_) host_.SetProgressCaption(caption);
+}
+
+void RememberingHost::SetWaitCursor(bool on) {
+    if (!quiet_) host_.SetWaitCursor(on);
+}
+
 }  // namespace tallory

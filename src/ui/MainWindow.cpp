@@ -511,7 +511,8 @@ void MainWindow::BuildHelp() {
 }
 
 void MainWindow::Load() {
-    Guarded([&] { grid_.Start(host_, largeFonts_); });
+    RememberingHost host(host_, shownAtLoad_, false);
+    Guarded([&] { grid_.Start(host, largeFonts_); });
     WatchCourse();
     // The keyboard starts in the grid, where the arrows move the view.
     if (lblSession_[0]->focusPolicy() != Qt::NoFocus && lblSession_[0]->isEnabled())
@@ -535,14 +536,16 @@ void MainWindow::WatchCourse() {
 }
 
 void MainWindow::ReloadLogs(const std::vector<LogChange>& changes) {
-    // A removed log's label is the one the grid showed before the reload.
+    // A session is named as its column heading names it; a removed log's heading is the one the
+    // grid showed before the reload.
     std::map<std::string, std::string> labels;
     auto remember = [&] {
         for (int s = 1; s <= course_.NumSessions && s <= kSessionTableUpper; ++s)
-            labels[course_.SessionFile[s]] = course_.SessionTitle[s];
+            labels[course_.SessionFile[s]] = Trim(SessionHeading(course_, s));
     };
     remember();
-    Guarded([&] { grid_.ReloadSessions(host_); });
+    RememberingHost quiet(host_, shownAtLoad_, true);
+    Guarded([&] { grid_.ReloadSessions(quiet); });
     remember();
     lblNotice_->setText(QString::fromStdString(ChangeNotice(changes, [&](const std::string& file) {
         auto found = labels.find(file);

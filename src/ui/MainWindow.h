@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -110,6 +111,7 @@ class MainWindow : public QWidget {
     static constexpr int kNoticeMs = 10000;
     CourseWatcher* watcher_ = nullptr;
     int running_ = 0;
+    std::set<std::string> shownAtLoad_;  // the messages the course's loads showed
     CommandLabel* lblExit_ = nullptr;
     QComboBox* cmbDisplayName_ = nullptr;
     CommandLabel* lblPrevious_ = nullptr;

@@ -1,15 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 
 #include "../TestSupport.h"
 #include "QtEnvironment.h"
+#include "common/Text.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
@@ -29,16 +32,18 @@ class LiveCourse : public testing::Test {
         course_.ProgramFolder = demo_.Path();
         window_ = std::make_unique<MainWindow>(course_, host_, false);
         window_->show();
-        // The demo course's start has messages to answer.
-        QTimer answer;
-        QObject::connect(&answer, &QTimer::timeout, [] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+        // Every message box is answered, so that no test can wait on one for good; the demo
+        // course's start has some, a reload must have none.
+        QObject::connect(&answer_, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                ++messages_;
                 box->accept();
+            }
         });
-        answer.start(20);
+        answer_.start(20);
         window_->Load();
-        answer.stop();
         QApplication::processEvents();
+        messages_ = 0;
     }
 
     void AppendLine() {
@@ -46,8 +51,17 @@ class LiveCourse : public testing::Test {
             << kNewLine;
     }
 
+    // The heading the grid shows for a log; empty when the grid has no such session.
+    std::string Title(const std::string& file) {
+        for (int s = 1; s <= course_.NumSessions; ++s)
+            if (course_.SessionFile[s] == file) return Trim(SessionHeading(course_, s));
+        return "";
+    }
+
     QString Notice() { return window_->findChild<QLabel*>("lblNotice")->text(); }
 
+    QTimer answer_;
+    int messages_ = 0;
     test::TempCourse demo_;
     Course course_;
     QtHost host_;
@@ -59,31 +73,63 @@ TEST_F(LiveCourse, AnAppendedLineReachesTheGridWithANotice) {
     EXPECT_TRUE(Notice().isEmpty());
     AppendLine();
     EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumStudents == students + 1; }, 5000));
-    EXPECT_TRUE(Notice().startsWith("Session ")) << Notice().toStdString();
-    EXPECT_TRUE(Notice().endsWith(" updated")) << Notice().toStdString();
+    EXPECT_EQ(Notice(), "Session " + QString::fromStdString(Title("L2609101000.csv")) + " updated");
     EXPECT_FALSE(Notice().contains(".csv")) << "the session's label, not its file";
+    EXPECT_EQ(messages_, 0) << "the start's clicker warnings are not shown again";
+    EXPECT_EQ(host_.Progress(), nullptr) << "a reload is quiet";
+}
+
+TEST_F(LiveCourse, ANewSessionIsShownWhenTheNewestWere) {
+    auto lastHeading = [&] {
+        const GridView& view = window_->Grid().View();
+        return view.lblSession[(kGridColumns - 1) * 7].text;
+    };
+    const std::string before = lastHeading();
+    std::filesystem::copy_file(demo_.File("SessionData/L2610011000.csv"),
+                               demo_.File("SessionData/L2610061000.csv"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lastHeading() != before; }, 5000));
+    EXPECT_EQ(lastHeading(), Title("L2610061000.csv"));
+    EXPECT_EQ(Notice(), "Session " + QString::fromStdString(Title("L2610061000.csv")) + " updated");
+
+    // Scrolled back to older sessions, the view stays where it is.
+    window_->Grid().SessionScrollChanged(0);
+    const std::string older = lastHeading();
+    std::filesystem::copy_file(demo_.File("SessionData/L2610011000.csv"),
+                               demo_.File("SessionData/L2610081000.csv"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Title("L2610081000.csv").empty(); }, 5000));
+    EXPECT_EQ(lastHeading(), older);
 }
 
 TEST_F(LiveCourse, WaitsWhileAScreenIsOpen) {
     const int students = course_.NumStudents;
-    QMessageBox box(QMessageBox::Information, "Tallory", "open", QMessageBox::Ok, window_.get());
-    int seenWhileOpen = -1;
-    QTimer::singleShot(0, [&] {
-        AppendLine();
-        QTest::qWait(1500);
-        seenWhileOpen = course_.NumStudents;
-        box.accept();
-    });
-    box.exec();
-    EXPECT_EQ(seenWhileOpen, students);
+    // A screen as the program opens one: modal over the main window.
+    QDialog screen(window_.get());
+    screen.setWindowModality(Qt::ApplicationModal);
+    screen.show();
+    ASSERT_EQ(QApplication::activeModalWidget(), &screen);
+    AppendLine();
+    QTest::qWait(2 * CourseWatch::kQuietMs + 500);
+    EXPECT_EQ(course_.NumStudents, students) << "reloaded under an open screen";
+    EXPECT_TRUE(Notice().isEmpty());
+    screen.close();
     EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumStudents == students + 1; }, 5000));
+    EXPECT_TRUE(Notice().endsWith(" updated")) << Notice().toStdString();
 }
 
-TEST_F(LiveCourse, ARemovedLogIsNoticed) {
+TEST_F(LiveCourse, RemovedAndRenamedLogs) {
     const int sessions = course_.NumSessions;
-    std::remove(demo_.File("SessionData/L2609101000.csv").c_str());
+    const std::string removedTitle = Title("L2609101000.csv");
+    std::filesystem::remove(demo_.File("SessionData/L2609101000.csv"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumSessions == sessions - 1; }, 5000));
-    EXPECT_TRUE(Notice().endsWith(" removed")) << Notice().toStdString();
+    EXPECT_EQ(Notice(), "Session " + QString::fromStdString(removedTitle) + " removed");
+
+    std::filesystem::rename(demo_.File("SessionData/L2609151000.csv"),
+                            demo_.File("SessionData/L2609301000.csv"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Title("L2609301000.csv").empty(); }, 5000));
+    EXPECT_EQ(course_.NumSessions, sessions - 1);
+    EXPECT_TRUE(Title("L2609151000.csv").empty()) << "the old name is gone from the grid";
+    EXPECT_EQ(Notice(), "Sessions updated");
+    EXPECT_EQ(messages_, 0);
 }
 
 }  // namespace
