@@ -5,6 +5,9 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <signal.h>
+
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -118,6 +121,14 @@ bool Injected(WriteStep step, const std::string& path) {
     return true;
 }
 
+long KillAtEvent() {
+    static const long at = [] {
+        const char* text = std::getenv("TALLORY_KILL_AT_EVENT");
+        return text ? std::strtol(text, nullptr, 10) : 0L;
+    }();
+    return at;
+}
+
 struct NamedError {
     const char* name;
     int error;
@@ -169,6 +180,7 @@ bool AtomicFile::Open() {
     std::string pattern = target_ + std::string(kTemporaryMark) + "XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
+    WriteEvent();
     fd_ = Injected(WriteStep::Open, target_) ? -1 : ::mkstemp(name.data());
     if (fd_ < 0) {
         Fail("cannot create a file beside " + path_);
@@ -183,6 +195,7 @@ bool AtomicFile::Open() {
 bool AtomicFile::Flush() {
     size_t done = 0;
     while (done < buffer_.size()) {
+        WriteEvent();
         ssize_t wrote = Injected(WriteStep::Write, target_)
                             ? -1
                             : ::write(fd_, buffer_.data() + done, buffer_.size() - done);
@@ -209,6 +222,7 @@ void AtomicFile::Write(std::string_view text) {
 bool AtomicFile::Commit() {
     if (fd_ < 0 || failed_) return false;
     if (!Flush()) return false;
+    WriteEvent();
     if (Injected(WriteStep::Sync, target_) || ::fsync(fd_) != 0) {
         Fail("cannot write " + path_);
         return false;
@@ -228,6 +242,7 @@ bool AtomicFile::Commit() {
         return false;
     }
     const std::optional<ReadSnapshot> read = RememberedRead(target_);
+    WriteEvent();
     if (read) {
         switch (ReplaceGuarded(temporary_, target_, *read)) {
             case GuardOutcome::Replaced:
@@ -267,6 +282,12 @@ bool ReplaceFile(const std::string& path, std::string_view content, std::string*
     }
     if (error) *error = file.Error();
     return false;
+}
+
+void WriteEvent() {
+    static std::atomic<long> events{0};
+    const long killAt = KillAtEvent();
+    if (killAt > 0 && ++events == killAt) ::kill(::getpid(), SIGKILL);
 }
 
 void SetWriteFault(std::optional<WriteFault> fault) {

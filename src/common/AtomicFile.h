@@ -80,6 +80,12 @@ void SetWriteFault(std::optional<WriteFault> fault);
 // Reads a fault in the form of TALLORY_WRITE_FAULT; nullopt when the text is not one.
 std::optional<WriteFault> ParseWriteFault(std::string_view text);
 
+// Marks one event of changing the course's files: a file created, written, synced or renamed, a
+// step of the change journal. A run given TALLORY_KILL_AT_EVENT=N kills itself (SIGKILL, as
+// kill -9 does) at its Nth event, before the event happens, so that a test can cut a change short
+// between any two of its events.
+void WriteEvent();
+
 // Why a write failed, in words: "the disk is full", "a folder is in the way", ...
 std::string CauseText(int error);
 

@@ -45,10 +45,12 @@ bool ReadWhole(const std::string& path, std::string& text) {
 
 // A journal file is written and synced before the file it keeps is touched.
 bool WriteDurably(const std::string& path, const std::string& text) {
+    WriteEvent();
     int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (fd < 0) return false;
     size_t done = 0;
     while (done < text.size()) {
+        WriteEvent();
         ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
         if (wrote < 0 && errno == EINTR) continue;
         if (wrote <= 0) break;
@@ -65,8 +67,35 @@ void SyncFolder(const std::string& folder) {
     ::close(fd);
 }
 
+// An entry's record is replaced whole: a record cut short would leave its file unrestorable.
+// A name that does not end in the record's suffix is no record to the undoing.
+bool WriteRecord(const std::string& path, const std::string& text) {
+    const std::string next = path + ".next";
+    if (!WriteDurably(next, text)) return false;
+    WriteEvent();
+    if (::rename(next.c_str(), path.c_str()) != 0) return false;
+    SyncFolder(path.substr(0, path.rfind('/')));
+    return true;
+}
+
+// True when `hash` is one of the record's first line, the contents the change wrote.
+bool WroteContent(const std::string& hashes, const std::string& hash) {
+    size_t at = 0;
+    while (at <= hashes.size()) {
+        size_t end = hashes.find(' ', at);
+        if (end == std::string::npos) end = hashes.size();
+        if (hashes.compare(at, end - at, hash) == 0) return true;
+        at = end + 1;
+    }
+    return false;
+}
+
 void ClearFolder(const std::string& folder) {
-    for (const std::string& name : ListFiles(folder)) ::unlink(JoinPath(folder, name).c_str());
+    for (const std::string& name : ListFiles(folder)) {
+        WriteEvent();
+        ::unlink(JoinPath(folder, name).c_str());
+    }
+    WriteEvent();
     ::rmdir(folder.c_str());
 }
 
@@ -75,6 +104,7 @@ void ClearFolder(const std::string& folder) {
 void RemoveJournal(const std::string& journal) {
     const std::string done = journal + kDoneSuffix;
     if (FolderExists(done)) ClearFolder(done);
+    WriteEvent();
     if (::rename(journal.c_str(), done.c_str()) != 0) return;
     SyncFolder(journal.substr(0, journal.rfind('/')));
     ClearFolder(done);
@@ -119,9 +149,21 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
     const std::string real = RealPath(target);
     const std::string path = real.empty() ? target : real;
     if (!path.starts_with(folder_ + "/")) return true;
-    if (kept_.count(path)) return true;  // the state before the change is kept already
+    if (auto kept = kept_.find(path); kept != kept_.end()) {
+        // The state before the change is kept already; the file is written once more (a purge
+        // of several clickers passes over every log once for each), and what it is given now
+        // is the change's too.
+        auto& [entry, record] = kept->second;
+        const std::string more =
+            record.substr(0, record.find('\n')) + " " + std::to_string(newHash);
+        const std::string next = more + record.substr(record.find('\n'));
+        if (!WriteRecord(entry + kPathSuffix, next)) return false;
+        record = next;
+        return true;
+    }
     if (journal_.empty()) {
         const std::string journal = JournalFolder(folder_);
+        WriteEvent();
         if (::mkdir(journal.c_str(), 0700) != 0 && errno != EEXIST) return false;
         if (!WriteDurably(JoinPath(journal, kActionFile), action_)) return false;
         SyncFolder(folder_);
@@ -136,7 +178,7 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
         std::to_string(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
     if (!WriteDurably(entry + kPathSuffix, record)) return false;
     SyncFolder(journal_);
-    kept_.insert(path);
+    kept_[path] = {entry, record};
     return true;
 }
 
@@ -163,7 +205,8 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
         if (before && !ReadWhole(entry, text)) continue;
         const bool stands = ReadWhole(target, current);
         if (before == stands && (!stands || current == text)) continue;  // never replaced
-        if (!stands || std::to_string(ContentHash(current)) != record.substr(0, first)) {
+        if (!stands ||
+            !WroteContent(record.substr(0, first), std::to_string(ContentHash(current)))) {
             ++left;  // what the change wrote was changed again since, by someone else
             continue;
         }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
+#include <map>
 #include <string>
 
 namespace tallory {
@@ -33,7 +33,9 @@ class ChangeJournal {
     std::string folder_;   // the course folder
     std::string journal_;  // its journal folder, made at the first file kept
     std::string action_;
-    std::set<std::string> kept_;
+    // Per file kept: its journal entry and the entry's record (every content the change gave
+    // it, whether it stood, its path).
+    std::map<std::string, std::pair<std::string, std::string>> kept_;
     bool finished_ = false;
 };
 

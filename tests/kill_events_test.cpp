@@ -1,0 +1,144 @@
+// A change of several files killed (SIGKILL) at each of its events in turn: before every file
+// created, written, synced or renamed and every step of its journal. The next opening of the
+// course must find each file either as it was or as the whole change leaves it, and the grid of
+// one of the two.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "LogBuilder.h"
+#include "TestSupport.h"
+#include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
+
+namespace tallory {
+namespace {
+
+using nlohmann::json;
+
+// Three registered students, two stray clickers, three logs.
+struct SmallCourse : test::TempCourse {
+    SmallCourse() {
+        WriteRoster("Ada,Lovelace,S1\r\nAlan,Turing,S2\r\nGrace,Hopper,S3\r\n");
+        WriteRemotes("#1A0001,\"S1\"\r\n#1A0002,\"S2\"\r\n#1A0003,\"S3\"\r\n");
+        for (int day = 1; day <= 3; ++day) {
+            test::LogPlan plan = test::QuestionsPlan(2);
+            plan.voters = {{"#1A0001", "", {"A", "B"}},
+                           {"#1A0002", "", {"B", "A"}},
+                           {"#1A0003", "", {"A", "A"}},
+                           {"#2B0001", "", {"C", "C"}},
+                           {"#2B0002", "", {"D", "D"}}};
+            WriteLog(test::SeptemberLog(day), plan);
+        }
+    }
+};
+
+using Files = std::map<std::string, std::string>;
+
+// Every file of the course but the temporary ones a killed write leaves, with its bytes.
+Files CourseFiles(const test::TempCourse& course) {
+    Files files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(course.Path()))
+        if (entry.is_regular_file() && !IsTemporaryName(entry.path().filename().string()))
+            files[std::filesystem::relative(entry.path(), course.Path())] =
+                test::ReadBytes(entry.path());
+    return files;
+}
+
+// Opens the course again as the next command does, and gives its grid without the course name.
+json GridOf(const test::TempCourse& course) {
+    test::CliResult result = test::RunCliOn(course.Path(), {"grid", "--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    json grid = json::parse(result.out, nullptr, false);
+    if (grid.is_discarded()) return grid;
+    grid.erase("course");
+    grid.erase("messages");
+    return grid;
+}
+
+// Runs tallory-cli on the course with TALLORY_KILL_AT_EVENT=`event`; true when it was killed.
+bool KilledAt(const test::TempCourse& course, const std::vector<std::string>& words, long event) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const int null = ::open("/dev/null", O_WRONLY);
+        ::dup2(null, 1);
+        ::dup2(null, 2);
+        ::setenv("TALLORY_KILL_AT_EVENT", std::to_string(event).c_str(), 1);
+        std::string program = TALLORY_CLI, flag = "--course", folder = course.Path();
+        std::vector<std::string> copies(words);
+        std::vector<char*> argv{program.data(), flag.data(), folder.data()};
+        for (auto& word : copies) argv.push_back(word.data());
+        argv.push_back(nullptr);
+        ::execv(program.c_str(), argv.data());
+        ::_exit(127);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (WIFSIGNALED(status)) {
+        EXPECT_EQ(WTERMSIG(status), SIGKILL);
+        return true;
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "event " << event;
+    return false;
+}
+
+TEST(KillEvents, EveryEventOfAMultiFileChangeLeavesTheOldOrTheWholeNewCourse) {
+    struct Command {
+        const char* name;
+        std::vector<std::string> words;
+    } commands[] = {
+        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}},
+        {"purge", {"purge", "--all", "--yes"}},
+    };
+    for (const Command& command : commands) {
+        SmallCourse reference;
+        const Files before = CourseFiles(reference);
+        const json gridBefore = GridOf(reference);
+        ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
+        const Files after = CourseFiles(reference);
+        const json gridAfter = GridOf(reference);
+        ASSERT_NE(before, after) << command.name << " changed nothing";
+        ASSERT_NE(gridBefore, gridAfter) << command.name;
+
+        int old = 0, whole = 0;
+        long event = 1;
+        // A bound well above any count these changes reach, so a run that never ends stops.
+        for (; event < 500; ++event) {
+            SCOPED_TRACE(std::string(command.name) + " killed at event " + std::to_string(event));
+            SmallCourse course;
+            if (!KilledAt(course, command.words, event)) break;
+            const json grid = GridOf(course);
+            const Files files = CourseFiles(course);
+            EXPECT_FALSE(std::filesystem::exists(JournalFolder(course.Path())));
+            // File by file first, so that a torn log is named.
+            for (const auto& [name, bytes] : files) {
+                auto was = before.find(name), is = after.find(name);
+                EXPECT_TRUE((was != before.end() && was->second == bytes) ||
+                            (is != after.end() && is->second == bytes))
+                    << name << " is neither as it was nor as the change leaves it";
+            }
+            if (files == before) {
+                EXPECT_EQ(grid, gridBefore);
+                ++old;
+            } else {
+                EXPECT_EQ(files, after) << "the change stands in part";
+                EXPECT_EQ(grid, gridAfter);
+                ++whole;
+            }
+        }
+        EXPECT_GT(old, 0);
+        EXPECT_LT(event, 500) << command.name << " never ran through";
+        std::printf("%s: %ld events, killed before each: %d found as before, %d whole\n",
+                    command.name, event - 1, old, whole);
+    }
+}
+
+}  // namespace
+}  // namespace tallory
