@@ -271,6 +271,43 @@ TEST(Safety, AFailureAtAnyStepLeavesTheOldFileAndSaysWhy) {
     }
 }
 
+// The two settings files go through the same writer: a failure reaches the host, the old file
+// stands.
+TEST(Safety, SettingsFilesNotWrittenAreReported) {
+    struct Case {
+        const char* file;
+        std::function<void(const TempCourse&, Host&)> save;
+    } cases[] = {
+        {"SessionData/Config.csv",
+         [](const TempCourse& folder, Host& host) {
+             Course course;
+             course.AppPath = folder.Path();
+             SetParam(course, "CMS", "Canvas");
+             WriteConfig(course, host);
+         }},
+        {"Classes/Options.csv",
+         [](const TempCourse& folder, Host& host) {
+             SaveSelectedClass(folder.Path(), "Physics", host);
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        TempCourse folder;
+        folder.Write(c.file, "old");
+        SetWriteFault(WriteFault{WriteStep::Write, ENOSPC, c.file});
+        UnsavedHost host;
+        c.save(folder, host);
+        SetWriteFault(std::nullopt);
+        EXPECT_EQ(folder.Read(c.file), "old");
+        ASSERT_EQ(host.unsaved.size(), 1u);
+        EXPECT_EQ(host.unsaved[0].rfind(folder.File(c.file) + " | ", 0), 0u) << host.unsaved[0];
+        EXPECT_NE(host.unsaved[0].find("the disk is full"), std::string::npos);
+        c.save(folder, host);
+        EXPECT_NE(folder.Read(c.file), "old");
+        EXPECT_EQ(host.written, std::vector<std::string>{folder.File(c.file)});
+    }
+}
+
 TEST(Safety, AFailureIsNamedInTheEnvironmentAsStepErrorAndPath) {
     struct Case {
         const char* text;

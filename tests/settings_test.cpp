@@ -51,7 +51,7 @@ TEST(Settings, ReadsEachLineAsKeyValueAndTheFieldsAfterTheNote) {
 TEST(Settings, RewriteUpperCasesKeysAndDropsNotes) {
     Settings settings(
         "\"CourseName\" ,\"Physics\" ,\"shown in the title\"\r\nCMS,BB,,old,notes\r\n");
-    WriteConfig(settings.course);
+    WriteConfig(settings.course, settings.host);
     EXPECT_EQ(settings.Read("SessionData/Config.csv"),
               "\"COURSENAME\" ,\"Physics \" ,\"\"\r\n\"CMS\" ,\"BB\" ,\",old,notes\"\r\n");
 
@@ -120,7 +120,8 @@ TEST(Settings, SelectedClassIsRememberedUnderClasses) {
     TempCourse program;
     EXPECT_EQ(ReadSelectedClass(program.Path()), "");
     program.Write("Classes/Options.csv", "old\r\n");
-    SaveSelectedClass(program.Path(), "Physics 101");
+    RecordingHost host;
+    SaveSelectedClass(program.Path(), "Physics 101", host);
     EXPECT_EQ(program.Read("Classes/Options.csv"), "\"SelectedClass\",\"Physics 101\"\r\n");
     EXPECT_EQ(ReadSelectedClass(program.Path()), "Physics 101");
 

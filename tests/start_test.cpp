@@ -227,7 +227,8 @@ TEST(CourseList, ListsCoursesAndMarksWebVoting) {
     ASSERT_GE(list.Selected(), 0);
     EXPECT_EQ(list.Rows()[list.Selected()], "Chemistry (*)");
 
-    std::string course = list.SetAndStart();
+    RecordingHost host;
+    std::string course = list.SetAndStart(host);
     EXPECT_EQ(course, program.Path() + "/Classes/Chemistry");
     EXPECT_EQ(program.Read("Classes/Options.csv"), "\"SelectedClass\",\"Chemistry (*)\"\r\n");
     for (const char* made : {"SessionData", "Reports", "Images"})
@@ -243,7 +244,8 @@ TEST(CourseList, SavedRowWithoutTheCurrentMarkIsNotSelected) {
     list.Activate();
     EXPECT_EQ(list.Selected(), -1);
     // Nothing is checked: without a selection the course is the Classes folder itself.
-    EXPECT_EQ(list.SetAndStart(), program.Path() + "/Classes/");
+    RecordingHost host;
+    EXPECT_EQ(list.SetAndStart(host), program.Path() + "/Classes/");
 }
 
 // Rows in name order without regard to case; no course at all cannot start.

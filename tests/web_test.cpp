@@ -822,7 +822,7 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
         RecordingHost host;
         course.AppPath = folder.Path();
         ReadConfig(course, host);
-        StampVersion(course);
+        StampVersion(course, host);
         Course reread;
         reread.AppPath = folder.Path();
         ReadConfig(reread, host);

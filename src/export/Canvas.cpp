@@ -238,7 +238,7 @@ std::optional<CanvasChoice> AskChoice(Course& course, Host& host) {
     if (chosen != remembered) {
         SetParam(course, kColumnsSetting, chosen.totalColumn ? "Total" : "Sessions");
         SetParam(course, kAbsentSetting, chosen.absentZero ? "Zero" : "Blank");
-        WriteConfig(course);
+        WriteConfig(course, host);
     }
     return chosen;
 }

@@ -40,14 +40,15 @@ void MoveStrayImages(const Course& course) {
     }
 }
 
-void StampVersion(Course& course) {
+void StampVersion(Course& course, Host& host) {
     bool differs = false;
     for (const VersionPart& part : kVersion)
         if (GetParam(course, part.key, "0") != std::to_string(part.value)) differs = true;
     if (!differs) return;
     for (const VersionPart& part : kVersion) SetParam(course, part.key, std::to_string(part.value));
     // A course without a settings file never gets one from here.
-    if (FileExists(CoursePath(course.AppPath, "\\SessionData\\config.csv"))) WriteConfig(course);
+    if (FileExists(CoursePath(course.AppPath, "\\SessionData\\config.csv")))
+        WriteConfig(course, host);
 }
 
 LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
@@ -56,7 +57,7 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
     if (options.removeStaleTemporaries) RemoveLeftTemporaries(course);
     ReadConfig(course, host);
     if (options.moveStrayImages) MoveStrayImages(course);
-    if (options.stampVersion) StampVersion(course);
+    if (options.stampVersion) StampVersion(course, host);
 
     std::string folderName = LastComponent(course.AppPath);
     course.CourseFolderName = folderName;

@@ -48,6 +48,6 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
 void MoveStrayImages(const Course& course);
 // Sets the three version settings to this program's version; rewrites Config.csv only when it
 // exists and a number differed.
-void StampVersion(Course& course);
+void StampVersion(Course& course, Host& host);
 
 }  // namespace tallory

@@ -234,10 +234,10 @@ void CourseList::Activate() {
     }
 }
 
-std::string CourseList::SetAndStart() {
+std::string CourseList::SetAndStart(Host& host) {
     const std::string text =
         selected_ >= 0 && selected_ < static_cast<int>(rows_.size()) ? rows_[selected_] : "";
-    SaveSelectedClass(programFolder_, text);
+    SaveSelectedClass(programFolder_, text, host);
     // Nothing is checked: without a selection the course is the Classes folder itself.
     const std::string name = Trim(ReplaceAllNoCase(Trim(text), "(*)", ""));
     const std::string course = ClassesFolder() + "/" + name;

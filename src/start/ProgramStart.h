@@ -80,7 +80,7 @@ class CourseList {
     // Selects the course chosen last time, when a row still reads the same.
     void Activate();
     // cmdSetAndStart: remembers the row and returns the course folder, with its folders made.
-    std::string SetAndStart();
+    std::string SetAndStart(Host& host);
 
     const std::vector<std::string>& Rows() const { return rows_; }
     bool StartEnabled() const { return !rows_.empty(); }

@@ -81,14 +81,14 @@ void ReadConfigText(Course& course, Host& host, std::string_view text) {
     ReadConfigLines(course, host, reader);
 }
 
-void WriteConfig(const Course& course) {
+void WriteConfig(const Course& course, Host& host) {
     std::string text;
     for (int i = 1; i <= course.NumParams; ++i) {
         const ParamRec& param = course.Params[i];
         text += "\"" + Trim(param.Key) + "\" ,\"" + param.Value + "\" ,\"" + param.Note + "\"\r\n";
     }
     // The polling application owns this file too; a failed write leaves its copy as it was.
-    ReplaceFile(CoursePath(course.AppPath, kConfigFile), text);
+    ReplaceFile(CoursePath(course.AppPath, kConfigFile), text, nullptr, &host);
 }
 
 std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue) {
@@ -130,9 +130,9 @@ std::string ReadSelectedClass(const std::string& programFolder) {
     return Trim(value);
 }
 
-void SaveSelectedClass(const std::string& programFolder, std::string_view rowText) {
+void SaveSelectedClass(const std::string& programFolder, std::string_view rowText, Host& host) {
     std::string line = "\"SelectedClass\",\"" + std::string(rowText) + "\"\r\n";
-    ReplaceFile(CoursePath(programFolder, "\\Classes\\Options.csv"), line);
+    ReplaceFile(CoursePath(programFolder, "\\Classes\\Options.csv"), line, nullptr, &host);
 }
 
 std::string CourseName(const Course& course) {

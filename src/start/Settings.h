@@ -14,7 +14,8 @@ namespace tallory {
 void ReadConfig(Course& course, Host& host);
 // The same over the text of a Config.csv.
 void ReadConfigText(Course& course, Host& host, std::string_view text);
-void WriteConfig(const Course& course);
+// A file that cannot be written is reported to the host; the old one stands.
+void WriteConfig(const Course& course, Host& host);
 // The trimmed value of the first row with this key (case and blanks ignored), or the default.
 std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue);
 
@@ -27,6 +28,6 @@ bool IsWebVotingEnabled(const std::string& folder);
 
 // Options.csv under `programFolder` + "\Classes".
 std::string ReadSelectedClass(const std::string& programFolder);
-void SaveSelectedClass(const std::string& programFolder, std::string_view rowText);
+void SaveSelectedClass(const std::string& programFolder, std::string_view rowText, Host& host);
 
 }  // namespace tallory

@@ -11,8 +11,8 @@
 
 namespace tallory {
 
-CourseListDialog::CourseListDialog(const std::string& programFolder, QWidget* parent)
-    : QDialog(parent), list_(programFolder) {
+CourseListDialog::CourseListDialog(const std::string& programFolder, Host& host, QWidget* parent)
+    : QDialog(parent), list_(programFolder), host_(host) {
     setObjectName("frmCourseList");
     UseDialogFrame(this);
     setWindowTitle("Welcome to Tallory");
@@ -70,7 +70,7 @@ void CourseListDialog::showEvent(QShowEvent* event) {
 void CourseListDialog::SetAndStart() {
     const auto selected = lstCourses_->selectedItems();
     list_.Select(selected.isEmpty() ? -1 : lstCourses_->row(selected.first()));
-    courseFolder_ = list_.SetAndStart();
+    courseFolder_ = list_.SetAndStart(host_);
     accept();
 }
 

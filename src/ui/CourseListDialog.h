@@ -15,7 +15,8 @@ namespace tallory {
 class CourseListDialog : public QDialog {
     Q_OBJECT
   public:
-    explicit CourseListDialog(const std::string& programFolder, QWidget* parent = nullptr);
+    // A choice that cannot be remembered is reported to `host`.
+    CourseListDialog(const std::string& programFolder, Host& host, QWidget* parent = nullptr);
 
     // The chosen course folder, after the dialog was accepted.
     const std::string& CourseFolder() const { return courseFolder_; }
@@ -30,6 +31,7 @@ class CourseListDialog : public QDialog {
     void SetAndStart();
 
     CourseList list_;
+    Host& host_;
     std::string courseFolder_;
     QListWidget* lstCourses_;
     QPushButton* cmdSetAndStart_;

@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
         if (place.userFolder) MakeUserClasses(programFolder, installation);
         if (place.chooseCourse) {
             CreateFolderPath(CoursePath(programFolder, "\\Classes"));
-            CourseListDialog courses(programFolder);
+            CourseListDialog courses(programFolder, host);
             if (courses.exec() != QDialog::Accepted) return;
             course->AppPath = courses.CourseFolder();
         }

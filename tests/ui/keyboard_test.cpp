@@ -288,7 +288,8 @@ TEST(Keyboard, CourseScreenShowsNoRowSelectedAndEnterNeedsOne) {
     TempCourse program;
     for (const char* course : {"physics", "Algebra"})
         program.Write(std::string("Classes/") + course + "/Roster.txt", "");
-    CourseListDialog dialog(program.Path());
+    QtHost host;
+    CourseListDialog dialog(program.Path(), host);
     dialog.show();
     dialog.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
