@@ -251,10 +251,37 @@ void QtHost::StartProgram(const std::string& program, const std::string& argumen
     QProcess::startDetached(QString::fromStdString(program), {QString::fromStdString(argument)});
 }
 
+void QtHost::FileNotWritten(const std::string& path, const std::string& reason) {
+    (void)path;  // the reason names it
+    if (std::find(unsaved_.begin(), unsaved_.end(), reason) == unsaved_.end())
+        unsaved_.push_back(reason);
+}
+
+void QtHost::ShowUnsaved() {
+    if (unsaved_.empty()) return;
+    const std::string text = UnsavedMessage(unsaved_);
+    unsaved_.clear();
+    Message(text, kProgramTitle, Icon::Exclamation);
+}
+
+std::string UnsavedMessage(const std::vector<std::string>& reasons) {
+    constexpr size_t kListed = 10;
+    std::string text = reasons.size() == 1
+                           ? "A file was not saved; it stands as it was before."
+                           : std::to_string(reasons.size()) +
+                                 " files were not saved; each stands as it was before.";
+    text += "\r\n";
+    for (size_t i = 0; i < reasons.size() && i < kListed; ++i) text += "\r\n" + reasons[i];
+    if (reasons.size() > kListed)
+        text += "\r\n... and " + std::to_string(reasons.size() - kListed) + " more.";
+    return text;
+}
+
 void RunGuarded(Host& host, const std::function<void()>& command) {
     std::string message;
     try {
         command();
+        if (auto* desktop = dynamic_cast<QtHost*>(&host)) desktop->ShowUnsaved();
         return;
     } catch (const RunTimeError& error) {
         message = error.Message();

@@ -4,7 +4,9 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/Host.h"
 
@@ -57,6 +59,11 @@ class QtHost : public Host {
     OptionChoice ChooseOption(const OptionDialog& dialog) override;
     void OpenDocument(const std::string& path) override;
     void StartProgram(const std::string& program, const std::string& argument) override;
+    // A file not written is told once the command that wrote it has ended, all of its files in
+    // one message (ShowUnsaved), so that a purge on a full disk gives one box, not one per log.
+    void FileNotWritten(const std::string& path, const std::string& reason) override;
+    // Shows the files not written since the last call, if any, and forgets them.
+    void ShowUnsaved();
 
     // The progress screen while it is up, for tests; null otherwise.
     ProgressDialog* Progress() const { return progress_.get(); }
@@ -65,10 +72,15 @@ class QtHost : public Host {
     std::unique_ptr<ProgressDialog> progress_;
     bool waitCursor_ = false;
     QString progressCaption_;
+    std::vector<std::string> unsaved_;  // the reasons, in order
 };
 
+// The message for files not written: each reason names its file and the cause.
+std::string UnsavedMessage(const std::vector<std::string>& reasons);
+
 // Runs one command of the program. A run-time error ends the program: it is shown in a message box
-// and the process ends at once, without writing anything more.
+// and the process ends at once, without writing anything more. Files the command could not write
+// are told when it ends.
 void RunGuarded(Host& host, const std::function<void()>& command);
 
 }  // namespace tallory

@@ -6,12 +6,18 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "../TestSupport.h"
 #include "QtEnvironment.h"
+#include "common/AtomicFile.h"
 #include "common/Text.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
@@ -130,6 +136,85 @@ TEST_F(LiveCourse, RemovedAndRenamedLogs) {
     EXPECT_TRUE(Title("L2609151000.csv").empty()) << "the old name is gone from the grid";
     EXPECT_EQ(Notice(), "Sessions updated");
     EXPECT_EQ(messages_, 0);
+}
+
+// ---- Files the desktop could not save
+// ------------------------------------------------------------
+
+// Runs `work` with every message box answered; gives the texts shown, in order.
+std::vector<std::string> MessagesOf(const std::function<void()>& work) {
+    std::vector<std::string> texts;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            texts.push_back(box->text().toStdString());
+            box->accept();
+        }
+    });
+    answer.start(20);
+    work();
+    return texts;
+}
+
+TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
+    test::TempCourse course;
+    for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
+        course.Write(log, "old");
+    course.Write("SessionData/RemoteID.csv", "old");
+    QtHost host;
+    SetWriteFault(WriteFault{WriteStep::Write, ENOSPC, "SessionData/L2609"});
+    int shownDuring = -1;
+    const std::vector<std::string> texts = MessagesOf([&] {
+        RunGuarded(host, [&] {
+            ReplaceFile(course.File("SessionData/L2609011000.csv"), "new", nullptr, &host);
+            ReplaceFile(course.File("SessionData/L2609021000.csv"), "new", nullptr, &host);
+            ReplaceFile(course.File("SessionData/RemoteID.csv"), "new", nullptr, &host);
+            AtomicFile guarded(course.File("SessionData/RemoteID.csv"), &host);
+            guarded.Open();
+            guarded.Refuse(course.File("SessionData/RemoteID.csv") +
+                           " is being written by another program; nothing was changed.");
+            QTest::qWait(100);
+            shownDuring = static_cast<int>(texts.size());
+        });
+    });
+    SetWriteFault(std::nullopt);
+    EXPECT_EQ(shownDuring, 0) << "told only once the command has ended";
+    ASSERT_EQ(texts.size(), 1u);
+    const std::string& text = texts[0];
+    EXPECT_EQ(text.rfind("3 files were not saved; each stands as it was before.", 0), 0u) << text;
+    for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
+        EXPECT_NE(text.find("cannot write " + course.File(log) + ": the disk is full"),
+                  std::string::npos)
+            << text;
+    EXPECT_NE(text.find("is being written by another program"), std::string::npos) << text;
+    EXPECT_EQ(course.Read("SessionData/L2609011000.csv"), "old");
+    EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
+}
+
+// The start stamps the program's version into Config.csv; on a read-only disk the window says
+// that it could not.
+TEST(UnsavedFiles, TheStartSaysWhenTheSettingsCannotBeSaved) {
+    test::TempCourse demo;
+    demo.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    const std::string config =
+        "\"CourseName\" ,\"Physics\" ,\"\"\r\n"
+        "\"tallory.exe.major\" ,\"0\" ,\"\"\r\n";
+    demo.Write("SessionData/Config.csv", config);
+    Course course;
+    course.AppPath = demo.Path();
+    course.ProgramFolder = demo.Path();
+    QtHost host;
+    MainWindow window(course, host, false);
+    window.show();
+    SetWriteFault(WriteFault{WriteStep::Open, EROFS, "Config.csv"});
+    const std::vector<std::string> texts = MessagesOf([&] { window.Load(); });
+    SetWriteFault(std::nullopt);
+    const std::string expected =
+        "A file was not saved; it stands as it was before.\n\ncannot "
+        "create a file beside " +
+        demo.File("SessionData/Config.csv") + ": the disk is read-only";
+    EXPECT_EQ(std::count(texts.begin(), texts.end(), expected), 1);
+    EXPECT_EQ(demo.Read("SessionData/Config.csv"), config);
 }
 
 }  // namespace
