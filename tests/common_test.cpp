@@ -180,6 +180,7 @@ TEST(LinePrinter, LeavesTheLastLineOpen) {
     LinePrinter printer(file);
     printer.NewLine().Text("a,").Number(0.5).Text(",");
     printer.NewLine().Number(-1);
+    printer.Flush();
     ASSERT_TRUE(file.Commit());
     EXPECT_EQ(course.Read("out.csv"), "a, .5 ,\r\n-1 ");
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -150,6 +151,11 @@ TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
         values.push_back(static_cast<double>(static_cast<int64_t>(random() >> (i % 60))) *
                          (i % 2 ? 1 : -1));
         values.push_back((random() % 100000) / 4.0);
+        // Times and points as the logs hold them, thirds that run to the last digit, and any
+        // bit pattern at all: every exponent, subnormals, infinities and NaNs.
+        values.push_back(static_cast<double>(random() % 1000000) / 1000 * (i % 3 ? 1 : -1));
+        values.push_back(static_cast<double>(random() % 1000) / 3);
+        values.push_back(std::bit_cast<double>(static_cast<uint64_t>(random())));
     }
     for (double value : values) EXPECT_EQ(NumberText(value), printed(value)) << value;
 }

@@ -414,6 +414,79 @@ TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatWasRead) {
     }
 }
 
+// A log read again is guarded by what the latest read saw: a read of a log that is still as this
+// process last read or wrote it may keep what it knew, but one changed meanwhile must be known
+// anew, and a change that left size and time alike is still caught before the replacement.
+TEST(Safety, ALogReadAgainIsGuardedByTheLatestRead) {
+    const std::string log = "old log\r\n";
+    struct Case {
+        const char* name;
+        std::function<void(const std::string&)> betweenReads;  // this process and another
+        bool replaced;
+    } cases[] = {
+        {"nothing", [](const std::string&) {}, true},
+        {"written by this process",
+         [](const std::string& path) { ASSERT_TRUE(ReplaceFile(path, "ours\r\n")); }, true},
+        {"a vote appended",
+         [](const std::string& path) { std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n"; },
+         true},
+        {"written by this process, then a vote appended",
+         [](const std::string& path) {
+             ASSERT_TRUE(ReplaceFile(path, "ours\r\n"));
+             std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n";
+         },
+         true},
+        {"rewritten with as many bytes and the old time put back",
+         [](const std::string& path) {
+             struct stat before {};
+             ASSERT_EQ(::stat(path.c_str(), &before), 0);
+             std::ofstream(path, std::ios::binary | std::ios::trunc) << "OLD LOG\r\n";
+             const struct timespec times[2] = {before.st_atim, before.st_mtim};
+             ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+         },
+         false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", log);
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        Course read;
+        ReadSessionLog(read, path);
+        c.betweenReads(path);
+        ReadSessionLog(read, path);
+        const std::string before = test::ReadBytes(path);
+        std::string error;
+        EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
+        EXPECT_EQ(test::ReadBytes(path), c.replaced ? "new log\r\n" : before);
+    }
+}
+
+// The hash that guards a log is the same however its bytes come: whole, or in pieces of any size
+// as a writer hands them over.
+TEST(Safety, TheContentHashIsTheSameForAnyPieces) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += static_cast<char>('!' + (i * 37) % 90);
+    for (size_t length :
+         {size_t{0}, size_t{1}, size_t{7}, size_t{8}, size_t{9}, size_t{64}, size_t{300}}) {
+        const std::string_view whole(text.data(), length);
+        const uint64_t expected = ContentHash(whole);
+        for (size_t piece = 1; piece <= 17; ++piece) {
+            ContentHasher hasher;
+            for (size_t at = 0; at < length; at += piece) hasher.Add(whole.substr(at, piece));
+            EXPECT_EQ(hasher.Value(), expected) << "length " << length << " piece " << piece;
+        }
+    }
+    // A changed byte, a byte more and bytes swapped each give another hash.
+    const uint64_t base = ContentHash(text);
+    std::string changed = text;
+    changed[150] ^= 1;
+    std::string swapped = text;
+    std::swap(swapped[10], swapped[20]);
+    for (const std::string& other : {changed, text + " ", swapped, text.substr(0, 299) + '\0'})
+        EXPECT_NE(ContentHash(other), base);
+}
+
 // A writer holding the log open (the polling application during a class) keeps it from being
 // replaced; so does one that opens it while the replacement runs (the lease makes it wait).
 TEST(Safety, ALogHeldOpenForWritingIsNotReplaced) {

@@ -150,8 +150,7 @@ bool IsTemporaryLetter(char c) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(std::string path, Host* host)
-    : path_(std::move(path)), host_(host), hash_(ContentHash({})) {}
+AtomicFile::AtomicFile(std::string path, Host* host) : path_(std::move(path)), host_(host) {}
 
 AtomicFile::~AtomicFile() {
     if (fd_ >= 0) ::close(fd_);
@@ -214,7 +213,7 @@ bool AtomicFile::Flush() {
 void AtomicFile::Write(std::string_view text) {
     if (failed_ || fd_ < 0) return;
     buffer_.append(text);
-    hash_ = ContentHash(text, hash_);
+    hash_.Add(text);
     size_ += static_cast<int64_t>(text.size());
     if (buffer_.size() >= (1 << 16)) Flush();
 }
@@ -237,7 +236,7 @@ bool AtomicFile::Commit() {
         Fail("cannot replace " + path_);
         return false;
     }
-    if (!ChangeJournal::BeforeReplace(target_, hash_)) {
+    if (!ChangeJournal::BeforeReplace(target_, hash_.Value())) {
         Fail("cannot keep " + path_ + " as it was for the change journal");
         return false;
     }
@@ -267,7 +266,7 @@ bool AtomicFile::Commit() {
     }
     committed_ = true;
     // A guarded file stays guarded: the next replacement checks against what was written now.
-    if (read) RememberWritten(target_, size_, hash_);
+    if (read) RememberWritten(target_, size_, hash_.Value());
     SyncFolder(FolderOf(target_));
     if (host_) host_->FileWritten(path_);
     return true;

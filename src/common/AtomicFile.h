@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "common/Host.h"
+#include "common/ReadGuard.h"
 
 namespace tallory {
 
@@ -50,7 +51,7 @@ class AtomicFile {
     std::string target_;
     std::string temporary_;
     std::string buffer_;
-    uint64_t hash_ = 0;  // of everything written
+    ContentHasher hash_;  // of everything written
     int64_t size_ = 0;
     int fd_ = -1;
     bool failed_ = false;

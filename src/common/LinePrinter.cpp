@@ -4,20 +4,24 @@
 
 namespace tallory {
 
+LinePrinter::LinePrinter(AtomicFile& file) : file_(file) {
+    pending_.reserve(kPiece + kNumberItemSize);
+}
+
 LinePrinter& LinePrinter::NewLine() {
-    if (started_) file_.Write("\r\n");
+    if (started_) pending_.append("\r\n");
     started_ = true;
     return *this;
 }
 
-LinePrinter& LinePrinter::Text(std::string_view text) {
-    file_.Write(text);
-    return *this;
+LinePrinter& LinePrinter::Number(double value) {
+    char item[kNumberItemSize];
+    return Text(std::string_view(item, NumberItemTo(value, item)));
 }
 
-LinePrinter& LinePrinter::Number(double value) {
-    file_.Write(NumberItem(value));
-    return *this;
+void LinePrinter::Flush() {
+    file_.Write(pending_);
+    pending_.clear();
 }
 
 }  // namespace tallory

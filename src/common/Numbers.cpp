@@ -180,39 +180,50 @@ double RoundDecimal(double value, int places, bool halfEven) {
 
 }  // namespace
 
-std::string NumberText(double value) {
-    if (value == 0) return "0";
+size_t NumberTextTo(double value, char* out) {
+    if (value == 0) {
+        out[0] = '0';
+        return 1;
+    }
     // A whole number below 10^15 prints as its digits in the general form: the usual grid cell.
-    if (std::fabs(value) < 1e15 && value == std::trunc(value)) {
-        char digits[24];
-        char* end =
-            std::to_chars(digits, digits + sizeof digits, static_cast<long long>(value)).ptr;
-        return std::string(digits, end);
+    if (std::fabs(value) < 1e15 && value == std::trunc(value))
+        return static_cast<size_t>(
+            std::to_chars(out, out + kNumberTextSize, static_cast<long long>(value)).ptr - out);
+    // The general form with 15 significant digits, as printf's "%.15G" gives it: no trailing
+    // zeros, an exponent of at least two digits, its letter (and those of "INF", "NAN") upper case.
+    char* end =
+        std::to_chars(out, out + kNumberTextSize, value, std::chars_format::general, 15).ptr;
+    for (char* c = out; c != end; ++c)
+        if (*c >= 'a' && *c <= 'z') *c = static_cast<char>(*c - 'a' + 'A');
+    return static_cast<size_t>(end - out);
+}
+
+std::string NumberText(double value) {
+    char text[kNumberTextSize];
+    return std::string(text, NumberTextTo(value, text));
+}
+
+size_t NumberItemTo(double value, char* out) {
+    char text[kNumberTextSize];
+    const size_t length = NumberTextTo(value, text);
+    std::string_view digits(text, length);
+    size_t at = 0;
+    if (digits[0] == '-') {
+        out[at++] = '-';
+        digits.remove_prefix(1);
+    } else {
+        out[at++] = ' ';
     }
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.15G", value);
-    std::string text(buffer);
-    size_t e = text.find('E');
-    std::string mantissa = text.substr(0, e);
-    std::string exponent = e == std::string::npos ? "" : text.substr(e);
-    if (mantissa.find('.') != std::string::npos) {
-        while (!mantissa.empty() && mantissa.back() == '0') mantissa.pop_back();
-        if (!mantissa.empty() && mantissa.back() == '.') mantissa.pop_back();
-    }
-    return mantissa + exponent;
+    if (digits.size() > 1 && digits[0] == '0' && digits[1] == '.') digits.remove_prefix(1);
+    std::memcpy(out + at, digits.data(), digits.size());
+    at += digits.size();
+    out[at++] = ' ';
+    return at;
 }
 
 std::string NumberItem(double value) {
-    std::string text = NumberText(value);
-    std::string item;
-    if (text[0] == '-') {
-        item = "-";
-        text.erase(0, 1);
-    } else {
-        item = " ";
-    }
-    if (text.size() > 1 && text[0] == '0' && text[1] == '.') text.erase(0, 1);
-    return item + text + " ";
+    char item[kNumberItemSize];
+    return std::string(item, NumberItemTo(value, item));
 }
 
 double Round(double value, int places) {

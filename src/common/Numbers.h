@@ -18,6 +18,13 @@ std::string NumberText(double value);
 // before the point, then one blank (" 12 ", "-1 ", " .5 ", " 0 ").
 std::string NumberItem(double value);
 
+// The same two into a buffer of at least the size given, without allocating; each returns the
+// length of its text.
+inline constexpr size_t kNumberTextSize = 32;
+inline constexpr size_t kNumberItemSize = kNumberTextSize + 2;
+size_t NumberTextTo(double value, char* out);
+size_t NumberItemTo(double value, char* out);
+
 // Rounds to `places` decimals, halves to the even neighbour, on the value's 15-digit decimal form.
 double Round(double value, int places = 0);
 

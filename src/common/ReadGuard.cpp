@@ -7,9 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <bit>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <mutex>
@@ -47,7 +49,7 @@ bool SameFile(const struct stat& info, const ReadSnapshot& read) {
 }
 
 bool SameBytes(int fd, const ReadSnapshot& read) {
-    uint64_t hash = ContentHash({});
+    ContentHasher hash;
     int64_t total = 0;
     char buffer[1 << 16];
     for (off_t at = 0;;) {
@@ -55,11 +57,11 @@ bool SameBytes(int fd, const ReadSnapshot& read) {
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return false;
         if (got == 0) break;
-        hash = ContentHash({buffer, static_cast<size_t>(got)}, hash);
+        hash.Add({buffer, static_cast<size_t>(got)});
         total += got;
         at += got;
     }
-    return total == read.size && hash == read.hash;
+    return total == read.size && hash.Value() == read.hash;
 }
 
 // The lease's break is signalled; the default signal (SIGIO) would end the program, this one is
@@ -68,12 +70,57 @@ constexpr int kLeaseBreakSignal = SIGURG;
 
 }  // namespace
 
-uint64_t ContentHash(std::string_view bytes, uint64_t hash) {
-    for (unsigned char c : bytes) {
-        hash ^= c;
-        hash *= 0x100000001b3ull;
+namespace {
+
+// One step: every step maps the state one to one for a given word, so two texts of one length
+// that differ in a single word never meet.
+inline uint64_t HashStep(uint64_t state, uint64_t word) {
+    state = (state ^ word) * 0x100000001b3ull;
+    return (state << 29) | (state >> 35);
+}
+
+}  // namespace
+
+void ContentHasher::Add(std::string_view bytes) {
+    const char* p = bytes.data();
+    size_t left = bytes.size();
+    length_ += left;
+    // Complete the word begun by the piece before.
+    while (pendingCount_ != 0 && left != 0) {
+        pending_ |= uint64_t{static_cast<unsigned char>(*p++)} << (8 * pendingCount_);
+        --left;
+        if (++pendingCount_ == 8) {
+            state_ = HashStep(state_, pending_);
+            pending_ = 0;
+            pendingCount_ = 0;
+        }
     }
-    return hash;
+    uint64_t state = state_;
+    for (; left >= 8; p += 8, left -= 8) {
+        uint64_t word;
+        std::memcpy(&word, p, 8);
+        if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+        state = HashStep(state, word);
+    }
+    state_ = state;
+    for (; left != 0; --left)
+        pending_ |= uint64_t{static_cast<unsigned char>(*p++)} << (8 * pendingCount_++);
+}
+
+uint64_t ContentHasher::Value() const {
+    uint64_t state = pendingCount_ != 0 ? HashStep(state_, pending_) : state_;
+    state = HashStep(state, length_);
+    // Spread the last steps over every bit.
+    state ^= state >> 33;
+    state *= 0xff51afd7ed558ccdull;
+    state ^= state >> 33;
+    return state;
+}
+
+uint64_t ContentHash(std::string_view bytes) {
+    ContentHasher hasher;
+    hasher.Add(bytes);
+    return hasher.Value();
 }
 
 void RememberRead(const std::string& path, std::string_view bytes) {

@@ -18,8 +18,23 @@ struct ReadSnapshot {
     uint64_t hash = 0;  // of the bytes read
 };
 
-// A hash of file contents, the same for the bytes read and the bytes written.
-uint64_t ContentHash(std::string_view bytes, uint64_t hash = 0xcbf29ce484222325ull);
+// A hash of file contents, the same for the bytes read and the bytes written, however they are
+// cut into pieces on the way. It takes eight bytes per step, so that checking a file costs little
+// beside reading it.
+class ContentHasher {
+  public:
+    void Add(std::string_view bytes);
+    uint64_t Value() const;
+
+  private:
+    uint64_t state_ = 0xcbf29ce484222325ull;
+    uint64_t pending_ = 0;  // bytes not yet taken, the first in the lowest byte
+    unsigned pendingCount_ = 0;
+    uint64_t length_ = 0;
+};
+
+// The hash of bytes at hand in one piece.
+uint64_t ContentHash(std::string_view bytes);
 
 // Keeps what was read of `path` (the bytes just read); a later replacement is guarded.
 void RememberRead(const std::string& path, std::string_view bytes);

@@ -1,5 +1,9 @@
 #include "logs/SessionLog.h"
 
+#include <sys/stat.h>
+
+#include <optional>
+
 #include "common/Numbers.h"
 #include "common/ReadGuard.h"
 #include "common/RunTimeError.h"
@@ -283,6 +287,22 @@ std::string_view Mid(std::string_view text, size_t from, size_t count) {
     return from > text.size() ? std::string_view() : text.substr(from - 1, count);
 }
 
+// Keeps what was read of a log for the guard of its next replacement. A log this process read or
+// wrote before, and that nobody changed since, is known already: hashing its bytes again would
+// give the hash kept then. Should its bytes differ all the same, the guard finds that out before
+// it replaces the file.
+void RememberLogRead(const std::string& fileName, std::string_view bytes) {
+    const std::optional<ReadSnapshot> known = RememberedRead(fileName);
+    struct stat info {};
+    if (known && ::stat(fileName.c_str(), &info) == 0 && info.st_dev == known->device &&
+        info.st_ino == known->inode && info.st_size == known->size &&
+        static_cast<int64_t>(bytes.size()) == known->size &&
+        static_cast<int64_t>(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec ==
+            known->modifiedNs)
+        return;
+    RememberRead(fileName, bytes);
+}
+
 }  // namespace
 
 void ReadSessionLog(Course& course, const std::string& fileName) {
@@ -291,7 +311,7 @@ void ReadSessionLog(Course& course, const std::string& fileName) {
     LineReader reader(fileName);
     if (!reader.IsOpen()) throw RunTimeError(kFileNotFound, "File " + fileName);
     // The polling application may append to the log: a later replacement checks it is unchanged.
-    RememberRead(fileName, reader.Text());
+    RememberLogRead(fileName, reader.Text());
     ReadSessionLog(course, reader);
 }
 

@@ -1,7 +1,9 @@
 #include "logs/SessionLogWriter.h"
 
+#include <array>
 #include <exception>
 #include <utility>
+#include <vector>
 
 #include "common/AtomicFile.h"
 #include "common/LinePrinter.h"
@@ -79,17 +81,29 @@ void WriteValueLine(const Course& course, LinePrinter& out, std::string_view lab
     }
 }
 
-int16_t CountAnswers(Course& course, int question, int choice) {
-    int16_t count = 0;
-    for (int r = 1; r <= course.NumVoters; ++r)
-        if (course.Votes[r].Answer[question] == choice) ++count;
-    return count;
+// How many voters chose each choice of each question, from one walk over the voters. A count
+// keeps to 16 bits as the log does.
+std::vector<std::array<int16_t, 6>> CountAnswers(Course& course) {
+    std::vector<std::array<int, 6>> counts(course.NumQuestions + 1);
+    for (int r = 1; r <= course.NumVoters; ++r) {
+        const VoteSlot* slots = course.Votes[r].SlotsUpTo(course.NumQuestions);
+        for (int q = 1; q <= course.NumQuestions; ++q) {
+            const int16_t answer = slots[q].Answer;
+            if (answer >= 1 && answer <= 5) ++counts[q][answer];
+        }
+    }
+    std::vector<std::array<int16_t, 6>> narrow(counts.size());
+    for (size_t q = 0; q < counts.size(); ++q)
+        for (int choice = 1; choice <= 5; ++choice)
+            narrow[q][choice] = static_cast<int16_t>(counts[q][choice]);
+    return narrow;
 }
 
 // Lines 6 to 10. Counts are taken anew from the votes, except on an anonymous question, where
 // no per-voter answers exist: its counts stand as read and its choices earn nothing.
 void WriteChoiceLines(Course& course, LinePrinter& out) {
     static constexpr std::string_view kLetters = "ABCDE";
+    const std::vector<std::array<int16_t, 6>> counts = CountAnswers(course);
     for (int choice = 1; choice <= 5; ++choice) {
         out.NewLine().Text("Response ").Text(kLetters.substr(choice - 1, 1)).Text(",    ,   ,");
         for (int q = 1; q <= course.NumQuestions; ++q) {
@@ -98,7 +112,7 @@ void WriteChoiceLines(Course& course, LinePrinter& out) {
                 question.ChoicePoints[choice] = 0;
                 out.Number(question.ResponseCount[choice]).Text(",").Text("0");
             } else {
-                question.ResponseCount[choice] = CountAnswers(course, q, choice);
+                question.ResponseCount[choice] = counts[q][choice];
                 out.Number(question.ResponseCount[choice])
                     .Text(",")
                     .Number(question.ChoicePoints[choice]);
@@ -125,27 +139,36 @@ void RedoFileTotal(const Course& course, VoteRec& vote) {
     }
 }
 
+// The student registered to the voter's clicker is the voter's own (any case).
+bool RegisteredOwner(const Course& course, const VoteRec& vote) {
+    const int row = FindRemoteRow(course, vote.RemoteId);
+    return SameText(row > 0 ? std::string_view(course.RemoteTable[row].StudentId) : "",
+                    vote.StudentId);
+}
+
 void WriteVoterLine(const Course& course, LinePrinter& out, VoteRec& vote) {
     std::string remote = Trim(ReplaceAll(vote.RemoteId, "#", ""));
     // The student ID is written only where the registrations would not give it back; the long
     // remote IDs never carry one.
     bool longRemote = remote.size() == kLongRemoteLength;
-    bool ownerKnown = longRemote || StartsWith(vote.StudentId, "#") ||
-                      SameText(RemoteToStudent(course, vote.RemoteId), vote.StudentId);
+    bool ownerKnown =
+        longRemote || StartsWith(vote.StudentId, "#") || RegisteredOwner(course, vote);
     out.NewLine().Text("#").Text(longRemote ? remote : vote.RemoteId).Text(",");
     if (ownerKnown)
         out.Text(" ");
     else
         out.Text("\"").Text(vote.StudentId).Text("\"");
     out.Text(",").Number((vote.Score[0] * 100) / 100).Text(",");
+    const VoteSlot* slots = vote.SlotsUpTo(course.NumQuestions);
     for (int q = 1; q <= course.NumQuestions; ++q) {
+        const VoteSlot& slot = slots[q];
         bool anonymous = IsAnonymous(course.Questions[q]);
-        out.Text(anonymous ? "X" : AnswerLabel(vote.Answer[q])).Text(" , ");
-        out.Number(vote.Score[q]).Text(" , ");
-        out.Number(vote.FinalTime[q]).Text(" , ");
-        out.Number(vote.Attempts[q]).Text(" , ");
-        out.Text(anonymous ? "X" : AnswerLabel(vote.FirstAnswer[q])).Text(" , ");
-        out.Number(vote.FirstTime[q]).Text(" , ");
+        out.Text(anonymous ? "X" : AnswerLabel(slot.Answer)).Text(" , ");
+        out.Number(slot.Score).Text(" , ");
+        out.Number(slot.FinalTime).Text(" , ");
+        out.Number(slot.Attempts).Text(" , ");
+        out.Text(anonymous ? "X" : AnswerLabel(slot.FirstAnswer)).Text(" , ");
+        out.Number(slot.FirstTime).Text(" , ");
     }
 }
 
@@ -191,6 +214,7 @@ bool WriteSessionLog(Course& course, Host& host, const std::string& fileName,
         try {
             LinePrinter out(file);
             WriteLog(course, out, remoteId, studentId, deleteRemote);
+            out.Flush();
             written = file.Commit();
         } catch (const std::exception& error) {
             // The error's own text may run over lines: one sentence names the file and the cause.
