@@ -198,8 +198,8 @@ TEST(History, TwentyRandomChangesUndoneLeaveTheCourseAsItStarted) {
             }
             const test::CliResult result = course.Cli(words);
             // An edit the screen refuses (a question deleted in the demo course) saves nothing.
-            if (result.err.find("nothing was saved") == std::string::npos)
-                EXPECT_NE(result.status, 1) << words[0] << ": " << result.err;
+            const bool refused = result.err.find("nothing was saved") != std::string::npos;
+            EXPECT_TRUE(result.status != 1 || refused) << words[0] << ": " << result.err;
         }
         const size_t changes = course.Entries().size();
         EXPECT_GE(changes, 10u);  // a few draws change nothing (no stray clicker left)
