@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollArea>
@@ -26,6 +28,7 @@
 #include "ui/ClassViewWindow.h"
 #include "ui/CommandLabel.h"
 #include "ui/HelpText.h"
+#include "ui/HistoryWindow.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/OverviewWindow.h"
 #include "ui/QtHost.h"
@@ -140,6 +143,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
     root->setSizeConstraint(QLayout::SetNoConstraint);
     root->setContentsMargins(layout.margins);
     root->setSpacing(10);
+    BuildEditMenu(root);
     BuildHeader(root);
     BuildGrid(root);
     BuildFooter(root);
@@ -505,6 +509,39 @@ void MainWindow::Load() {
     // The keyboard starts in the grid, where the arrows move the view.
     if (lblSession_[0]->focusPolicy() != Qt::NoFocus && lblSession_[0]->isEnabled())
         lblSession_[0]->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::BuildEditMenu(QVBoxLayout* root) {
+    auto* bar = new QMenuBar(this);
+    bar->setObjectName("mnuBar");
+    QMenu* edit = bar->addMenu("&Edit");
+    edit->setObjectName("mnuEdit");
+    QAction* undo = edit->addAction("&Undo", this, [this] { UndoLastChange(); });
+    undo->setObjectName("mnuUndo");
+    undo->setShortcut(QKeySequence::Undo);
+    undo->setShortcutContext(Qt::WindowShortcut);
+    QAction* history = edit->addAction("&History...", this, [this] { OpenHistory(); });
+    history->setObjectName("mnuHistory");
+    // The caption names the change an Undo takes back, read when the menu opens.
+    connect(edit, &QMenu::aboutToShow, this, [this, undo] {
+        undo->setText(UndoCaption(course_.AppPath));
+        undo->setEnabled(undo->text() != "&Undo");
+    });
+    root->setMenuBar(bar);
+    addAction(undo);
+}
+
+void MainWindow::UndoLastChange() {
+    Guarded([&] {
+        if (UndoNewestChange(course_.AppPath, host_)) grid_.Start(host_, largeFonts_);
+    });
+}
+
+void MainWindow::OpenHistory() {
+    HistoryWindow window(
+        course_.AppPath, host_, [this] { Guarded([&] { grid_.Start(host_, largeFonts_); }); },
+        this);
+    window.exec();
 }
 
 void MainWindow::Guarded(const std::function<void()>& command) {
