@@ -527,7 +527,12 @@ void MainWindow::BuildEditMenu(QVBoxLayout* root) {
         undo->setText(UndoCaption(course_.AppPath));
         undo->setEnabled(undo->text() != "&Undo");
     });
-    root->setMenuBar(bar);
+    // The bar stands in the window's top margin rather than in the layout, so that the grid keeps
+    // all its room on the smallest screens.
+    (void)root;
+    bar->adjustSize();
+    bar->move(0, 0);
+    bar->raise();
     addAction(undo);
 }
 
@@ -820,6 +825,8 @@ void MainWindow::Repaint() {
         bar->setEnabled(state->enabled);
     }
     PaintKeyboardCommands();
+    // Under the help only its ways out are usable: the Edit menu waits too.
+    if (auto* bar = findChild<QMenuBar*>("mnuBar")) bar->setEnabled(!view.HelpOpen());
     NameCells();
     // New texts may be wider than the old ones.
     FitGrid();
