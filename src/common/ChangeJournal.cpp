@@ -9,7 +9,10 @@
 #include <cstdlib>
 #include <vector>
 
+#include <chrono>
+
 #include "common/AtomicFile.h"
+#include "common/History.h"
 #include "common/Paths.h"
 #include "common/ReadGuard.h"
 
@@ -22,10 +25,15 @@ ChangeJournal* active = nullptr;
 constexpr const char* kJournalName = ".tallory-change";
 constexpr const char* kPathSuffix = ".path";
 constexpr const char* kActionFile = "action";
+// Names the change in the history once it is finished: a journal whose token stands there was
+// finished, and only its removal was cut short.
+constexpr const char* kTokenFile = "token";
 constexpr const char* kDoneSuffix = "-done";
 // The second line of an entry's record: whether the file stood before the change.
 constexpr const char* kStood = "stood";
 constexpr const char* kNew = "new";
+// The first line of a record whose file the change removed.
+constexpr const char* kGone = "gone";
 
 bool ReadWhole(const std::string& path, std::string& text) {
     int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -79,6 +87,11 @@ bool WriteRecord(const std::string& path, const std::string& text) {
 }
 
 // True when `hash` is one of the record's first line, the contents the change wrote.
+// What a change left in a file: its content's hash, or that it removed the file.
+std::string Wrote(std::optional<uint64_t> hash) {
+    return hash ? std::to_string(*hash) : std::string(kGone);
+}
+
 bool WroteContent(const std::string& hashes, const std::string& hash) {
     size_t at = 0;
     while (at <= hashes.size()) {
@@ -118,14 +131,24 @@ std::string RealPath(const std::string& path) {
     return text;
 }
 
+std::string NewToken() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    static int count = 0;
+    return std::to_string(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()) + "-" +
+           std::to_string(::getpid()) + "-" + std::to_string(++count);
+}
+
 }  // namespace
 
 std::string JournalFolder(const std::string& courseFolder) {
     return JoinPath(courseFolder, kJournalName);
 }
 
-ChangeJournal::ChangeJournal(std::string courseFolder, std::string action)
-    : folder_(RealPath(courseFolder)), action_(std::move(action)) {
+ChangeJournal::ChangeJournal(std::string courseFolder, std::string action, bool onlyDescribed)
+    : folder_(RealPath(courseFolder)),
+      action_(std::move(action)),
+      onlyDescribed_(onlyDescribed),
+      token_(NewToken()) {
     if (!folder_.empty()) active = this;
 }
 
@@ -137,14 +160,57 @@ void ChangeJournal::Finish() {
     if (finished_) return;
     finished_ = true;
     if (active == this) active = nullptr;
+    Commit();
+}
+
+void ChangeJournal::Commit() {
+    Record();
     if (!journal_.empty()) RemoveJournal(journal_);
+    journal_.clear();
+    kept_.clear();
+    files_.clear();
+    described_.clear();
+    undoes_ = 0;
+    token_ = NewToken();
+}
+
+void ChangeJournal::Record() {
+    if (described_.empty() || files_.empty()) return;
+    std::vector<ChangedFile> files;
+    for (const KeptFile& kept : files_) {
+        ChangedFile file{kept.path, std::nullopt};
+        if (kept.stood) {
+            std::string text;
+            if (!ReadWhole(kept.entry, text)) continue;
+            file.before = std::move(text);
+        }
+        files.push_back(std::move(file));
+    }
+    RecordChange(folder_, described_, undoes_, token_, files);
+}
+
+bool ChangeJournal::Open() {
+    return active != nullptr;
+}
+
+void ChangeJournal::Describe(const std::string& action, int undoes) {
+    if (!active) return;
+    if (!active->files_.empty()) active->Commit();
+    active->described_ = action;
+    active->undoes_ = undoes;
 }
 
 bool ChangeJournal::BeforeReplace(const std::string& target, uint64_t newHash) {
     return active == nullptr || active->Keep(target, newHash);
 }
 
-bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
+bool ChangeJournal::RemoveFile(const std::string& target) {
+    if (active && !active->Keep(target, std::nullopt)) return false;
+    return ::unlink(target.c_str()) == 0 || errno == ENOENT;
+}
+
+bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newHash) {
+    if (onlyDescribed_ && described_.empty()) return true;
     // Only the course's own files; a file outside it is no part of the course's state.
     const std::string real = RealPath(target);
     const std::string path = real.empty() ? target : real;
@@ -154,8 +220,7 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
         // of several clickers passes over every log once for each), and what it is given now
         // is the change's too.
         auto& [entry, record] = kept->second;
-        const std::string more =
-            record.substr(0, record.find('\n')) + " " + std::to_string(newHash);
+        const std::string more = record.substr(0, record.find('\n')) + " " + Wrote(newHash);
         const std::string next = more + record.substr(record.find('\n'));
         if (!WriteRecord(entry + kPathSuffix, next)) return false;
         record = next;
@@ -166,6 +231,7 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
         WriteEvent();
         if (::mkdir(journal.c_str(), 0700) != 0 && errno != EEXIST) return false;
         if (!WriteDurably(JoinPath(journal, kActionFile), action_)) return false;
+        if (!WriteDurably(JoinPath(journal, kTokenFile), token_)) return false;
         SyncFolder(folder_);
         journal_ = journal;
     }
@@ -174,20 +240,38 @@ bool ChangeJournal::Keep(const std::string& target, uint64_t newHash) {
     // A file that does not stand yet is written down as new: undoing removes it.
     const bool stood = ReadWhole(path, text);
     if (stood && !WriteDurably(entry, text)) return false;
-    const std::string record =
-        std::to_string(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
+    const std::string record = Wrote(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
     if (!WriteDurably(entry + kPathSuffix, record)) return false;
     SyncFolder(journal_);
     kept_[path] = {entry, record};
+    files_.push_back({path, entry, stood});
     return true;
+}
+
+ChangeScope::ChangeScope(const std::string& courseFolder, const std::string& action, int undoes) {
+    if (!ChangeJournal::Open()) own_.emplace(courseFolder, action);
+    ChangeJournal::Describe(action, undoes);
+}
+
+ChangeScope::~ChangeScope() {
+    if (own_) {
+        own_->Finish();
+    } else if (active) {
+        active->Commit();
+    }
 }
 
 std::string UndoInterruptedChange(const std::string& courseFolder) {
     const std::string journal = JournalFolder(courseFolder);
     if (FolderExists(journal + kDoneSuffix)) ClearFolder(journal + kDoneSuffix);
     if (!FolderExists(journal)) return {};
-    std::string action;
+    std::string action, token;
     ReadWhole(JoinPath(journal, kActionFile), action);
+    // A change that reached the history was finished: only the journal's removal was cut short.
+    if (ReadWhole(JoinPath(journal, kTokenFile), token) && HistoryHasToken(courseFolder, token)) {
+        RemoveJournal(journal);
+        return {};
+    }
     int restored = 0, left = 0;
     std::vector<std::string> names = ListFiles(journal);
     std::sort(names.begin(), names.end());
@@ -205,8 +289,8 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
         if (before && !ReadWhole(entry, text)) continue;
         const bool stands = ReadWhole(target, current);
         if (before == stands && (!stands || current == text)) continue;  // never replaced
-        if (!stands ||
-            !WroteContent(record.substr(0, first), std::to_string(ContentHash(current)))) {
+        const std::string now = stands ? std::to_string(ContentHash(current)) : kGone;
+        if (!WroteContent(record.substr(0, first), now)) {
             ++left;  // what the change wrote was changed again since, by someone else
             continue;
         }

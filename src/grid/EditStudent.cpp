@@ -1,5 +1,6 @@
 #include "grid/EditStudent.h"
 
+#include "common/ChangeJournal.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "housekeeping/PurgeClickerLogs.h"
@@ -104,6 +105,8 @@ void EditStudentScreen::CmdAddClick() {
         focusNewClicker_ = true;
         return;
     }
+    ChangeScope change(course_.AppPath,
+                       "Clicker " + remote + " added to student " + Trim(txtStudentId_.text));
     host_.ShowProgress();
     Hide();
     AddRemote(course_, remote, txtStudentId_.text);
@@ -120,6 +123,11 @@ void EditStudentScreen::CmdAddClick() {
 void EditStudentScreen::cmdSaveClick() {
     // Whatever its caption reads, the button removes the chosen remote.
     const std::string remote = cmbClickList_.text;
+    ChangeScope change(
+        course_.AppPath,
+        TrimView(remote).empty()
+            ? "Update of the logs of student " + Trim(txtStudentId_.text)
+            : "Clicker " + Trim(remote) + " removed from student " + Trim(txtStudentId_.text));
     if (!TrimView(remote).empty()) {
         const Answer answer = host_.Message(
             "Are you sure you want to delete the selected clicker. The complete process might "
@@ -148,6 +156,7 @@ void EditStudentScreen::cmdRemoveClick() {
         return;
     }
     Hide();
+    ChangeScope change(course_.AppPath, "Deletion of the logs of clicker " + Trim(remote));
     UpdateClickerLogs(course_, host_, screen_, remote, "", kTrue, kFalse);
     // No count is kept: the remote stands where the count would.
     host_.Message(remote + " records deleted from the log files.", kProgramTitle);

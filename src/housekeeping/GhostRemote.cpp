@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
+#include "common/ChangeJournal.h"
 #include "common/Numbers.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
@@ -191,6 +194,14 @@ void GhostRemoteScreen::CmdDeleteClick() {
         Show();
         return;
     }
+    std::vector<std::string> ticked;
+    for (long i = 0; i < ghostList_.Allocated(); ++i)
+        if (GhostCounts(ghostList_[i]) && ghostList_[i].Selected == kTrue)
+            ticked.push_back(ghostList_[i].RemoteId);
+    ChangeScope change(course_.AppPath,
+                       ticked.size() == 1
+                           ? "Purge of clicker " + Trim(ticked[0])
+                           : "Purge of " + std::to_string(ticked.size()) + " clickers");
     host_.SetProgressCaption(kFirstDeleteCaption);
     // Each deleted remote costs a pass over all logs and a reload of all sessions.
     for (long i = 0; i < ghostList_.Allocated(); ++i) {

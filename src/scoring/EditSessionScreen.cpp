@@ -10,6 +10,7 @@
 #include <ctime>
 
 #include "common/AtomicFile.h"
+#include "common/ChangeJournal.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "logs/SessionLog.h"
@@ -143,6 +144,8 @@ void EditSessionScreen::cmdSaveClick() {
         return;
     }
     saved_ = true;
+    ChangeScope change(course_.AppPath, "Rename of session " + SessionLabel(course_, session_) +
+                                            " to " + txtSessionName_.text);
     const int kept = grid_.SessionScrollValue();
     const std::string path = SessionLogPath(course_, course_.CurrentLogFile);
     // Read, retitle, write: nothing is scored or posted, the grid's figures stand.
@@ -161,6 +164,7 @@ void EditSessionScreen::cmdRemoveClick() {
     closed_ = true;
     if (answer != Answer::Yes) return;
     confirmed_ = true;
+    ChangeScope change(course_.AppPath, "Removal of session " + SessionLabel(course_, session_));
     const int kept = grid_.SessionScrollValue();
     saved_ = false;
     // The "x" copy holds the tables as they stand: the session read last, not necessarily this

@@ -1,5 +1,6 @@
 #include "scoring/SaveSession.h"
 
+#include "common/ChangeJournal.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
 #include "logs/SessionStore.h"
@@ -9,6 +10,7 @@
 namespace tallory {
 
 bool SaveSession(Course& course, Host& host, int session) {
+    ChangeScope change(course.AppPath, "Set Scores of " + SessionLabel(course, session));
     if (CountLiveQuestions(course) == 0) course.SessParticipation = 0;
     const std::string path = SessionLogPath(course, course.SessionFile[session]);
     const bool written = WriteSessionLog(course, host, path, "", "", kFalse);

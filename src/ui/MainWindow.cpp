@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollArea>
@@ -29,6 +31,7 @@
 #include "ui/CommandLabel.h"
 #include "ui/CourseWatcher.h"
 #include "ui/HelpText.h"
+#include "ui/HistoryWindow.h"
 #include "ui/HousekeepingDialogs.h"
 #include "ui/OverviewWindow.h"
 #include "ui/QtHost.h"
@@ -143,6 +146,7 @@ MainWindow::MainWindow(Course& course, QtHost& host, bool largeFonts, QWidget* p
     root->setSizeConstraint(QLayout::SetNoConstraint);
     root->setContentsMargins(layout.margins);
     root->setSpacing(10);
+    BuildEditMenu(root);
     BuildHeader(root);
     BuildGrid(root);
     BuildFooter(root);
@@ -519,6 +523,44 @@ void MainWindow::Load() {
         lblSession_[0]->setFocus(Qt::OtherFocusReason);
 }
 
+void MainWindow::BuildEditMenu(QVBoxLayout* root) {
+    auto* bar = new QMenuBar(this);
+    bar->setObjectName("mnuBar");
+    QMenu* edit = bar->addMenu("&Edit");
+    edit->setObjectName("mnuEdit");
+    QAction* undo = edit->addAction("&Undo", this, [this] { UndoLastChange(); });
+    undo->setObjectName("mnuUndo");
+    undo->setShortcut(QKeySequence::Undo);
+    undo->setShortcutContext(Qt::WindowShortcut);
+    QAction* history = edit->addAction("&History...", this, [this] { OpenHistory(); });
+    history->setObjectName("mnuHistory");
+    // The caption names the change an Undo takes back, read when the menu opens.
+    connect(edit, &QMenu::aboutToShow, this, [this, undo] {
+        undo->setText(UndoCaption(course_.AppPath));
+        undo->setEnabled(undo->text() != "&Undo");
+    });
+    // The bar stands in the window's top margin rather than in the layout, so that the grid keeps
+    // all its room on the smallest screens.
+    (void)root;
+    bar->adjustSize();
+    bar->move(0, 0);
+    bar->raise();
+    addAction(undo);
+}
+
+void MainWindow::UndoLastChange() {
+    Guarded([&] {
+        if (UndoNewestChange(course_.AppPath, host_)) grid_.Start(host_, largeFonts_);
+    });
+}
+
+void MainWindow::OpenHistory() {
+    HistoryWindow window(
+        course_.AppPath, host_, [this] { Guarded([&] { grid_.Start(host_, largeFonts_); }); },
+        this);
+    window.exec();
+}
+
 void MainWindow::Guarded(const std::function<void()>& command) {
     ++running_;
     RunGuarded(host_, command);
@@ -826,6 +868,8 @@ void MainWindow::Repaint() {
         bar->setEnabled(state->enabled);
     }
     PaintKeyboardCommands();
+    // Under the help only its ways out are usable: the Edit menu waits too.
+    if (auto* bar = findChild<QMenuBar*>("mnuBar")) bar->setEnabled(!view.HelpOpen());
     NameCells();
     // New texts may be wider than the old ones.
     FitGrid();

@@ -46,6 +46,10 @@ class MainWindow : public QWidget {
     void Load();
 
     ScoreGrid& Grid() { return grid_; }
+    // Edit > Undo: the newest change not undone, then the grid read again.
+    void UndoLastChange();
+    // Edit > History...
+    void OpenHistory();
     // The share of its designed size at which the window shows its type.
     double TypeRatio() const { return fonts_.Ratio(); }
 
@@ -61,6 +65,7 @@ class MainWindow : public QWidget {
         double points;
     };
 
+    void BuildEditMenu(QVBoxLayout* root);
     void BuildHeader(QVBoxLayout* root);
     void BuildGrid(QVBoxLayout* root);
     void BuildFooter(QVBoxLayout* root);

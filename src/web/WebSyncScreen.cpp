@@ -3,6 +3,7 @@
 #include <deque>
 #include <utility>
 
+#include "common/ChangeJournal.h"
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "registration/RemoteTable.h"
@@ -302,6 +303,7 @@ void SyncWebRegistrations(Course& course, Host& host, MainScreen& screen, UrlFet
     showModal(web);
     // A cancelled run keeps its accepted registrations in memory only, until the next reload.
     if (web.Cancelled()) return;
+    ChangeScope change(course.AppPath, "WebSync");
     WriteRemoteIds(course, host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
     LoadSessions(course, host, screen);
     screen.UpdateTable();
