@@ -284,15 +284,26 @@ ChangePreview PreviewChange(const std::string& courseFolder, DisplayOrder order,
 
 ChangePreview PreviewOpenCourseChange(const Course& course, DisplayOrder order,
                                       const OpenCourseChange& change) {
-    return PreviewChange(course.AppPath, order, [&](const std::string& copyFolder) {
-        auto copy = std::make_unique<Course>(course);
-        copy->AppPath = copyFolder;
-        copy->ProgramFolder = copyFolder;
-        RecordingHost goAhead;
-        goAhead.defaultAnswer = Answer::Yes;
-        HeadlessScreen screen(order);
-        change(*copy, goAhead, screen);
-    });
+    int logsWritten = 0;
+    ChangePreview preview =
+        PreviewChange(course.AppPath, order, [&](const std::string& copyFolder) {
+            auto copy = std::make_unique<Course>(course);
+            copy->AppPath = copyFolder;
+            copy->ProgramFolder = copyFolder;
+            RecordingHost goAhead;
+            goAhead.defaultAnswer = Answer::Yes;
+            HeadlessScreen screen(order);
+            change(*copy, goAhead, screen);
+            std::set<std::string> logs;
+            for (const std::string& path : goAhead.written) {
+                const std::string name = ToUpper(LastComponent(path));
+                for (int s = 1; s <= course.NumSessions; ++s)
+                    if (name == ToUpper(course.SessionFile[s])) logs.insert(name);
+            }
+            logsWritten = static_cast<int>(logs.size());
+        });
+    preview.logsWritten = logsWritten;
+    return preview;
 }
 
 ChangePreview PreviewPurge(const Course& course, DisplayOrder order,

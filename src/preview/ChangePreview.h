@@ -34,6 +34,9 @@ struct ChangePreview {
     std::vector<ScoreChange> changes;
     // Session logs among `files`.
     int logs = 0;
+    // Session logs the change wrote, whether their bytes came out different or not (known for a
+    // change of the open course only).
+    int logsWritten = 0;
 
     int Students() const;
     int Sessions() const;

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <exception>
 
 #include "common/Text.h"
@@ -103,7 +104,7 @@ PreviewDialog::PreviewDialog(const ChangePreview& preview, QWidget* parent) : QD
 }
 
 bool WorthPreviewing(const ChangePreview& preview) {
-    return preview.logs > 1;
+    return std::max(preview.logs, preview.logsWritten) > 1;
 }
 
 bool MovesScores(const ChangePreview& preview) {
