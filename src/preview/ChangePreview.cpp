@@ -177,7 +177,7 @@ class CourseCopy {
                 continue;
             }
             if (!entry->is_regular_file() || entry->is_symlink() || IsTemporaryName(name)) continue;
-            now.emplace(fs::relative(entry->path(), folder_).generic_string(),
+            now.emplace(entry->path().lexically_relative(folder_).generic_string(),
                         ContentHash(ReadBytes(entry->path())));
         }
         return now;
@@ -197,7 +197,8 @@ class CourseCopy {
         for (auto entry = fs::recursive_directory_iterator(courseFolder);
              entry != fs::recursive_directory_iterator(); ++entry) {
             const std::string name = entry->path().filename().string();
-            const fs::path target = fs::path(folder_) / fs::relative(entry->path(), courseFolder);
+            const fs::path target =
+                fs::path(folder_) / entry->path().lexically_relative(courseFolder);
             if (entry.depth() == 0 && Skipped(name)) {
                 if (entry->is_directory() && !entry->is_symlink())
                     entry.disable_recursion_pending();
@@ -212,7 +213,7 @@ class CourseCopy {
                 fs::copy_file(entry->path(), target);
                 // The newest grade book is found by its time.
                 fs::last_write_time(target, entry->last_write_time());
-                files_.emplace(fs::relative(target, folder_).generic_string(),
+                files_.emplace(target.lexically_relative(folder_).generic_string(),
                                ContentHash(ReadBytes(target)));
             }
         }
