@@ -42,12 +42,15 @@ std::vector<std::string> ChangedFiles(const Files& before, const Files& after) {
     return {names.begin(), names.end()};
 }
 
-// A course of six roster students (S5 and S6 never vote), two clickers nobody registered and a
-// handful of logs with answers drawn from `seed`.
+// A course of six roster students (S5 and S6 never vote), two clickers nobody registered (one of
+// them registered on the web) and a handful of logs with answers drawn from `seed`.
 void WriteCourse(const test::TempCourse& course, unsigned seed) {
     course.WriteRoster(
         "Adams,Ann,S1\r\nBaker,Bob,S2\r\nClark,Cy,S3\r\nDunn,Di,S4\r\nEvans,Eve,S5\r\nFox,,S6\r\n");
     course.WriteRemotes("#111,\"S1\"\r\n#222,\"S2\"\r\n#333,\"S3\"\r\n#444,\"S4\"\r\n");
+    // WebSync reads its registrations from the course folder.
+    course.WriteSettings({{"webcode", "local"}});
+    course.Write("WebReg.dat", "99,Evans,Eve,S5\r\n");
     std::mt19937 random(seed);
     const char* const letters[] = {"A", "B", "C", "D", ""};
     const int logs = 3 + static_cast<int>(random() % 3);
@@ -113,6 +116,7 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
         {"stray clicker's logs deleted", {"student", "#ABC123", "--delete-logs", "--yes"}, 1},
         {"set-scores correct answer", {"set-scores", "2", "--question", "1", "--correct", "B"}, 1},
         {"set-scores participation", {"set-scores", "1", "--participation", "3"}, 1},
+        {"websync registers a stray clicker", {"websync", "--answer", "accept"}, 1},
         {"set-scores refused edit", {"set-scores", "1", "--participation", "x"}, 0},
         {"set-scores question out of range", {"set-scores", "1", "--question", "9"}, 0},
     };
