@@ -20,9 +20,10 @@ Answer ConsoleHost::Message(std::string_view text, std::string_view title, Icon 
     // Without --yes or --no every question takes its safe answer, which is the default button of
     // a destructive one; the printed text keeps its blanks, so a table lines up as it stands.
     (void)style;
-    std::cerr << "[" << title << "] " << text << "\n";
+    const std::string shown = Shown(text);
+    std::cerr << "[" << title << "] " << shown << "\n";
     messages_.push_back(nlohmann::json{{"title", JsonText(std::string(title))},
-                                       {"text", JsonText(std::string(text))},
+                                       {"text", JsonText(shown)},
                                        {"icon", IconName(icon)}});
     bool yes = answerYes.value_or(false);
     switch (buttons) {
@@ -59,7 +60,7 @@ void ConsoleHost::FileWritten(const std::string& path) {
 }
 
 void ConsoleHost::FileNotWritten(const std::string& path, const std::string& reason) {
-    std::cerr << "tallory-cli: " << reason << "\n";
+    std::cerr << "tallory-cli: " << Shown(reason) << "\n";
     std::string relative = CourseRelative(path);
     if (std::find(unsaved_.begin(), unsaved_.end(), relative) == unsaved_.end())
         unsaved_.push_back(relative);
@@ -71,7 +72,12 @@ nlohmann::json ConsoleHost::UnsavedJson() const {
     return unsaved;
 }
 
+std::string ConsoleHost::Shown(std::string_view text) const {
+    return workFolder.empty() ? std::string(text) : ReplaceAll(text, workFolder, appPath);
+}
+
 std::string ConsoleHost::CourseRelative(const std::string& path) const {
+    const std::string& appPath = workFolder.empty() ? this->appPath : workFolder;
     std::filesystem::path full(path);
     // The process works in the course folder, so a bare name is a file of the course folder.
     if (full.is_relative()) full = std::filesystem::path(appPath) / full;
@@ -214,7 +220,9 @@ bool IsWritingCommand(const std::string& name) {
 }
 
 int RunCommand(Context& context) {
-    if (IsWritingCommand(context.command)) {
+    // A preview writes nothing in the course: like a reading command it takes no lock.
+    const bool writing = IsWritingCommand(context.command) && !context.preview;
+    if (writing) {
         if (!context.lock.Take(context.course.AppPath, context.waitSeconds)) {
             const std::string reason =
                 CourseLockedMessage(context.course.AppPath) +
@@ -230,13 +238,15 @@ int RunCommand(Context& context) {
         }
         RemoveLeftTemporaries(context.course);
     } else if (!context.lock.Take(context.course.AppPath)) {
-        return context.run();  // a change is under way: it is not ours to finish
+        // A change is under way: it is not ours to finish.
+        return context.preview ? RunPreview(context) : context.run();
     }
     // A change that another run left unfinished is undone before the course is read.
     const std::string undone = UndoInterruptedChange(context.course.AppPath);
     if (!undone.empty())
         context.host.Message(undone, kProgramTitle, Icon::Exclamation, Buttons::Ok);
-    if (!IsWritingCommand(context.command)) context.lock.Release();
+    if (!writing) context.lock.Release();
+    if (context.preview) return RunPreview(context);
     ChangeJournal change(context.course.AppPath, "tallory-cli " + context.command);
     int status = context.run();
     change.Finish();
@@ -359,6 +369,11 @@ std::string Padding(size_t width, size_t used) {
 
 void Print(const Context& context, nlohmann::json document, const std::string& text,
            Extras extras) {
+    if (context.preview) {
+        context.pending = Context::PendingOutput{std::move(document), text, extras.files,
+                                                 extras.started, extras.clipboard};
+        return;
+    }
     // No sentence of success for work that was not saved: stderr has said what was not.
     if (!context.json) {
         if (!context.host.AnyUnsaved()) std::cout << text;

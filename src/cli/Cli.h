@@ -38,6 +38,8 @@ class ConsoleHost : public Host {
     bool AnyUnsaved() const { return !unsaved_.empty(); }
     // Files written, relative to the course folder, "/"-separated, once each, in first-write order.
     nlohmann::json FilesJson() const;
+    // Forgets the files written so far (those of a preview's copy, which the course never saw).
+    void ForgetFiles() { files_.clear(); }
     // Programs that would have been started: "file relative to the course folder" + " " + argument.
     nlohmann::json StartedJson() const;
     // The last text given to the clipboard; null when nothing was copied.
@@ -51,9 +53,14 @@ class ConsoleHost : public Host {
     bool printClipboard = true;
     // The course folder, absolute: written files and started programs are named relative to it.
     std::string appPath;
+    // Where the command works when that is not the course folder itself (the copy a preview
+    // changes): its files are named, and its paths shown, as the course's.
+    std::string workFolder;
 
   private:
     std::string CourseRelative(const std::string& path) const;
+    // A text to show, its paths in the work folder shown as the course's.
+    std::string Shown(std::string_view text) const;
 
     nlohmann::json messages_ = nlohmann::json::array();
     std::vector<std::string> files_;
@@ -75,6 +82,15 @@ struct Context {
     ConsoleHost host;
     // Set by the chosen command's subcommand once the whole command line has been parsed.
     std::function<int()> run;
+    // --preview: the command runs on a copy of the course, and what it printed waits in
+    // `pending` until the copy's grid has been set against the course's (see RunPreview).
+    bool preview = false;
+    struct PendingOutput {
+        nlohmann::json document;
+        std::string text;
+        bool files = false, started = false, clipboard = false;  // the Extras asked for
+    };
+    mutable std::optional<PendingOutput> pending;
 
     // A path argument as the person meant it: relative ones are relative to the folder the program
     // was started in, not the course folder the process has moved into.
@@ -109,6 +125,9 @@ void AddByNameOption(CLI::App& command, Context& context);
 // --filter N (0..4) | --cancel: the answer to an option dialog (ChooseOption).
 void AddOptionDialogOptions(CLI::App& command, Context& context);
 
+// --preview: the command runs on a copy of the course and shows what it would change.
+void AddPreviewOption(CLI::App& command, Context& context);
+
 // The positional N of the commands that act on one session (1 for the grid's first session column).
 CLI::Option* AddSessionArgument(CLI::App& command, std::string& number);
 
@@ -130,6 +149,11 @@ constexpr int kExitLocked = 4;   // another Tallory is changing the course: noth
 // change another run left unfinished when no one holds the lock; the command's writes are one
 // journaled change; a run that left a file unwritten ends with kExitUnsaved.
 int RunCommand(Context& context);
+
+// A --preview run: the command, answered as it would be, works on a copy of the course; its output
+// gains "preview" (the files that would change and every grid cell whose figure would), and its
+// "files" are none, since nothing in the course folder was written.
+int RunPreview(Context& context);
 
 // ---- Work ---------------------------------------------------------------------------------------
 // Reads the course as the main window's start sequence does, without writing anything, in the

@@ -110,11 +110,14 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     });
     connect(txtNewClickerId_, &QLineEdit::textEdited, this,
             [this](const QString& text) { screen_.TxtNewClickerIdChange(text.toStdString()); });
-    connect(cmdAdd_, &QPushButton::clicked, this, [this] { Run(&EditStudentScreen::CmdAddClick); });
-    connect(cmdSave_, &QPushButton::clicked, this,
-            [this] { Run(&EditStudentScreen::cmdSaveClick); });
-    connect(cmdRemove_, &QPushButton::clicked, this,
-            [this] { Run(&EditStudentScreen::cmdRemoveClick); });
+    // The three buttons that rewrite the logs show first what that does to grades.
+    for (auto [button, handler] : {std::pair{cmdAdd_, &EditStudentScreen::CmdAddClick},
+                                   std::pair{cmdSave_, &EditStudentScreen::cmdSaveClick},
+                                   std::pair{cmdRemove_, &EditStudentScreen::cmdRemoveClick}}) {
+        connect(button, &QPushButton::clicked, this, [this, handler] {
+            if (!lookFirst || lookFirst(handler)) Run(handler);
+        });
+    }
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { Cancel(); });
     BindControls();
     screen_.onChanged = [this] { Repaint(); };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "grid/EditStudent.h"
 #include "ui/ControlBinding.h"
@@ -17,6 +18,10 @@ class EditStudentDialog : public QDialog {
     Q_OBJECT
   public:
     EditStudentDialog(EditStudentScreen& screen, Host& host, QWidget* parent = nullptr);
+
+    // Asked before a button that rewrites the logs does its work; false leaves everything as it
+    // is.
+    std::function<bool(void (EditStudentScreen::*)())> lookFirst;
 
   public slots:
     // The window's close box and Escape act as cmdCancel, once the instructor has agreed to drop

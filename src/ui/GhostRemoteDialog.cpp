@@ -97,8 +97,9 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
     connect(cmdUnSelectAll_, &QPushButton::clicked, this,
             [this] { Run([&] { screen_.CmdUnSelectAllClick(); }); });
     connect(cmdCustomSelect_, &QPushButton::clicked, this, [this] { CustomSelect(); });
-    connect(cmdDelete_, &QPushButton::clicked, this,
-            [this] { Run([&] { screen_.CmdDeleteClick(); }); });
+    connect(cmdDelete_, &QPushButton::clicked, this, [this] {
+        if (!lookFirst || lookFirst()) Run([&] { screen_.CmdDeleteClick(); });
+    });
     connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { ShowStudents(); });
     // The current tab: pressing it keeps the list as it is.
     connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this, [this] { binding_.Paint(); });

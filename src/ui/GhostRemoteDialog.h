@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <array>
+#include <functional>
 
 #include "housekeeping/GhostRemote.h"
 #include "ui/ControlBinding.h"
@@ -20,6 +21,9 @@ class GhostRemoteDialog : public QDialog {
   public:
     GhostRemoteDialog(GhostRemoteScreen& screen, Host& host, const UnregisteredTable& students,
                       QWidget* parent = nullptr);
+
+    // Asked before the deletion does its work; false leaves everything as it is.
+    std::function<bool()> lookFirst;
 
   public slots:
     // The window's close box and Escape close the list without a deletion.

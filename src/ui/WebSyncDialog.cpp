@@ -8,6 +8,7 @@
 
 #include "grid/ScoreGrid.h"
 #include "ui/FitText.h"
+#include "ui/PreviewDialog.h"
 #include "ui/QtHost.h"
 
 namespace tallory {
@@ -141,6 +142,13 @@ void OpenWebSync(QWidget* parent, Course& course, Host& host, ScoreGrid& grid,
     SyncWebRegistrations(course, host, grid, fetcher, [&](WebSyncScreen& screen) {
         WebSyncDialog dialog(screen, host, parent);
         dialog.exec();
+        // What the registrations found do to grades, before they are written.
+        if (screen.Cancelled()) return;
+        const bool goAhead = GoAheadAfterPreview(
+            parent,
+            [&] { return PreviewOpenCourseChange(course, grid.Order(), SaveWebRegistrations); },
+            MovesScores);
+        if (!goAhead) screen.KeepNothing();
     });
 }
 

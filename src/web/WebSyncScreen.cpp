@@ -303,6 +303,10 @@ void SyncWebRegistrations(Course& course, Host& host, MainScreen& screen, UrlFet
     showModal(web);
     // A cancelled run keeps its accepted registrations in memory only, until the next reload.
     if (web.Cancelled()) return;
+    SaveWebRegistrations(course, host, screen);
+}
+
+void SaveWebRegistrations(Course& course, Host& host, MainScreen& screen) {
     ChangeScope change(course.AppPath, "WebSync");
     WriteRemoteIds(course, host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
     LoadSessions(course, host, screen);

@@ -57,6 +57,9 @@ class WebSyncScreen {
     // wCancel closed the screen; Cancelled() tells whether it read "Cancel" then.
     bool Hidden() const { return hidden_; }
     bool Cancelled() const { return cancelled_; }
+    // The instructor chose, once the screen had closed, not to keep what it found: the run ends as
+    // Cancel ends it.
+    void KeepNothing() { cancelled_ = true; }
     bool IsSql() const { return isSql_; }
     const std::string& SchoolName() const { return schoolName_; }
     int BestScore() const { return bestScore_; }
@@ -119,6 +122,10 @@ class WebSyncScreen {
 // RemoteID.csv and reloads the sessions into `screen`.
 void SyncWebRegistrations(Course& course, Host& host, MainScreen& screen, UrlFetcher& fetcher,
                           const std::function<void(WebSyncScreen&)>& showModal);
+
+// The end of a run that was not cancelled: RemoteID.csv rewritten from RemoteTable, the sessions
+// reloaded into `screen`.
+void SaveWebRegistrations(Course& course, Host& host, MainScreen& screen);
 
 // How a script answers each verify state that waits for a person.
 enum class VerifyAnswer { Accept, Ignore, Cancel };

@@ -66,6 +66,8 @@ TEST(EditStudentDialog, DeletesAStrayClickersLogsAfterAsking) {
     WhenOpen("frmEditStudent", [](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "Label4")->text(), "Unregistered Clicker");
         EXPECT_FALSE(Find<QPushButton>(dialog, "CmdAdd")->isEnabled());
+        WhenOpen("PreviewDialog",
+                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
         Find<QPushButton>(dialog, "cmdRemove")->click();
     });
     Click(fixture.Name(5));
@@ -104,6 +106,8 @@ TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
             EXPECT_TRUE(Find<QCheckBox>(again, "ChkSelect1")->isChecked());
             again.reject();
         });
+        WhenOpen("PreviewDialog",
+                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
@@ -116,6 +120,8 @@ TEST(GhostRemoteDialog, DeletingTickedClickersReloadsTheGrid) {
     MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
     WhenOpen("frmGhostRemote", [](QDialog& dialog) {
         Find<QPushButton>(dialog, "CmdSelectAll")->click();
+        WhenOpen("PreviewDialog",
+                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();

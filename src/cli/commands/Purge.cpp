@@ -67,6 +67,7 @@ void AddPurgeCommand(CLI::App& app, Context& context) {
     command.add_flag("--all", request->all, "tick every clicker of the list (Select All)");
     AddByNameOption(command, context);
     AddSearchOptions(command, request->boxes);
+    AddPreviewOption(command, context);
 }
 
 const CommandRegistration kRegistered("purge", AddPurgeCommand);

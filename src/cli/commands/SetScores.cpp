@@ -193,6 +193,7 @@ void AddSetScoresCommand(CLI::App& app, Context& context) {
         [&context, options] { return RunSetScores(context, *options); });
     options->command = &command;
     AddSessionArgument(command, options->session);
+    AddPreviewOption(command, context);
     for (const EditOption& edit : kEditOptions) {
         CLI::Option* option = edit.valueName != nullptr ? command.add_option(edit.name, edit.help)
                                                               ->type_name(edit.valueName)

@@ -122,6 +122,7 @@ void AddStudentCommand(CLI::App& app, Context& context) {
     add->excludes(remove)->excludes(deleteLogs);
     remove->excludes(deleteLogs);
     AddByNameOption(command, context);
+    AddPreviewOption(command, context);
 }
 
 const CommandRegistration kRegistered("student", AddStudentCommand);

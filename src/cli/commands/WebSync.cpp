@@ -75,6 +75,7 @@ void AddWebSyncCommand(CLI::App& app, Context& context) {
                     "at each clicker that waits: accept the first roster row, ignore, or cancel "
                     "(default)")
         ->check(CLI::IsMember({"accept", "ignore", "cancel"}));
+    AddPreviewOption(command, context);
 }
 
 const CommandRegistration kRegistered("websync", AddWebSyncCommand);

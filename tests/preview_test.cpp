@@ -1,0 +1,292 @@
+// A preview runs a change on a copy: the course folder stays as it was, and what it lists is what
+// the change, done for real afterwards, does to the grid.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <set>
+#include <tuple>
+
+#include "LogBuilder.h"
+#include "TestSupport.h"
+#include "common/RecordingHost.h"
+#include "grid/CourseLoad.h"
+#include "logs/SessionStore.h"
+#include "preview/ChangePreview.h"
+
+namespace tallory {
+namespace {
+
+using nlohmann::json;
+using Files = std::map<std::string, std::string>;
+
+// Every file below the folder, by relative name, with its bytes.
+Files FolderFiles(const std::string& folder) {
+    Files files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        if (entry.is_regular_file())
+            files[std::filesystem::relative(entry.path(), folder).generic_string()] =
+                test::ReadBytes(entry.path().string());
+    return files;
+}
+
+// The files whose bytes differ, made or gone included, in name order.
+std::vector<std::string> ChangedFiles(const Files& before, const Files& after) {
+    std::set<std::string> names;
+    for (const auto& [name, bytes] : after)
+        if (!before.count(name) || before.at(name) != bytes) names.insert(name);
+    for (const auto& [name, bytes] : before)
+        if (!after.count(name)) names.insert(name);
+    return {names.begin(), names.end()};
+}
+
+// A course of six roster students (S5 and S6 never vote), two clickers nobody registered (one of
+// them registered on the web) and a handful of logs with answers drawn from `seed`.
+void WriteCourse(const test::TempCourse& course, unsigned seed) {
+    course.WriteRoster(
+        "Adams,Ann,S1\r\nBaker,Bob,S2\r\nClark,Cy,S3\r\nDunn,Di,S4\r\nEvans,Eve,S5\r\nFox,,S6\r\n");
+    course.WriteRemotes("#111,\"S1\"\r\n#222,\"S2\"\r\n#333,\"S3\"\r\n#444,\"S4\"\r\n");
+    // WebSync reads its registrations from the course folder.
+    course.WriteSettings({{"webcode", "local"}});
+    course.Write("WebReg.dat", "99,Evans,Eve,S5\r\n");
+    std::mt19937 random(seed);
+    const char* const letters[] = {"A", "B", "C", "D", ""};
+    const int logs = 3 + static_cast<int>(random() % 3);
+    for (int day = 1; day <= logs; ++day) {
+        test::LogPlan plan = test::QuestionsPlan(2);
+        plan.minCorrect = 1;
+        for (const char* remote : {"#111", "#222", "#333", "#444", "#99", "#ABC123"}) {
+            if (random() % 4 == 0) continue;  // absent
+            test::LogVoter voter{remote, "", {}};
+            for (int q = 0; q < 2; ++q) {
+                test::LogAnswer answer(letters[random() % 5]);
+                answer.score = answer.letter == "A" ? 1 : 0;
+                voter.answers.push_back(answer);
+            }
+            plan.voters.push_back(voter);
+        }
+        course.WriteLog(test::SeptemberLog(day), plan);
+    }
+}
+
+json Json(const test::CliResult& result) {
+    return json::parse(result.out.empty() ? "null" : result.out, nullptr, false);
+}
+
+using Cell = std::tuple<std::string, std::string, json, json>;  // id, session, before, after
+
+// What the grid JSON of the course says changed, as (id, session label, before, after).
+std::set<Cell> GridCells(const json& before, const json& after) {
+    std::map<std::string, json> was, is;
+    for (const json& student : before["students"]) was[student["id"]] = student["scores"];
+    for (const json& student : after["students"]) is[student["id"]] = student["scores"];
+    std::set<std::string> ids;
+    for (const auto& [id, scores] : was) ids.insert(id);
+    for (const auto& [id, scores] : is) ids.insert(id);
+    std::set<Cell> cells;
+    for (const std::string& id : ids) {
+        for (size_t s = 0; s < after["sessions"].size(); ++s) {
+            const json from = was.count(id) ? was[id][s] : json(nullptr);
+            const json to = is.count(id) ? is[id][s] : json(nullptr);
+            if (from != to) cells.emplace(id, after["sessions"][s]["label"], from, to);
+        }
+    }
+    return cells;
+}
+
+struct Case {
+    const char* what;
+    std::vector<std::string> command;
+    int changesScores;  // 1: the command moves a figure of the grid, 0: it moves none, -1: either
+};
+
+// For each command: --preview leaves every byte of the course as it was and lists exactly the
+// cells and files that the same command, then run for real, changes.
+TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
+    const Case cases[] = {
+        {"purge one clicker", {"purge", "99", "--yes"}, 1},
+        {"purge every clicker", {"purge", "--all", "--yes"}, 1},
+        {"purge not confirmed", {"purge", "99"}, 0},
+        {"purge by name", {"purge", "ABC123", "--yes", "--by-name"}, 1},
+        {"student adds a stray clicker", {"student", "S5", "--add", "99"}, 1},
+        {"student adds a clicker nobody used", {"student", "S6", "--add", "777"}, -1},
+        {"student loses a clicker", {"student", "S2", "--remove-clicker", "222", "--yes"}, 1},
+        {"stray clicker's logs deleted", {"student", "#ABC123", "--delete-logs", "--yes"}, 1},
+        {"set-scores correct answer", {"set-scores", "2", "--question", "1", "--correct", "B"}, 1},
+        {"set-scores participation", {"set-scores", "1", "--participation", "3"}, 1},
+        {"websync registers a stray clicker", {"websync", "--answer", "accept"}, 1},
+        {"set-scores refused edit", {"set-scores", "1", "--participation", "x"}, 0},
+        {"set-scores question out of range", {"set-scores", "1", "--question", "9"}, 0},
+    };
+    for (unsigned seed : {1u, 2u, 3u}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(c.what) + ", seed " + std::to_string(seed));
+            test::TempCourse course;
+            WriteCourse(course, seed);
+            const Files original = FolderFiles(course.Path());
+            const json gridBefore = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
+
+            std::vector<std::string> preview = c.command;
+            preview.insert(preview.end(), {"--preview", "--json"});
+            const test::CliResult previewed = test::RunCliOn(course.Path(), preview);
+            EXPECT_EQ(FolderFiles(course.Path()), original) << "the preview wrote in the course";
+
+            std::vector<std::string> real = c.command;
+            real.push_back("--json");
+            const test::CliResult done = test::RunCliOn(course.Path(), real);
+            EXPECT_EQ(previewed.status, done.status) << previewed.err;
+            if (done.status == 2) continue;  // a usage error: neither ran
+            const json document = Json(previewed), written = Json(done);
+            ASSERT_TRUE(document.contains("preview")) << previewed.out << previewed.err;
+            const json gridAfter = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
+
+            std::set<Cell> listed;
+            for (const json& change : document["preview"]["changes"])
+                listed.emplace(change["id"], change["session"], change["before"], change["after"]);
+            EXPECT_EQ(listed.size(), document["preview"]["changes"].size()) << "a cell twice";
+            EXPECT_EQ(listed, GridCells(gridBefore, gridAfter));
+            if (c.changesScores >= 0) {
+                EXPECT_EQ(!listed.empty(), c.changesScores == 1);
+            }
+
+            // The files that would change are those that did, named as "files" names them.
+            const std::vector<std::string> changed =
+                ChangedFiles(original, FolderFiles(course.Path()));
+            std::vector<std::string> wouldChange = document["preview"]["files"];
+            std::sort(wouldChange.begin(), wouldChange.end());
+            EXPECT_EQ(wouldChange, changed);
+            for (const std::string& file : changed)
+                EXPECT_NE(std::find(written["files"].begin(), written["files"].end(), file),
+                          written["files"].end())
+                    << file;
+            // Nothing was written, and the rest of the answer is the real run's.
+            EXPECT_EQ(document.contains("files"), written.contains("files"));
+            EXPECT_EQ(document.value("files", json::array()), json::array());
+            EXPECT_EQ(document["messages"], written["messages"]);
+        }
+    }
+}
+
+// The rows and figures a preview reports: names from the roster, "Ab" as null, the grid's order.
+TEST(PreviewCli, ChangesFollowTheGridsOrderAndNames) {
+    test::TempCourse course;
+    WriteCourse(course, 7);
+    const test::CliResult result =
+        test::RunCliOn(course.Path(), {"purge", "--all", "--yes", "--preview", "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const json grid = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
+    std::map<std::string, size_t> row;
+    for (const json& student : grid["students"]) row.emplace(student["id"], row.size());
+    std::map<std::string, size_t> column;
+    for (const json& session : grid["sessions"]) column.emplace(session["label"], column.size());
+
+    size_t last = 0;
+    for (const json& change : Json(result)["preview"]["changes"]) {
+        const std::string id = change["id"];
+        ASSERT_TRUE(row.count(id)) << id;
+        const size_t at = row[id] * 100 + column[change["session"]];
+        EXPECT_LE(last, at) << id << " out of the grid's order";
+        last = at;
+        // Stray clickers lose every score; their rows have no name.
+        if (id[0] == '#') {
+            EXPECT_EQ(change["name"], "");
+            EXPECT_TRUE(change["after"].is_null());
+        } else {
+            EXPECT_NE(change["name"].get<std::string>().find(", "), std::string::npos) << id;
+        }
+    }
+}
+
+// The text a person reads: the count sentence and one line per cell.
+TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
+    test::TempCourse course;
+    course.WriteRoster("Adams,Ann,S1\r\n");
+    course.WriteRemotes("");
+    for (int day : {1, 2}) {
+        test::LogPlan plan;
+        test::LogAnswer answer("A");
+        answer.score = 1;
+        plan.voters = {{"#111", "", {answer}}};
+        course.WriteLog(test::SeptemberLog(day), plan);
+    }
+    // A course folder may hold a link to the program, which starts it on the course.
+    std::filesystem::create_symlink(TALLORY_CLI, course.File("tallory"));
+    const Files original = FolderFiles(course.Path());
+    const test::CliResult result =
+        test::RunCliOn(course.Path(), {"student", "S1", "--add", "111", "--preview"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(result.out.find("This changes 4 scores of 2 students in 2 sessions"),
+              std::string::npos)
+        << result.out;
+    EXPECT_NE(result.out.find("  S1 Adams, Ann, 09/01/2026: Ab -> 2"), std::string::npos)
+        << result.out;
+    EXPECT_NE(result.out.find("  #111, 09/02/2026: 2 -> Ab"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("  SessionData/RemoteID.csv"), std::string::npos) << result.out;
+    EXPECT_EQ(FolderFiles(course.Path()), original);
+}
+
+// The comparison of two grids, row by row, without a folder.
+TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
+    auto grid = [](std::vector<std::tuple<std::string, std::vector<std::optional<double>>>> rows,
+                   std::vector<std::string> logs) {
+        auto course = std::make_unique<Course>();
+        course->NumSessions = static_cast<int>(logs.size());
+        for (size_t s = 0; s < logs.size(); ++s) course->SessionFile[s + 1] = logs[s];
+        course->NumStudents = static_cast<int>(rows.size());
+        for (size_t i = 0; i < rows.size(); ++i) {
+            StudentRec& student = course->Students[static_cast<long>(i + 1)];
+            student.StudentId = std::get<0>(rows[i]);
+            const auto& scores = std::get<1>(rows[i]);
+            for (size_t s = 0; s < scores.size(); ++s) {
+                student.Present[s + 1] = scores[s] ? -1 : 0;
+                student.Score[s + 1] = scores[s].value_or(0);
+            }
+        }
+        return course;
+    };
+    using S = std::vector<std::optional<double>>;
+    const std::string a = "L2609011000.csv", b = "L2609021000.csv", c = "L2609031000.csv";
+    struct {
+        const char* what;
+        std::unique_ptr<Course> before, after;
+        std::vector<std::string> expected;  // "id file before->after"
+    } cases[] = {
+        {"nothing moves", grid({{"S1", S{1, {}}}}, {a, b}), grid({{"S1", S{1, {}}}}, {a, b}), {}},
+        {"a score and an absence",
+         grid({{"S1", S{1, 2}}, {"S2", S{{}, 1}}}, {a, b}),
+         grid({{"S1", S{1, 0}}, {"S2", S{3, 1}}}, {a, b}),
+         {"S1 b 2->0", "S2 a Ab->3"}},
+        {"a row that went stands behind the one it followed",
+         grid({{"#9", S{1}}, {"S1", S{1}}, {"#8", S{2}}, {"S2", S{1}}}, {a}),
+         grid({{"S1", S{2}}, {"S2", S{1}}}, {a}),
+         {"#9 a 1->Ab", "S1 a 1->2", "#8 a 2->Ab"}},
+        {"a new row and a log that came and one that went",
+         grid({{"S1", S{1, 1}}}, {a, b}),
+         grid({{"S0", S{1, 1}}, {"S1", S{1, 1}}}, {a, c}),
+         {"S0 a Ab->1", "S0 c Ab->1", "S1 c Ab->1", "S1 b 1->Ab"}},
+    };
+    for (const auto& test : cases) {
+        std::map<std::string, std::string> letter = {{a, "a"}, {b, "b"}, {c, "c"}};
+        std::vector<std::string> got;
+        for (const ScoreChange& change : GridChanges(*test.before, *test.after))
+            got.push_back(change.id + " " + letter[change.sessionFile] + " " + change.beforeText +
+                          "->" + change.afterText);
+        EXPECT_EQ(got, test.expected) << test.what;
+    }
+}
+
+// The sentence over the counts, singular and plural.
+TEST(GridChanges, SummaryCountsScoresStudentsAndSessions) {
+    ChangePreview preview;
+    EXPECT_EQ(PreviewSummary(preview), "This changes no scores");
+    preview.changes = {{"S1", "", "09/01", "L1", 1, 2, "1", "2"}};
+    EXPECT_EQ(PreviewSummary(preview), "This changes 1 score of 1 student in 1 session");
+    preview.changes.push_back({"S2", "", "09/01", "L1", 1, 2, "1", "2"});
+    preview.changes.push_back({"S2", "", "09/02", "L2", 1, {}, "1", "Ab"});
+    EXPECT_EQ(PreviewSummary(preview), "This changes 3 scores of 2 students in 2 sessions");
+}
+
+}  // namespace
+}  // namespace tallory
