@@ -11,15 +11,11 @@
 
 namespace {
 
-using Reader = void (*)(tallory::Course&, tallory::Host&, std::string_view);
-
-constexpr Reader kReaders[] = {
-    tallory::ReadAngelGradebookText, tallory::ReadBlackboardGradebookText,
-    tallory::ReadD2LGradebookText,   tallory::ReadMoodleRosterText,
-    tallory::ReadSakaiGradebookText, tallory::ReadCampusClassText,
-    tallory::ReadWebCTRosterText,
-};
-constexpr size_t kCount = sizeof kReaders / sizeof kReaders[0];
+// The settings whose targets read a grade book, by the first byte; the empty one stands for
+// class.txt as the course start reads it, the one after it for the WebCT export's reading.
+constexpr std::string_view kTargets[] = {"ANGEL",         "BB", "D2L",   "MOODLE", "SAKAI",
+                                         "WEB CT CE 4.1", "",   "WEB CT"};
+constexpr size_t kCount = sizeof kTargets / sizeof kTargets[0];
 
 }  // namespace
 
@@ -31,7 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     course.AppPath = "/nonexistent/tallory-fuzz";
     tallory::RecordingHost host;
     try {
-        kReaders[data[0] % kCount](course, host, text);
+        const std::string_view cms = kTargets[data[0] % kCount];
+        if (cms.empty())
+            tallory::ReadWebCTRosterText(course, host, text);
+        else
+            tallory::ReadGradeBookText(course, host, cms, text);
     } catch (const tallory::RunTimeError&) {
         // A run-time error is how a reader's table overflows end the program.
     }

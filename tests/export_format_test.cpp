@@ -22,17 +22,14 @@ TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
         const char *cms, *caption, *tag, *roster, *upload;
     } cases[] = {
         // The key is trimmed and upper-cased; "BLACKBOARD" is an alias of "BB" with its own
-        // caption; both Campus Editions share one tag; an unknown key is General.
-        {"web ct v", "Vista {Ver 3, 4, 8}", "WEB CT V", "class.txt", "UploadFile.csv"},
+        // caption; both Campus Editions share one tag; an unknown or empty key is General.
         {" d2l ", "Desire2Learn", "D2L", "gradesexport.csv", "UploadFile.csv"},
-        {"bb73", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB73", "gb_export.csv", "UploadFile.csv"},
         {"blackboard", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", "UploadFile.csv"},
         {"Moodle", "Moodle {Ver 1.6, 1.8, 1.9}", "MOODLE", "MoodleRoster.txt", "MoodleUpload.xls"},
         {"WEB CT CE 6.1", "Campus Edition {Ver 4, 6, 6.1, 6.1.2}", "WebCT CE 4.1", "class.txt",
          "UploadFile.csv"},
         {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
         {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
-        {" canvas", "Canvas", "CANVAS", "*.csv", "CanvasUpload.csv"},
     };
     for (const Case& c : cases) {
         ExportFormat format = FindExportFormat(c.cms);

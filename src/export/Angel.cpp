@@ -3,10 +3,8 @@
 
 #include "common/LineReader.h"
 #include "common/Numbers.h"
-#include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
@@ -44,7 +42,9 @@ int ReadByLine(Course& course, Host& host, const GradeBookText& file) {
     return 0;
 }
 
-int ReadAngel(Course& course, Host& host, const GradeBookText& file) {
+}  // namespace
+
+int ReadAngelGradebook(Course& course, Host& host, GradeBook&, const GradeBookText& file) {
     ClearRoster(course);
     try {
         if (!file.text) throw GradeBookError{};
@@ -81,10 +81,7 @@ int ReadAngel(Course& course, Host& host, const GradeBookText& file) {
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    return ReadAngel(course, host,
-                     ReadGradeBookFile(CoursePath(course.AppPath, "\\gradebook.csv")));
-}
+namespace {
 
 std::string Header(const GradeBook&) {
     return "Name,User ID";
@@ -96,47 +93,24 @@ std::string Heading(const std::string& label) {
 
 // The whole name in one quoted cell, the ID bare.
 std::string NameCells(const GradeBook&, const Course&, const UploadRow& row) {
-    return "\"" + row.roster->LastName + "," + row.roster->FirstName + "\"," +
-           row.roster->StudentId;
+    return Quoted(row.roster->LastName + "," + row.roster->FirstName) + "," + row.roster->StudentId;
 }
 
 std::string Score(double score) {
     return ", " + NumberText(score) + " ";
 }
 
-constexpr ExportTarget kAngel{
-    .uploadFile = "UploadFile.csv",
-    .bareName = false,
-    .emptyText = "No students found in angel download file. Grades not exported",
-    .doneText = "Wrote data to file ",
-    .totalTitle = "Total",
-    .read = ReadGradebook,
-    .userOf = nullptr,
-    .skipEmptyIds = true,
-    .headerCells = Header,
-    .heading = Heading,
-    .headerEnd = " \r\n",
-    .nameCells = NameCells,
-    .scoreCell = Score,
-    .lineEnd = " \r\n",
-    .unmatched = UnmatchedRow::NameCells,
-    .unmatchedFrom = 0,
-    .unmatchedCell = ", 0",
-};
-
 }  // namespace
 
-void ReadAngelGradebook(Course& course, Host& host) {
-    GradeBook book;
-    ReadGradebook(course, host, book);
-}
-
-void ReadAngelGradebookText(Course& course, Host& host, std::string_view text) {
-    ReadAngel(course, host, GradeBookText{"gradebook.csv", std::string(text)});
-}
-
-void ExportAngel(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kAngel, fullUpload);
-}
+const UploadLayout kAngelUpload{
+    .emptyText = "No students found in angel download file. Grades not exported",
+    .doneText = "Wrote data to file ",
+    .headerCells = Header,
+    .heading = Heading,
+    .nameCells = NameCells,
+    .scoreCell = Score,
+    .unmatched = UnmatchedRow::NameCells,
+    .unmatchedCell = ", 0",
+};
 
 }  // namespace tallory

@@ -4,10 +4,8 @@
 
 #include "common/LineReader.h"
 #include "common/Numbers.h"
-#include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
@@ -15,16 +13,10 @@ namespace tallory {
 
 namespace {
 
-struct Entry {
-    std::string username;
-    std::string lastName;
-    std::string firstName;
-};
-
 // What one pass over gb_export.csv found. Row 0 of `entries` stands for the header.
 struct Pass {
     bool columns = false;  // the three separate columns, rather than names joined with the ID
-    std::vector<Entry> entries = std::vector<Entry>(1);
+    std::vector<GradeBookEntry> entries = std::vector<GradeBookEntry>(1);
     std::vector<std::pair<std::string, std::string>> raw;  // username and raw name cells per row
 };
 
@@ -49,11 +41,11 @@ void ReadHeader(std::string_view line, bool keepRaw, Pass& pass, GradeBook& book
 // A student row. Joined layout: "Doe","Ann (adoe)|12345", the username in parentheses.
 void ReadRow(std::string_view line, Pass& pass) {
     const std::vector<std::string> cells = SplitAt(line, ",");
-    Entry entry;
+    GradeBookEntry entry;
     if (pass.columns) {
         entry.lastName = Trim(WithoutQuotes(CellAt(cells, 0)));
         entry.firstName = Trim(WithoutQuotes(CellAt(cells, 1)));
-        entry.username = Trim(WithoutQuotes(CellAt(cells, 2)));
+        entry.id = Trim(WithoutQuotes(CellAt(cells, 2)));
     } else {
         const std::string raw = CellAt(cells, 0) + "," + CellAt(cells, 1);
         const std::string names = Trim(cells[1]);
@@ -63,12 +55,10 @@ void ReadRow(std::string_view line, Pass& pass) {
         const std::vector<std::string> nameAndUser = SplitAt(Trim(CellAt(beforeId, 0)), "(");
         std::string user = Trim(CellAt(nameAndUser, 1));
         for (std::string_view mark : {")", "|", "\""}) user = ReplaceAll(user, mark, "");
-        entry.username = Trim(user);
-        pass.raw.emplace_back(entry.username, raw);
+        entry.id = Trim(user);
+        pass.raw.emplace_back(entry.id, raw);
     }
-    // Entries(0..4000): one more row ends the read as a short row does.
-    if (pass.entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
-    pass.entries.push_back(std::move(entry));
+    AddGradeBookEntry(pass.entries, std::move(entry));
 }
 
 // The first pass reads the file as one text. A file with bare line feeds keeps its rows that way;
@@ -103,21 +93,16 @@ Pass ReadByLine(const GradeBookText& file, GradeBook& book) {
     return pass;
 }
 
-int ReadBlackboard(Course& course, Host& host, GradeBook& book, const GradeBookText& file) {
+}  // namespace
+
+int ReadBlackboardGradebook(Course& course, Host& host, GradeBook& book,
+                            const GradeBookText& file) {
     try {
         Pass pass = ReadWhole(file, book);
         if (pass.entries.size() < 2) pass = ReadByLine(file, book);
         if (pass.entries.size() < 2) throw GradeBookError{};
-        // The row one above the last is empty, and enters the roster as such.
-        const int next = static_cast<int>(pass.entries.size());
-        pass.entries.emplace_back();
-        for (int i = 1; i <= next; ++i) {
-            const Entry& entry = pass.entries[i];
-            course.RosterIDs[i] = entry.username;
-            AddRosterEntry(course, entry.username, entry.firstName, entry.lastName);
-        }
+        const int next = StoreGradeBookEntries(course, pass.entries);
         for (const auto& [user, raw] : pass.raw) book.rawByUser.emplace(NormalKey(user), raw);
-        course.NumRosterIDs = next;
         return next;
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
@@ -135,19 +120,7 @@ int ReadBlackboard(Course& course, Host& host, GradeBook& book, const GradeBookT
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook& book) {
-    return ReadBlackboard(course, host, book,
-                          ReadGradeBookFile(CoursePath(course.AppPath, "\\gb_export.csv")));
-}
-
-int ReadAgain(Course& course, Host& host, GradeBook& book) {
-    ClearRoster(course);
-    return ReadGradebook(course, host, book);
-}
-
-std::string Quoted(const std::string& text) {
-    return "\"" + text + "\"";
-}
+namespace {
 
 std::string RawHeader(const GradeBook& book) {
     return Quoted(book.header);
@@ -182,67 +155,22 @@ std::string QuotedScore(double score) {
     return "," + Quoted(NumberText(score));
 }
 
-constexpr std::string_view kEmpty =
-    "No students found in Black Board download file. Grades not exported";
-
-constexpr ExportTarget kBlackboard{
-    .uploadFile = "UploadFile.csv",
-    .bareName = false,
-    .emptyText = kEmpty,
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Total",
-    .read = ReadAgain,
-    .userOf = nullptr,
-    .skipEmptyIds = true,
-    .headerCells = RawHeader,
-    .heading = PlainHeading,
-    .headerEnd = " \r\n",
-    .nameCells = GradeBookRawOf,
-    .scoreCell = QuotedScore,
-    .lineEnd = " \r\n",
-    .unmatched = UnmatchedRow::Left,
-    .unmatchedFrom = 0,
-    .unmatchedCell = "",
-};
-
-constexpr ExportTarget kBlackboard8{
-    .uploadFile = "UploadFile.csv",
-    .bareName = false,
-    .emptyText = kEmpty,
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Total",
-    .read = ReadAgain,
-    .userOf = nullptr,
-    .skipEmptyIds = true,
-    .headerCells = SeparateHeader,
-    .heading = QuotedHeading,
-    .headerEnd = " \r\n",
-    .nameCells = RosterCellsOf,
-    .scoreCell = QuotedScore,
-    .lineEnd = " \r\n",
-    .unmatched = UnmatchedRow::Left,
-    .unmatchedFrom = 0,
-    .unmatchedCell = "",
-};
+// The two uploads differ in the header and the name cells: the grade book's own, or the roster's
+// in three quoted columns.
+constexpr UploadLayout BlackboardLayout(bool separateColumns) {
+    return UploadLayout{
+        .clearFirst = true,
+        .emptyText = "No students found in Black Board download file. Grades not exported",
+        .headerCells = separateColumns ? SeparateHeader : RawHeader,
+        .heading = separateColumns ? QuotedHeading : PlainHeading,
+        .nameCells = separateColumns ? RosterCellsOf : GradeBookRawOf,
+        .scoreCell = QuotedScore,
+    };
+}
 
 }  // namespace
 
-void ReadBlackboardGradebook(Course& course, Host& host) {
-    GradeBook book;
-    ReadGradebook(course, host, book);
-}
-
-void ReadBlackboardGradebookText(Course& course, Host& host, std::string_view text) {
-    GradeBook book;
-    ReadBlackboard(course, host, book, GradeBookText{"gb_export.csv", std::string(text)});
-}
-
-void ExportBlackboard(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kBlackboard, fullUpload);
-}
-
-void ExportBlackboard8(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kBlackboard8, fullUpload);
-}
+const UploadLayout kBlackboardUpload = BlackboardLayout(false);
+const UploadLayout kBlackboard8Upload = BlackboardLayout(true);
 
 }  // namespace tallory

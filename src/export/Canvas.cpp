@@ -10,12 +10,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "common/AtomicFile.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
-#include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionStore.h"
@@ -28,7 +25,6 @@ namespace tallory {
 
 namespace {
 
-constexpr std::string_view kUploadFile = "CanvasUpload.csv";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // The identifying columns of an upload, in the order Canvas reads them.
 constexpr std::string_view kIdentityHeader = "Student,ID,SIS User ID,SIS Login ID,Section";
@@ -167,14 +163,15 @@ bool EndsWithNoCase(std::string_view text, std::string_view end) {
 // The newest grade book of the course folder: of its *.csv files (the upload aside), the newest
 // whose first line names the columns; of two equally new ones, the name that sorts last, as the
 // date-stamped names Canvas gives its downloads do.
-std::optional<CanvasGradeBook> FindGradeBook(const std::string& folder) {
+std::optional<CanvasGradeBook> FindGradeBook(const std::string& folder,
+                                             std::string_view uploadFile) {
     struct Candidate {
         std::filesystem::file_time_type time;
         std::string name;
     };
     std::vector<Candidate> candidates;
     for (const std::string& name : ListFiles(folder)) {
-        if (!EndsWithNoCase(name, ".CSV") || NormalKey(name) == NormalKey(kUploadFile)) continue;
+        if (!EndsWithNoCase(name, ".CSV") || NormalKey(name) == NormalKey(uploadFile)) continue;
         std::error_code error;
         const auto time = std::filesystem::last_write_time(JoinPath(folder, name), error);
         if (!error) candidates.push_back({time, name});
@@ -408,8 +405,9 @@ std::string DoneText(const std::string& path, const CanvasGradeBook* book) {
 
 }  // namespace
 
-void ReadCanvasRoster(Course& course, Host&) {
-    const std::optional<CanvasGradeBook> book = FindGradeBook(course.AppPath);
+// The newest grade book of the course folder, or Roster.txt when there is none.
+void ReadCanvasRoster(Course& course, Host&, const ExportTarget& target) {
+    const std::optional<CanvasGradeBook> book = FindGradeBook(course.AppPath, target.uploadFile);
     if (!book) {
         ReadRoster(course, CoursePath(course.AppPath, "\\Roster.Txt"));
         return;
@@ -427,9 +425,11 @@ void ReadCanvasRoster(Course& course, Host&) {
     course.NumRosterIDs = static_cast<int>(ids.size());
 }
 
-std::vector<UploadColumn> ExportCanvas(Course& course, Host& host, bool fullUpload,
-                                       const std::optional<CanvasChoice>& given) {
-    const std::optional<CanvasChoice> choice = given ? given : AskChoice(course, host);
+// CanvasUpload.csv in the layout given, or the one the person chooses.
+std::vector<UploadColumn> WriteCanvasUpload(Course& course, Host& host, const ExportTarget& target,
+                                            const ExportRun& run) {
+    const bool fullUpload = run.fullUpload;
+    const std::optional<CanvasChoice> choice = run.canvas ? run.canvas : AskChoice(course, host);
     if (!choice) return {};
 
     // Every student of the grid in its order; the rows of unregistered clickers are nobody's.
@@ -443,7 +443,7 @@ std::vector<UploadColumn> ExportCanvas(Course& course, Host& host, bool fullUplo
             "No students found in the Canvas grade book or Roster.txt. Grades not exported");
         return {};
     }
-    const std::optional<CanvasGradeBook> found = FindGradeBook(course.AppPath);
+    const std::optional<CanvasGradeBook> found = FindGradeBook(course.AppPath, target.uploadFile);
     const CanvasGradeBook* book = found ? &*found : nullptr;
     const std::vector<GradeColumn> columns = GradeColumns(course, fullUpload, *choice, book);
 
@@ -462,21 +462,9 @@ std::vector<UploadColumn> ExportCanvas(Course& course, Host& host, bool fullUplo
         text += "\r\n";
     }
 
-    const std::string path = CoursePath(course.AppPath, "\\" + std::string(kUploadFile));
-    AtomicFile file(path, &host);
-    bool written = false;
-    try {
-        if (file.Open()) {
-            file.Write(text);
-            written = file.Commit();
-        }
-    } catch (const RunTimeError&) {
-        written = false;
-    }
-    if (!written) {
-        ShowUploadError(host, UploadErrorText(kUploadFile));
+    const std::string path = CoursePath(course.AppPath, "\\" + std::string(target.uploadFile));
+    if (!WriteUploadFile(host, path, UploadErrorText(target.uploadFile), [&] { return text; }))
         return {};
-    }
     host.Message(DoneText(path, book));
     std::vector<UploadColumn> writtenColumns;
     for (const GradeColumn& column : columns)

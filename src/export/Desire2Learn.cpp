@@ -5,22 +5,14 @@
 
 #include "common/LineReader.h"
 #include "common/Numbers.h"
-#include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
 namespace tallory {
 
 namespace {
-
-struct Entry {
-    std::string username;
-    std::string lastName;
-    std::string firstName;
-};
 
 // The marks of 16-bit and of UTF-8 text, as 8-bit text shows them.
 constexpr std::string_view kUnicodeMark = "\xFF\xFE";
@@ -48,23 +40,22 @@ Columns FindColumns(std::string_view header) {
 }
 
 // Every row counts, whether or not a column of it is known.
-void ReadRow(std::string_view line, const Columns& columns, std::vector<Entry>& entries) {
+void ReadRow(std::string_view line, const Columns& columns, std::vector<GradeBookEntry>& entries) {
     const std::vector<std::string> cells = SplitAt(line, ",");
-    Entry entry;
-    if (columns.username >= 0) entry.username = Trim(CellAt(cells, columns.username));
+    GradeBookEntry entry;
+    if (columns.username >= 0) entry.id = Trim(CellAt(cells, columns.username));
     if (columns.lastName >= 0) entry.lastName = Trim(CellAt(cells, columns.lastName));
     if (columns.firstName >= 0) entry.firstName = Trim(CellAt(cells, columns.firstName));
-    if (entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
-    entries.push_back(std::move(entry));
+    AddGradeBookEntry(entries, std::move(entry));
 }
 
 // The first pass takes the first line only: the whole file when it uses bare line feeds.
-std::vector<Entry> ReadWhole(const GradeBookText& file) {
+std::vector<GradeBookEntry> ReadWhole(const GradeBookText& file) {
     if (!file.text) throw GradeBookError{};
     LineReader reader(file.name, *file.text);
     std::string text;
     if (!reader.ReadLine(text)) throw GradeBookError{};
-    std::vector<Entry> entries(1);
+    std::vector<GradeBookEntry> entries(1);
     text = WithoutQuotes(text);
     if (TrimView(text).empty()) return entries;
     const std::vector<std::string> lines = SplitAt(ReplaceAllNoCase(text, kUtf8Mark, ""), "\n");
@@ -77,9 +68,9 @@ std::vector<Entry> ReadWhole(const GradeBookText& file) {
 }
 
 // The second pass, line by line; only the first line is looked at for the 16-bit mark.
-std::vector<Entry> ReadByLine(const GradeBookText& file) {
+std::vector<GradeBookEntry> ReadByLine(const GradeBookText& file) {
     LineReader reader(file.name, *file.text);
-    std::vector<Entry> entries(1);
+    std::vector<GradeBookEntry> entries(1);
     std::string line;
     if (!reader.ReadLine(line)) return entries;
     const std::string header =
@@ -92,22 +83,13 @@ std::vector<Entry> ReadByLine(const GradeBookText& file) {
     return entries;
 }
 
-int ReadD2L(Course& course, Host& host, const GradeBookText& file) {
+}  // namespace
+
+int ReadD2LGradebook(Course& course, Host& host, GradeBook&, const GradeBookText& file) {
     try {
-        std::vector<Entry> entries = ReadWhole(file);
+        std::vector<GradeBookEntry> entries = ReadWhole(file);
         if (entries.size() < 2) entries = ReadByLine(file);
-        if (entries.size() >= 2) {
-            // The row one above the last is empty, and enters the roster as such.
-            const int next = static_cast<int>(entries.size());
-            entries.emplace_back();
-            for (int i = 1; i <= next; ++i) {
-                course.RosterIDs[i] = entries[i].username;
-                AddRosterEntry(course, entries[i].username, entries[i].firstName,
-                               entries[i].lastName);
-            }
-            course.NumRosterIDs = next;
-            return next;
-        }
+        if (entries.size() >= 2) return StoreGradeBookEntries(course, entries);
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
     }
@@ -125,15 +107,7 @@ int ReadD2L(Course& course, Host& host, const GradeBookText& file) {
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    return ReadD2L(course, host,
-                   ReadGradeBookFile(CoursePath(course.AppPath, "\\gradesexport.csv")));
-}
-
-int ReadAgain(Course& course, Host& host, GradeBook& book) {
-    ClearRoster(course);
-    return ReadGradebook(course, host, book);
-}
+namespace {
 
 std::string Header(const GradeBook&) {
     return "username";
@@ -153,39 +127,17 @@ std::string Score(double score) {
     return "," + NumberItem(score);
 }
 
-constexpr ExportTarget kDesire2Learn{
-    .uploadFile = "UploadFile.csv",
-    .bareName = false,
+}  // namespace
+
+const UploadLayout kD2LUpload{
+    .clearFirst = true,
     .emptyText = "No students found in Black Board download file. Grades not exported",
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Total",
-    .read = ReadAgain,
-    .userOf = nullptr,
-    .skipEmptyIds = true,
     .headerCells = Header,
     .heading = Heading,
     .headerEnd = ", End-of-Line Indicator \r\n",
     .nameCells = NameCells,
     .scoreCell = Score,
     .lineEnd = ",#\r\n",
-    .unmatched = UnmatchedRow::Left,
-    .unmatchedFrom = 0,
-    .unmatchedCell = "",
 };
-
-}  // namespace
-
-void ReadD2LGradebook(Course& course, Host& host) {
-    GradeBook book;
-    ReadGradebook(course, host, book);
-}
-
-void ReadD2LGradebookText(Course& course, Host& host, std::string_view text) {
-    ReadD2L(course, host, GradeBookText{"gradesexport.csv", std::string(text)});
-}
-
-void ExportD2L(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kDesire2Learn, fullUpload);
-}
 
 }  // namespace tallory

@@ -1,4 +1,5 @@
-#include "export/Export.h"
+// The steps every export shares: the grade-book text helpers, the roster rows the readers store,
+// the one upload skeleton and the grade-book targets' upload.
 
 #include <utility>
 
@@ -13,100 +14,6 @@
 #include "registration/Roster.h"
 
 namespace tallory {
-
-namespace {
-
-using Exporter = void (*)(Course&, Host&, bool);
-// An exporter whose layout a command line may give instead of a dialog.
-using LayoutExporter = std::vector<UploadColumn> (*)(Course&, Host&, bool,
-                                                     const std::optional<CanvasChoice>&);
-
-// The exporter of each export key; "WEBCT CE 6.1" reaches the Campus Edition 6 writer only from
-// export selected, and no course's settings give that key.
-struct Dispatch {
-    std::string_view key;
-    Exporter all;
-    Exporter selected;
-    LayoutExporter withLayout = nullptr;  // instead of the two above
-};
-
-void General(Course& course, Host& host, bool fullUpload) {
-    ExportGeneral(course, host, CoursePath(course.AppPath, "\\UploadFile.csv"), fullUpload);
-}
-
-constexpr Dispatch kDispatch[] = {
-    {"GENERAL", General, General},
-    {"WEB CT V", ExportWebCT, ExportWebCT},
-    {"WEB CT", ExportWebCT, ExportWebCT},
-    {"ANGEL", ExportAngel, ExportAngel},
-    {"D2L", ExportD2L, ExportD2L},
-    {"BB", ExportBlackboard, ExportBlackboard},
-    {"BB73", ExportBlackboard, ExportBlackboard},
-    {"BB80", ExportBlackboard8, ExportBlackboard8},
-    {"MOODLE", CheckMoodleRoster, CheckMoodleRoster},
-    {"SAKAI", ExportSakai, ExportSakai},
-    {"WEBCT CE 4.1", ExportWebCTCampus, ExportWebCTCampus},
-    {"WEBCT CE 6.1", ExportWebCTCampus, ExportWebCTCampus6},
-    {"CANVAS", nullptr, nullptr, ExportCanvas},
-};
-
-const Dispatch* FindDispatch(std::string_view tag) {
-    const std::string key = NormalKey(tag);
-    for (const Dispatch& row : kDispatch)
-        if (row.key == key) return &row;
-    return nullptr;
-}
-
-// An unknown key falls back to the General export once the person agrees; the two commands ask
-// in their own words.
-void AskForGeneral(Course& course, Host& host, bool fullUpload) {
-    const std::string_view title =
-        fullUpload ? "Confirm General Export : UploadFile.csv" : "Confirm General Export : Tallory";
-    const std::string_view question = fullUpload
-                                          ? " Would you like to proceed with general export for"
-                                          : " Do you want to proceed with general export for";
-    std::string text = "No default or Invalid output Format selected for export,";
-    text += question;
-    text += " the selected session(s)";
-    if (host.Message(text, title, Icon::None, Buttons::YesNo) == Answer::Yes)
-        General(course, host, fullUpload);
-}
-
-std::vector<UploadColumn> Run(Course& course, Host& host, std::string_view tag, bool fullUpload,
-                              const std::optional<CanvasChoice>& canvas) {
-    const Dispatch* row = FindDispatch(tag);
-    if (!row) {
-        AskForGeneral(course, host, fullUpload);
-        return {};
-    }
-    if (row->withLayout) return row->withLayout(course, host, fullUpload, canvas);
-    (fullUpload ? row->all : row->selected)(course, host, fullUpload);
-    return {};
-}
-
-void StartUploadTool(const Course& course, Host& host) {
-    if (CampusBridgelineInstalled(course))
-        host.StartProgram(course.AppPath + "/Campus Bridgeline.exe", "upload");
-}
-
-}  // namespace
-
-std::vector<UploadColumn> ExportAll(Course& course, Host& host, std::string_view tag,
-                                    const std::optional<CanvasChoice>& canvas) {
-    return Run(course, host, tag, true, canvas);
-}
-
-std::vector<UploadColumn> ExportSelected(Course& course, Host& host, std::string_view tag,
-                                         const std::optional<CanvasChoice>& canvas) {
-    bool any = false;
-    for (int session = 1; session <= course.NumSessions; ++session)
-        if (course.ExportSel[session] != 0) any = true;
-    if (!any) {
-        host.Message("Please first select a session to export using checkbox in top row.");
-        return {};
-    }
-    return Run(course, host, tag, false, canvas);
-}
 
 bool ColumnWanted(const Course& course, bool fullUpload, int session) {
     CheckSubscript(session, 0, kSessionTableUpper, "ExportSel");
@@ -136,6 +43,10 @@ std::string WithoutQuotes(std::string_view text) {
     return ReplaceAll(text, "\"", "");
 }
 
+std::string Quoted(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
+}
+
 GradeBookText ReadGradeBookFile(const std::string& path) {
     LineReader reader(path);
     if (!reader.IsOpen()) return {path, std::nullopt};
@@ -151,6 +62,34 @@ RosterRec& RosterRow(Course& course, int row) {
     }
 }
 
+void AddGradeBookEntry(std::vector<GradeBookEntry>& entries, GradeBookEntry entry) {
+    if (entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
+    entries.push_back(std::move(entry));
+}
+
+int StoreGradeBookEntries(Course& course, std::vector<GradeBookEntry>& entries) {
+    const int next = static_cast<int>(entries.size());
+    entries.emplace_back();
+    for (int i = 1; i <= next; ++i) {
+        const GradeBookEntry& entry = entries[i];
+        course.RosterIDs[i] = entry.id;
+        AddRosterEntry(course, entry.id, entry.firstName, entry.lastName);
+    }
+    course.NumRosterIDs = next;
+    return next;
+}
+
+void AppendRosterRow(Course& course, const std::vector<std::string>& cells, size_t id,
+                     size_t lastName, size_t firstName) {
+    const std::string studentId = Trim(CellAt(cells, id));
+    RosterRec& row = RosterRow(course, course.NumRoster);
+    course.RosterIDs[course.NumRoster] = studentId;
+    row.StudentId = studentId;
+    row.LastName = Trim(CellAt(cells, lastName));
+    row.FirstName = Trim(CellAt(cells, firstName));
+    ++course.NumRoster;
+}
+
 std::string UploadErrorText(std::string_view file) {
     const std::string name(file);
     return "The " + name +
@@ -162,8 +101,20 @@ std::string UploadErrorText(std::string_view file) {
            name + " before continuing with your work and exporting session data from Tallory";
 }
 
-void ShowUploadError(Host& host, std::string_view text) {
-    host.Message(text, "Error", Icon::Information);
+bool WriteUploadFile(Host& host, const std::string& path, std::string_view failureText,
+                     const std::function<std::string()>& buildText) {
+    AtomicFile file(path, &host);
+    bool written = false;
+    try {
+        if (file.Open()) {
+            file.Write(buildText());
+            written = file.Commit();
+        }
+    } catch (const RunTimeError&) {
+        written = false;
+    }
+    if (!written) host.Message(failureText, "Error", Icon::Information);
+    return written;
 }
 
 void ShowGradeBookMissing(const Course& course, Host& host, std::string_view title, Icon icon,
@@ -173,82 +124,84 @@ void ShowGradeBookMissing(const Course& course, Host& host, std::string_view tit
     host.Message(text, title, icon);
 }
 
-void RunExport(Course& course, Host& host, const ExportTarget& target, bool fullUpload) {
+namespace {
+
+// The header and the rows of a grade-book target's upload.
+std::string UploadText(Course& course, Host& host, const UploadLayout& layout, GradeBook& book,
+                       bool fullUpload) {
+    course.SessionTitle[0] = std::string(layout.totalTitle);
+    std::string text = layout.headerCells(book);
+    for (int k = 0; k <= course.NumSessions; ++k)
+        if (ColumnWanted(course, fullUpload, k)) text += layout.heading(SessionLabel(course, k));
+    text += layout.headerEnd;
+
+    // The first Students row of each ID, and the first Roster row, as the searches find them.
+    std::unordered_map<std::string, int> studentRow;
+    for (int j = 1; j <= course.NumStudents; ++j)
+        studentRow.emplace(NormalKey(course.Students[j].StudentId), j);
+    const auto& roster = std::as_const(course).Roster;
+    for (long i = 0; i < roster.Allocated(); ++i)
+        book.rosterRowOf.emplace(NormalKey(roster[i].StudentId), static_cast<int>(i));
+
+    std::vector<UploadRow> rows;
+    if (layout.userOf) {
+        // Grade-book lines are written back whole; their user IDs are found one by one, as the
+        // lines are written.
+        for (const std::string& line : book.lines) rows.push_back(UploadRow{"", line, nullptr});
+    } else {
+        for (long i = 0; i < roster.Allocated(); ++i) {
+            if (layout.skipEmptyIds && TrimView(roster[i].StudentId).empty()) continue;
+            rows.push_back(UploadRow{roster[i].StudentId, "", &roster[i]});
+        }
+    }
+    for (UploadRow& row : rows) {
+        if (layout.userOf) row.id = layout.userOf(course, host, row.line);
+        auto found = studentRow.find(NormalKey(row.id));
+        std::string line;
+        if (found != studentRow.end()) {
+            const StudentRec& student = course.Students[found->second];
+            line = layout.nameCells(book, course, row);
+            for (int k = 0; k <= course.NumSessions; ++k)
+                if (ColumnWanted(course, fullUpload, k)) line += layout.scoreCell(student.Score[k]);
+        } else if (layout.unmatched != UnmatchedRow::Left) {
+            line = layout.unmatched == UnmatchedRow::FirstName
+                       ? row.roster->FirstName
+                       : layout.nameCells(book, course, row);
+            if (TrimView(line).empty()) continue;
+            for (int k = layout.unmatchedFrom; k <= course.NumSessions; ++k)
+                if (ColumnWanted(course, fullUpload, k)) line += layout.unmatchedCell;
+        } else {
+            continue;
+        }
+        text += line;
+        text += layout.lineEnd;
+    }
+    return text;
+}
+
+}  // namespace
+
+std::vector<UploadColumn> WriteGradeBookUpload(Course& course, Host& host,
+                                               const ExportTarget& target, const ExportRun& run) {
+    const UploadLayout& layout = *target.layout;
+    if (layout.clearFirst) ClearRoster(course);
     GradeBook book;
-    if (target.read(course, host, book) < 1) {
-        host.Message(target.emptyText);
-        return;
+    const std::string rosterFile =
+        CoursePath(course.AppPath, "\\" + std::string(target.rosterFile));
+    if (target.read(course, host, book, ReadGradeBookFile(rosterFile)) < 1) {
+        host.Message(layout.emptyText);
+        return {};
     }
     const std::string name(target.uploadFile);
     const std::string path =
-        target.bareName ? JoinPath(course.AppPath, name) : CoursePath(course.AppPath, "\\" + name);
-    AtomicFile file(path, &host);
-    bool written = false;
-    try {
-        if (file.Open()) {
-            course.SessionTitle[0] = std::string(target.totalTitle);
-            std::string text = target.headerCells(book);
-            for (int k = 0; k <= course.NumSessions; ++k)
-                if (ColumnWanted(course, fullUpload, k))
-                    text += target.heading(SessionLabel(course, k));
-            text += target.headerEnd;
-            file.Write(text);
-
-            // The first Students row of each ID, and the first Roster row, as the searches find
-            // them.
-            std::unordered_map<std::string, int> studentRow;
-            for (int j = 1; j <= course.NumStudents; ++j)
-                studentRow.emplace(NormalKey(course.Students[j].StudentId), j);
-            const auto& roster = std::as_const(course).Roster;
-            for (long i = 0; i < roster.Allocated(); ++i)
-                book.rosterRowOf.emplace(NormalKey(roster[i].StudentId), static_cast<int>(i));
-
-            std::vector<UploadRow> rows;
-            if (target.userOf) {
-                // Grade-book lines are written back whole; their user IDs are found one by one,
-                // as the lines are written.
-                for (const std::string& line : book.lines)
-                    rows.push_back(UploadRow{"", line, nullptr});
-            } else {
-                for (long i = 0; i < roster.Allocated(); ++i) {
-                    if (target.skipEmptyIds && TrimView(roster[i].StudentId).empty()) continue;
-                    rows.push_back(UploadRow{roster[i].StudentId, "", &roster[i]});
-                }
-            }
-            for (UploadRow& row : rows) {
-                if (target.userOf) row.id = target.userOf(course, host, row.line);
-                auto found = studentRow.find(NormalKey(row.id));
-                std::string line;
-                if (found != studentRow.end()) {
-                    const StudentRec& student = course.Students[found->second];
-                    line = target.nameCells(book, course, row);
-                    for (int k = 0; k <= course.NumSessions; ++k)
-                        if (ColumnWanted(course, fullUpload, k))
-                            line += target.scoreCell(student.Score[k]);
-                } else if (target.unmatched != UnmatchedRow::Left) {
-                    line = target.unmatched == UnmatchedRow::FirstName
-                               ? row.roster->FirstName
-                               : target.nameCells(book, course, row);
-                    if (TrimView(line).empty()) continue;
-                    for (int k = target.unmatchedFrom; k <= course.NumSessions; ++k)
-                        if (ColumnWanted(course, fullUpload, k)) line += target.unmatchedCell;
-                } else {
-                    continue;
-                }
-                line += target.lineEnd;
-                file.Write(line);
-            }
-            written = file.Commit();
-        }
-    } catch (const RunTimeError&) {
-        written = false;
-    }
-    if (!written) {
-        ShowUploadError(host, UploadErrorText(name));
-        return;
-    }
-    host.Message(std::string(target.doneText) + name);
-    StartUploadTool(course, host);
+        layout.bareName ? JoinPath(course.AppPath, name) : CoursePath(course.AppPath, "\\" + name);
+    if (!WriteUploadFile(host, path, UploadErrorText(name),
+                         [&] { return UploadText(course, host, layout, book, run.fullUpload); }))
+        return {};
+    host.Message(std::string(layout.doneText) + name);
+    if (CampusBridgelineInstalled(course))
+        host.StartProgram(course.AppPath + "/Campus Bridgeline.exe", "upload");
+    return {};
 }
 
 }  // namespace tallory

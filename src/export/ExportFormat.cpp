@@ -1,90 +1,14 @@
 #include "export/ExportFormat.h"
 
-#include "common/Paths.h"
 #include "common/Text.h"
-#include "export/Export.h"
+#include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
 namespace tallory {
 
 namespace {
 
-// The reader that fills the roster when the course opens.
-using RosterReader = void (*)(Course&, Host&);
-
-void ReadGeneralRoster(Course& course, Host&) {
-    ReadRoster(course, CoursePath(course.AppPath, "\\Roster.Txt"));
-}
-
-// What the explanation of a format says beyond the pairing of its two files.
-enum class Explanation {
-    None,          // the general format explains nothing
-    Pairing,       // roster file and upload file
-    WebCTPairing,  // the same, with the upload file spelled as the WebCT help spells it
-    Important,     // the pairing and a reminder to export names with the IDs
-    Moodle,        // the pairing and Moodle's three download choices
-    ChooseSystem,  // an unknown setting: why a course-management system should be chosen
-    Canvas,        // the downloaded grade book under its own name, and the upload
-};
-
-struct FormatRow {
-    std::string_view cms;
-    std::string_view caption;
-    std::string_view tag;
-    std::string_view rosterFile;
-    std::string_view uploadFile;
-    RosterReader reader;
-    Explanation explanation;
-};
-
-constexpr std::string_view kUpload = "UploadFile.csv";
-constexpr std::string_view kCampusCaption = "Campus Edition {Ver 4, 6, 6.1, 6.1.2}";
-
-constexpr FormatRow kFormats[] = {
-    {"GENERAL", "General", "GENERAL", "Roster.Txt", kUpload, ReadGeneralRoster, Explanation::None},
-    {"WEB CT V", "Vista {Ver 3, 4, 8}", "WEB CT V", "class.txt", kUpload, ReadWebCTRoster,
-     Explanation::WebCTPairing},
-    {"WEB CT", "Web Ct Campus Edition", "WEB CT", "class.txt", kUpload, ReadWebCTRoster,
-     Explanation::WebCTPairing},
-    {"D2L", "Desire2Learn", "D2L", "gradesexport.csv", kUpload, ReadD2LGradebook,
-     Explanation::Important},
-    {"ANGEL", "Angel {Ver 6, 7.1, 7.2, 7.3}", "ANGEL", "gradebook.csv", kUpload, ReadAngelGradebook,
-     Explanation::Pairing},
-    {"BB", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB", "gb_export.csv", kUpload,
-     ReadBlackboardGradebook, Explanation::Pairing},
-    {"BB73", "Blackboard {Ver 6, 6.3, 7, 7.3}", "BB73", "gb_export.csv", kUpload,
-     ReadBlackboardGradebook, Explanation::Important},
-    {"BB80", "Blackboard {Ver 8}", "BB80", "gb_export.csv", kUpload, ReadBlackboardGradebook,
-     Explanation::Important},
-    {"BLACKBOARD", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", kUpload,
-     ReadBlackboardGradebook, Explanation::Pairing},
-    {"MOODLE", "Moodle {Ver 1.6, 1.8, 1.9}", "MOODLE", "MoodleRoster.txt", "MoodleUpload.xls",
-     ReadMoodleRoster, Explanation::Moodle},
-    {"SAKAI", "Sakai {Ver 2.4, 2.5}", "SAKAI", "sakaigradebook.csv", kUpload, ReadSakaiGradebook,
-     Explanation::Important},
-    {"WEB CT CE 4.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, ReadCampusClass,
-     Explanation::WebCTPairing},
-    {"WEB CT CE 6.1", kCampusCaption, "WebCT CE 4.1", "class.txt", kUpload, ReadCampusClass,
-     Explanation::WebCTPairing},
-    {"CANVAS", "Canvas", "CANVAS", "*.csv", "CanvasUpload.csv", ReadCanvasRoster,
-     Explanation::Canvas},
-};
-
-constexpr FormatRow kAnyOtherFormat = {
-    "", "General", "GENERAL", "Roster.Txt", kUpload, ReadGeneralRoster, Explanation::ChooseSystem};
-
-const FormatRow& FindRow(std::string_view cms) {
-    std::string key = NormalKey(cms);
-    for (const FormatRow& row : kFormats)
-        if (row.cms == key) return row;
-    return kAnyOtherFormat;
-}
-
-std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string ExplanationOf(const FormatRow& row) {
+std::string ExplanationOf(const ExportTarget& row) {
     const std::string caption(row.caption);
     switch (row.explanation) {
         case Explanation::None:
@@ -132,7 +56,7 @@ std::string ExplanationOf(const FormatRow& row) {
     return text;
 }
 
-ExportFormat FormatOf(const FormatRow& row) {
+ExportFormat FormatOf(const ExportTarget& row) {
     return ExportFormat{std::string(row.caption), std::string(row.tag), std::string(row.rosterFile),
                         std::string(row.uploadFile), ExplanationOf(row)};
 }
@@ -140,14 +64,14 @@ ExportFormat FormatOf(const FormatRow& row) {
 }  // namespace
 
 ExportFormat FindExportFormat(std::string_view cms) {
-    return FormatOf(FindRow(cms));
+    return FormatOf(TargetOfSetting(cms));
 }
 
 ExportFormat SetExportFormat(Course& course, Host& host, std::string_view cms) {
-    const FormatRow& row = FindRow(cms);
-    row.reader(course, host);
+    const ExportTarget& target = TargetOfSetting(cms);
+    ReadTargetRoster(course, host, target);
     StripRosterQuotes(course);
-    return FormatOf(row);
+    return FormatOf(target);
 }
 
 void StripRosterQuotes(Course& course) {

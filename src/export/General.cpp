@@ -3,13 +3,12 @@
 
 #include <unordered_map>
 
-#include "common/AtomicFile.h"
 #include "common/Numbers.h"
-#include "common/RunTimeError.h"
+#include "common/Paths.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "logs/SessionStore.h"
+#include "registration/Roster.h"
 
 namespace tallory {
 
@@ -98,10 +97,6 @@ class RosterNames {
     std::unordered_map<std::string, int> rowOf_;
 };
 
-std::string Quoted(const std::string& text) {
-    return "\"" + text + "\"";
-}
-
 std::string IdentifyingCells(int filter, const RosterNames& names, const std::string& id) {
     switch (filter) {
         case kNamesAndId:
@@ -118,48 +113,45 @@ std::string IdentifyingCells(int filter, const RosterNames& names, const std::st
 
 }  // namespace
 
-void ExportGeneral(Course& course, Host& host, const std::string& path, bool fullUpload) {
+void ReadGeneralRoster(Course& course, Host&, const ExportTarget& target) {
+    ReadRoster(course, CoursePath(course.AppPath, "\\" + std::string(target.rosterFile)));
+}
+
+// The table of the program's own Students, with the identifying columns the person picks.
+std::vector<UploadColumn> WriteGeneralUpload(Course& course, Host& host, const ExportTarget& target,
+                                             const ExportRun& run) {
     const OptionChoice choice = host.ChooseOption(GeneralExportFilter());
-    if (choice.cancelled) return;
+    if (choice.cancelled) return {};
     const int filter = ExportFilterOf(choice.index);
     const RosterNames names(course);
-
-    AtomicFile file(path, &host);
-    bool written = false;
-    try {
-        if (file.Open()) {
-            std::string text(kHeadings[filter]);
-            if (fullUpload) text += ", Total ";
-            for (int k = 1; k <= course.NumSessions; ++k) {
-                if (!ColumnWanted(course, fullUpload, k)) continue;
-                // A title of blanks is a title here, though the label would replace it.
-                const std::string& title = course.SessionTitle[k];
-                text += title.empty() ? "," + SessionLabel(course, k) : ", " + title;
-            }
-            text += " \r\n";
-            // Each row ends the line before it, so the file's last row has no line end.
-            bool lineOpen = false;
-            for (int i = 1; i <= course.NumStudents; ++i) {
-                const StudentRec& student = course.Students[i];
-                if (TrimView(student.StudentId).empty()) continue;
-                if (lineOpen) text += "\r\n";
-                text += IdentifyingCells(filter, names, student.StudentId);
-                for (int k = 0; k <= course.NumSessions; ++k)
-                    if (ColumnWanted(course, fullUpload, k))
-                        text += ", " + NumberText(student.Score[k]) + " ";
-                lineOpen = true;
-            }
-            file.Write(text);
-            written = file.Commit();
+    const bool fullUpload = run.fullUpload;
+    const std::string path = CoursePath(course.AppPath, "\\" + std::string(target.uploadFile));
+    const bool written = WriteUploadFile(host, path, kWriteError, [&] {
+        std::string text(kHeadings[filter]);
+        if (fullUpload) text += ", Total ";
+        for (int k = 1; k <= course.NumSessions; ++k) {
+            if (!ColumnWanted(course, fullUpload, k)) continue;
+            // A title of blanks is a title here, though the label would replace it.
+            const std::string& title = course.SessionTitle[k];
+            text += title.empty() ? "," + SessionLabel(course, k) : ", " + title;
         }
-    } catch (const RunTimeError&) {
-        written = false;
-    }
-    if (!written) {
-        ShowUploadError(host, kWriteError);
-        return;
-    }
-    host.Message("Saved scores to file: " + path);
+        text += " \r\n";
+        // Each row ends the line before it, so the file's last row has no line end.
+        bool lineOpen = false;
+        for (int i = 1; i <= course.NumStudents; ++i) {
+            const StudentRec& student = course.Students[i];
+            if (TrimView(student.StudentId).empty()) continue;
+            if (lineOpen) text += "\r\n";
+            text += IdentifyingCells(filter, names, student.StudentId);
+            for (int k = 0; k <= course.NumSessions; ++k)
+                if (ColumnWanted(course, fullUpload, k))
+                    text += ", " + NumberText(student.Score[k]) + " ";
+            lineOpen = true;
+        }
+        return text;
+    });
+    if (written) host.Message("Saved scores to file: " + path);
+    return {};
 }
 
 }  // namespace tallory

@@ -8,7 +8,6 @@
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
@@ -39,13 +38,7 @@ Columns FindColumns(std::string_view header) {
 void ReadRow(Course& course, std::string_view line, const Columns& columns) {
     const std::vector<std::string> cells = SplitAt(line, "\t");
     if (TrimView(CellAt(cells, 0)).empty()) return;
-    const std::string id = Trim(CellAt(cells, columns.email));
-    RosterRec& row = RosterRow(course, course.NumRoster);
-    course.RosterIDs[course.NumRoster] = id;
-    row.StudentId = id;
-    row.LastName = Trim(CellAt(cells, columns.surname));
-    row.FirstName = Trim(CellAt(cells, columns.firstName));
-    ++course.NumRoster;
+    AppendRosterRow(course, cells, columns.email, columns.surname, columns.firstName);
 }
 
 // The file with CR or CR LF line ends, one line at a time.
@@ -58,7 +51,9 @@ void ReadByLine(Course& course, const GradeBookText& file) {
         if (!TrimView(line).empty()) ReadRow(course, line, columns);
 }
 
-int ReadMoodle(Course& course, Host& host, const GradeBookText& file) {
+}  // namespace
+
+int ReadMoodleRoster(Course& course, Host& host, GradeBook&, const GradeBookText& file) {
     course.NumRoster = 1;
     try {
         if (!file.text) throw GradeBookError{};
@@ -97,10 +92,7 @@ int ReadMoodle(Course& course, Host& host, const GradeBookText& file) {
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    return ReadMoodle(course, host,
-                      ReadGradeBookFile(CoursePath(course.AppPath, "\\MoodleRoster.txt")));
-}
+namespace {
 
 std::string Header(const GradeBook&) {
     return "First name\tSurname\tID number";
@@ -118,50 +110,31 @@ std::string Score(double score) {
     return "\t" + NumberText(score) + " ";
 }
 
-constexpr ExportTarget kMoodle{
-    .uploadFile = "MoodleUpload.xls",
-    .bareName = false,
+}  // namespace
+
+const UploadLayout kMoodleUpload{
     .emptyText = "No students found in Moodle download file. Grades not exported",
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Total",
-    .read = ReadGradebook,
-    .userOf = nullptr,
     .skipEmptyIds = false,
     .headerCells = Header,
     .heading = Heading,
-    .headerEnd = " \r\n",
     .nameCells = NameCells,
     .scoreCell = Score,
-    .lineEnd = " \r\n",
     .unmatched = UnmatchedRow::FirstName,
     .unmatchedFrom = 1,
     .unmatchedCell = "\t ",
 };
 
-}  // namespace
-
-void ReadMoodleRoster(Course& course, Host& host) {
-    GradeBook book;
-    ReadGradebook(course, host, book);
-}
-
-void ReadMoodleRosterText(Course& course, Host& host, std::string_view text) {
-    ReadMoodle(course, host, GradeBookText{"MoodleRoster.txt", std::string(text)});
-}
-
-void CheckMoodleRoster(Course& course, Host& host, bool fullUpload) {
+// The grade book must be there before the export runs.
+std::vector<UploadColumn> WriteMoodleUpload(Course& course, Host& host, const ExportTarget& target,
+                                            const ExportRun& run) {
     if (!FileExists(CoursePath(course.AppPath, "\\MoodleRoster.Txt"))) {
         host.Message("Please copy student Grade Book (Exported in Text File)from Moodle in '\r\n" +
                          course.AppPath +
                          "' folder and rename it to 'MoodleRoster.Txt' and then try again",
                      "MoodleRoster Not found", Icon::Information);
-        return;
+        return {};
     }
-    ExportMoodle(course, host, fullUpload);
-}
-
-void ExportMoodle(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kMoodle, fullUpload);
+    return WriteGradeBookUpload(course, host, target, run);
 }
 
 }  // namespace tallory

@@ -4,22 +4,14 @@
 
 #include "common/LineReader.h"
 #include "common/Numbers.h"
-#include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 
 namespace tallory {
 
 namespace {
-
-struct Entry {
-    std::string studentId;
-    std::string nameFirstCell;   // the last name: the grade book writes "Last, First"
-    std::string nameSecondCell;  // the first name, or whatever cell follows a name without comma
-};
 
 struct Columns {
     int id = -1;
@@ -38,22 +30,23 @@ Columns FindColumns(std::string_view header) {
     return columns;
 }
 
-void ReadRow(std::string_view line, const Columns& columns, std::vector<Entry>& entries) {
+void ReadRow(std::string_view line, const Columns& columns, std::vector<GradeBookEntry>& entries) {
     const std::vector<std::string> cells = SplitAt(WithoutQuotes(line), ",");
     if (columns.id < 0 || TrimView(CellAt(cells, columns.id)).empty()) return;
-    Entry entry;
+    GradeBookEntry entry;
+    // The grade book writes "Last, First": the cell after the name's first is the first name, or
+    // whatever cell follows a name without comma.
     if (columns.name >= 0) {
-        entry.nameSecondCell = Trim(CellAt(cells, columns.name + 1));
-        entry.nameFirstCell = Trim(cells[columns.name]);
+        entry.firstName = Trim(CellAt(cells, columns.name + 1));
+        entry.lastName = Trim(cells[columns.name]);
     }
-    entry.studentId = Trim(cells[columns.id]);
-    if (entries.size() > static_cast<size_t>(kMaxRoster)) throw GradeBookError{};
-    entries.push_back(std::move(entry));
+    entry.id = Trim(cells[columns.id]);
+    AddGradeBookEntry(entries, std::move(entry));
 }
 
 // Line by line, for a file with CR or CR LF line ends.
-std::vector<Entry> ReadEachLine(LineReader& reader) {
-    std::vector<Entry> entries(1);
+std::vector<GradeBookEntry> ReadEachLine(LineReader& reader) {
+    std::vector<GradeBookEntry> entries(1);
     std::string line;
     if (!reader.ReadLine(line)) throw GradeBookError{};
     const Columns columns = FindColumns(line);
@@ -63,9 +56,9 @@ std::vector<Entry> ReadEachLine(LineReader& reader) {
 }
 
 // The other pass: a file with bare line feeds is one line, which holds all the rows.
-std::vector<Entry> ReadFirstLine(const GradeBookText& file) {
+std::vector<GradeBookEntry> ReadFirstLine(const GradeBookText& file) {
     LineReader reader(file.name, *file.text);
-    std::vector<Entry> entries(1);
+    std::vector<GradeBookEntry> entries(1);
     std::string text;
     if (!reader.ReadLine(text)) return entries;
     const std::vector<std::string> lines = SplitAt(text, "\n");
@@ -76,24 +69,15 @@ std::vector<Entry> ReadFirstLine(const GradeBookText& file) {
     return entries;
 }
 
-int ReadSakai(Course& course, Host& host, const GradeBookText& file) {
+}  // namespace
+
+int ReadSakaiGradebook(Course& course, Host& host, GradeBook&, const GradeBookText& file) {
     try {
         if (!file.text) throw GradeBookError{};
         LineReader reader(file.name, *file.text);
-        std::vector<Entry> entries = ReadEachLine(reader);
+        std::vector<GradeBookEntry> entries = ReadEachLine(reader);
         if (entries.size() < 2) entries = ReadFirstLine(file);
-        if (entries.size() >= 2) {
-            // The row one above the last is empty, and enters the roster as such.
-            const int next = static_cast<int>(entries.size());
-            entries.emplace_back();
-            for (int i = 1; i <= next; ++i) {
-                const Entry& entry = entries[i];
-                course.RosterIDs[i] = entry.studentId;
-                AddRosterEntry(course, entry.studentId, entry.nameSecondCell, entry.nameFirstCell);
-            }
-            course.NumRosterIDs = next;
-            return next;
-        }
+        if (entries.size() >= 2) return StoreGradeBookEntries(course, entries);
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
     }
@@ -113,15 +97,7 @@ int ReadSakai(Course& course, Host& host, const GradeBookText& file) {
     return 0;
 }
 
-int ReadGradebook(Course& course, Host& host, GradeBook&) {
-    return ReadSakai(course, host,
-                     ReadGradeBookFile(CoursePath(course.AppPath, "\\sakaigradebook.csv")));
-}
-
-int ReadAgain(Course& course, Host& host, GradeBook& book) {
-    ClearRoster(course);
-    return ReadGradebook(course, host, book);
-}
+namespace {
 
 std::string Header(const GradeBook&) {
     return "Student ID,Student Name";
@@ -148,39 +124,16 @@ std::string Score(double score) {
     return "," + NumberText(score);
 }
 
-constexpr ExportTarget kSakai{
-    .uploadFile = "UploadFile.csv",
-    .bareName = false,
-    .emptyText = "No students found in Sakai download file. Grades not exported",
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Cumulative",
-    .read = ReadAgain,
-    .userOf = nullptr,
-    .skipEmptyIds = true,
-    .headerCells = Header,
-    .heading = Heading,
-    .headerEnd = " \r\n",
-    .nameCells = NameCells,
-    .scoreCell = Score,
-    .lineEnd = " \r\n",
-    .unmatched = UnmatchedRow::Left,
-    .unmatchedFrom = 0,
-    .unmatchedCell = "",
-};
-
 }  // namespace
 
-void ReadSakaiGradebook(Course& course, Host& host) {
-    GradeBook book;
-    ReadGradebook(course, host, book);
-}
-
-void ReadSakaiGradebookText(Course& course, Host& host, std::string_view text) {
-    ReadSakai(course, host, GradeBookText{"sakaigradebook.csv", std::string(text)});
-}
-
-void ExportSakai(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kSakai, fullUpload);
-}
+const UploadLayout kSakaiUpload{
+    .clearFirst = true,
+    .emptyText = "No students found in Sakai download file. Grades not exported",
+    .totalTitle = "Cumulative",
+    .headerCells = Header,
+    .heading = Heading,
+    .nameCells = NameCells,
+    .scoreCell = Score,
+};
 
 }  // namespace tallory

@@ -9,7 +9,6 @@
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "export/Export.h"
 #include "export/ExportTarget.h"
 #include "registration/Roster.h"
 #include "start/Fields.h"
@@ -21,22 +20,20 @@ namespace {
 // class.txt carries the whole grade book, so its lines can be wide.
 constexpr int kClassTopField = 999;
 
-std::string ClassPath(const Course& course) {
-    return CoursePath(course.AppPath, "\\class.txt");
-}
-
 // ---- WebCT: the grade-book lines themselves
 
 // The lines of class.txt cut to the name columns, the header first. A line may hold several rows
 // separated by bare line feeds; a row too short for the name columns is left out.
-int ReadClassLines(Course& course, Host& host, GradeBook& book) {
-    LineReader reader(ClassPath(course));
-    if (!reader.IsOpen()) {
+}  // namespace
+
+int ReadClassLines(Course& course, Host& host, GradeBook& book, const GradeBookText& file) {
+    if (!file.text) {
         host.Message(
             "Exporting in WebCT format requires the grade book to be downloaded and placed in "
             "the main directory with name class.txt");
         return -1;
     }
+    LineReader reader(file.name, *file.text);
     const int widest = std::max({course.WebCTLastCol, course.WebCTFirstCol, course.WebCTUserCol});
     Fields cells(kClassTopField);
     std::vector<std::string> lines;
@@ -59,6 +56,12 @@ int ReadClassLines(Course& course, Host& host, GradeBook& book) {
     book.lines.assign(lines.begin() + 1, lines.end());
     return static_cast<int>(book.lines.size());
 }
+
+void ReadClassRoster(Course& course, Host& host, const ExportTarget&) {
+    ReadWebCTRoster(course, host);
+}
+
+namespace {
 
 // The user ID of a kept line, from the column the course found at start.
 std::string WebCTUserOf(const Course& course, Host& host, const std::string& line) {
@@ -89,26 +92,24 @@ std::string SpacedScore(double score) {
 
 constexpr std::string_view kEmpty = "No students found in WebCT download file. Grades not exported";
 
+}  // namespace
+
 // The one upload opened by its bare name: it lands in the current directory, the course folder.
-constexpr ExportTarget kWebCT{
-    .uploadFile = "UploadFile.csv",
+const UploadLayout kWebCTUpload{
     .bareName = true,
     .emptyText = kEmpty,
-    .doneText = "Wrote upload file: ",
-    .totalTitle = "Total",
-    .read = ReadClassLines,
     .userOf = WebCTUserOf,
     .skipEmptyIds = false,
     .headerCells = LineHeader,
     .heading = Heading,
-    .headerEnd = " \r\n",
     .nameCells = KeptLine,
     .scoreCell = SpacedScore,
-    .lineEnd = " \r\n",
     .unmatched = UnmatchedRow::NameCells,
     .unmatchedFrom = 1,
     .unmatchedCell = ",  ",
 };
+
+namespace {
 
 // ---- Campus Edition: a plain split at commas, quotes or not
 
@@ -136,13 +137,7 @@ CampusColumns FindCampusColumns(std::string_view header) {
 void ReadCampusRow(Course& course, std::string_view line, const CampusColumns& columns) {
     const std::vector<std::string> cells = SplitAt(line, ",");
     if (TrimView(CellAt(cells, 1)).empty()) return;
-    const std::string id = Trim(CellAt(cells, columns.user));
-    RosterRec& row = RosterRow(course, course.NumRoster);
-    course.RosterIDs[course.NumRoster] = id;
-    row.StudentId = id;
-    row.LastName = Trim(CellAt(cells, columns.lastName));
-    row.FirstName = Trim(CellAt(cells, columns.firstName));
-    ++course.NumRoster;
+    AppendRosterRow(course, cells, columns.user, columns.lastName, columns.firstName);
 }
 
 // Only Roster rows 0..NumRoster-1 count for the look-up; the counts come down to zero after a
@@ -154,8 +149,10 @@ int CampusRows(Course& course, int count) {
     return count;
 }
 
+}  // namespace
+
 // The second pass, one row per line: a file with CR or CR LF line ends.
-int CampusByLine(Course& course, Host& host, const GradeBookText& file) {
+int ReadCampusClassByLine(Course& course, Host& host, GradeBook&, const GradeBookText& file) {
     course.NumRoster = 1;
     try {
         if (!file.text) throw GradeBookError{};
@@ -185,7 +182,7 @@ int CampusByLine(Course& course, Host& host, const GradeBookText& file) {
 }
 
 // The first pass reads one line, which is the whole file when its lines end in bare line feeds.
-int CampusWhole(Course& course, Host& host, const GradeBookText& file) {
+int ReadCampusClass(Course& course, Host& host, GradeBook& book, const GradeBookText& file) {
     course.NumRoster = 1;
     try {
         if (!file.text) throw GradeBookError{};
@@ -199,7 +196,7 @@ int CampusWhole(Course& course, Host& host, const GradeBookText& file) {
                 if (!TrimView(lines[i]).empty()) ReadCampusRow(course, lines[i], columns);
         }
         if (course.NumRoster >= 2) return CampusRows(course, course.NumRoster);
-        return CampusByLine(course, host, file);
+        return ReadCampusClassByLine(course, host, book, file);
     } catch (const GradeBookError&) {
     } catch (const RunTimeError&) {
     }
@@ -215,13 +212,7 @@ int CampusWhole(Course& course, Host& host, const GradeBookText& file) {
     return CampusRows(course, 0);
 }
 
-int ReadCampusClassByLine(Course& course, Host& host, GradeBook&) {
-    return CampusByLine(course, host, ReadGradeBookFile(ClassPath(course)));
-}
-
-int ReadCampusClassWhole(Course& course, Host& host, GradeBook&) {
-    return CampusWhole(course, host, ReadGradeBookFile(ClassPath(course)));
-}
+namespace {
 
 std::string CampusHeader(const GradeBook&) {
     return "Last Name,First Name,User ID";
@@ -235,53 +226,18 @@ std::string CampusScore(double score) {
     return "," + NumberText(score) + " ";
 }
 
-constexpr ExportTarget CampusTarget(std::string_view uploadFile,
-                                    int (*read)(Course&, Host&, GradeBook&)) {
-    return ExportTarget{
-        .uploadFile = uploadFile,
-        .bareName = false,
-        .emptyText = kEmpty,
-        .doneText = "Wrote upload file: ",
-        .totalTitle = "Total",
-        .read = read,
-        .userOf = nullptr,
-        .skipEmptyIds = false,
-        .headerCells = CampusHeader,
-        .heading = Heading,
-        .headerEnd = " \r\n",
-        .nameCells = CampusNames,
-        .scoreCell = CampusScore,
-        .lineEnd = " \r\n",
-        .unmatched = UnmatchedRow::FirstName,
-        .unmatchedFrom = 1,
-        .unmatchedCell = ", ",
-    };
-}
-
-constexpr ExportTarget kCampus = CampusTarget("UploadFile.csv", ReadCampusClassWhole);
-constexpr ExportTarget kCampus6 = CampusTarget("WebCT6Upload.csv", ReadCampusClassByLine);
-
 }  // namespace
 
-void ReadCampusClass(Course& course, Host& host) {
-    GradeBook book;
-    ReadCampusClassWhole(course, host, book);
-}
-
-void ReadCampusClassText(Course& course, Host& host, std::string_view text) {
-    CampusWhole(course, host, GradeBookText{"class.txt", std::string(text)});
-}
-
-void ExportWebCT(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kWebCT, fullUpload);
-}
-
-void ExportWebCTCampus(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kCampus, fullUpload);
-}
-
-void ExportWebCTCampus6(Course& course, Host& host, bool fullUpload) {
-    RunExport(course, host, kCampus6, fullUpload);
-}
+const UploadLayout kCampusUpload{
+    .emptyText = kEmpty,
+    .skipEmptyIds = false,
+    .headerCells = CampusHeader,
+    .heading = Heading,
+    .nameCells = CampusNames,
+    .scoreCell = CampusScore,
+    .unmatched = UnmatchedRow::FirstName,
+    .unmatchedFrom = 1,
+    .unmatchedCell = ", ",
+};
 
 }  // namespace tallory
