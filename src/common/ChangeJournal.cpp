@@ -21,6 +21,7 @@ namespace tallory {
 namespace {
 
 ChangeJournal* active = nullptr;
+bool unkept = false;  // an UnkeptChanges lives
 
 constexpr const char* kJournalName = ".tallory-change";
 constexpr const char* kPathSuffix = ".path";
@@ -249,6 +250,7 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
 }
 
 ChangeScope::ChangeScope(const std::string& courseFolder, const std::string& action, int undoes) {
+    if (unkept) return;
     if (!ChangeJournal::Open()) own_.emplace(courseFolder, action);
     ChangeJournal::Describe(action, undoes);
 }
@@ -259,6 +261,16 @@ ChangeScope::~ChangeScope() {
     } else if (active) {
         active->Commit();
     }
+}
+
+UnkeptChanges::UnkeptChanges() : waiting_(active), wasUnkept_(unkept) {
+    active = nullptr;
+    unkept = true;
+}
+
+UnkeptChanges::~UnkeptChanges() {
+    active = waiting_;
+    unkept = wasUnkept_;
 }
 
 std::string UndoInterruptedChange(const std::string& courseFolder) {

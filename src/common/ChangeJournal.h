@@ -82,6 +82,20 @@ class ChangeScope {
     std::optional<ChangeJournal> own_;
 };
 
+// While one lives, nothing written is journaled or goes to the history, and the journal open
+// before waits: a preview's change falls on a throwaway copy of the course.
+class UnkeptChanges {
+  public:
+    UnkeptChanges();
+    ~UnkeptChanges();
+    UnkeptChanges(const UnkeptChanges&) = delete;
+    UnkeptChanges& operator=(const UnkeptChanges&) = delete;
+
+  private:
+    ChangeJournal* waiting_;
+    bool wasUnkept_;
+};
+
 // The journal folder of a course folder.
 std::string JournalFolder(const std::string& courseFolder);
 

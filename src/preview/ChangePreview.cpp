@@ -262,7 +262,10 @@ ChangePreview PreviewChange(const std::string& courseFolder, DisplayOrder order,
                             const CourseChange& change) {
     CourseCopy copy(courseFolder);
     std::unique_ptr<Course> before = ReadGrid(copy.Folder(), order);
-    change(copy.Folder());
+    {
+        UnkeptChanges unkept;
+        change(copy.Folder());
+    }
     std::unique_ptr<Course> after = ReadGrid(copy.Folder(), order);
 
     ChangePreview preview;

@@ -77,6 +77,9 @@ TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
                 .startsWith("The WebSync process has completed.  1 records have been updated."));
         auto* done = Find<QPushButton>(dialog, "wCancel");
         EXPECT_EQ(done->text(), "Done");
+        // Chen Lin's votes move from the unregistered clicker to her: the change is shown first.
+        WhenOpen("PreviewDialog",
+                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
         done->click();
     });
     emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
