@@ -31,12 +31,16 @@ Snapshot SnapshotOf(const std::string& folder) {
     return files;
 }
 
-// A copy of the demo course, with its history in a data folder of its own.
+// A copy of the demo course, with its history in a data folder of its own, and a web
+// registration of the stray clicker 007F00B2 to Lars Eriksen in the course folder for WebSync.
 struct HistoryCourse : test::TempCourse {
     test::TempCourse dataHome;
     HistoryCourse() {
         ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
         CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+        Write("SessionData/Config.csv", test::ReadBytes(Path() + "/SessionData/Config.csv") +
+                                            "\"webcode\" ,\"local\" ,\"\"\r\n");
+        Write("WebReg.dat", "007F00B2,Eriksen,Lars,20260129\r\n");
     }
     test::CliResult Cli(const std::vector<std::string>& words) const {
         return test::RunCliOn(Path(), words);
@@ -68,6 +72,7 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
          "Clicker 3C4D5E removed from student 20260136"},
         {{"student", "#7F00A1", "--delete-logs", "--yes"},
          "Deletion of the logs of clicker 7F00A1"},
+        {{"websync", "--answer", "accept"}, "WebSync"},
     };
     for (const auto& change : kChanges) {
         SCOPED_TRACE(change.action);
@@ -159,7 +164,7 @@ TEST(History, TwentyRandomChangesUndoneLeaveTheCourseAsItStarted) {
             const std::string session = std::to_string(1 + pick(sessions));
             const std::string& student = students[pick(static_cast<int>(students.size()))];
             std::vector<std::string> words;
-            switch (pick(8)) {
+            switch (pick(9)) {
                 case 0:
                     words = {"set-scores", session,     "--question",
                              "1",          "--correct", std::string("ABCDE").substr(pick(5), 1),
@@ -191,6 +196,9 @@ TEST(History, TwentyRandomChangesUndoneLeaveTheCourseAsItStarted) {
                     break;
                 case 6:
                     words = {"student", student, "--remove-clicker", "--yes"};
+                    break;
+                case 7:
+                    words = {"websync", "--answer", "accept"};
                     break;
                 default:
                     words = {"student", student, "--delete-logs", "--yes"};

@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "common/ChangeJournal.h"
 #include "common/Numbers.h"
 #include "common/Paths.h"
 #include "common/Text.h"
@@ -233,6 +234,8 @@ std::optional<CanvasChoice> AskChoice(Course& course, Host& host) {
     const int index = answer.index >= 0 && answer.index <= 3 ? answer.index : dialog.preselected;
     const CanvasChoice chosen{index >= 2, index % 2 == 1};
     if (chosen != remembered) {
+        // The layout chosen is a setting of the course's: one entry of its history.
+        ChangeScope change(course.AppPath, "Change of the Canvas upload layout");
         SetParam(course, kColumnsSetting, chosen.totalColumn ? "Total" : "Sessions");
         SetParam(course, kAbsentSetting, chosen.absentZero ? "Zero" : "Blank");
         WriteConfig(course, host);
