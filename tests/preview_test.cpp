@@ -183,7 +183,8 @@ TEST(PreviewCli, ChangesFollowTheGridsOrderAndNames) {
     for (const json& session : grid["sessions"]) column.emplace(session["label"], column.size());
 
     size_t last = 0;
-    for (const json& change : Json(result)["preview"]["changes"]) {
+    const json previewed = Json(result);
+    for (const json& change : previewed["preview"]["changes"]) {
         const std::string id = change["id"];
         ASSERT_TRUE(row.count(id)) << id;
         const size_t at = row[id] * 100 + column[change["session"]];
