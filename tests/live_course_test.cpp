@@ -100,5 +100,32 @@ TEST(CourseWatch, SnapshotSeesOnlySessionLogs) {
     EXPECT_TRUE(SnapshotLogs(course.File("no such folder")).empty());
 }
 
+// The program's own save of a log is no news; a vote the polling application appended after
+// it is, and so is any log the program did not write.
+TEST(CourseWatch, OwnWritesAreNotToldAsAnotherProgramsChange) {
+    test::TempCourse course;
+    const std::string data = course.File("SessionData");
+    course.Write("SessionData/L2610061000.csv", "a\n");
+    course.Write("SessionData/L2610081000.csv", "a\n");
+    const LogSnapshot before = SnapshotLogs(data);
+    course.Write("SessionData/L2610061000.csv", "saved\n");
+    course.Write("SessionData/L2610081000.csv", "polled\n");
+    course.Write("SessionData/RemoteID.csv", "x\n");
+
+    LogSnapshot ours;
+    for (const char* written :
+         {"SessionData/L2610061000.csv", "SessionData/RemoteID.csv", "SessionData/no such log.csv"})
+        if (auto own = OwnLogWrite(data, course.File(written))) ours.insert(*own);
+    ASSERT_EQ(ours.size(), 1u);
+
+    LogSnapshot now = SnapshotLogs(data);
+    const std::vector<LogChange> others = OthersChanges(DiffLogs(before, now), now, ours);
+    EXPECT_EQ(others, (std::vector<LogChange>{{"L2610081000.csv", LogChangeKind::Updated}}));
+
+    std::ofstream(course.File("SessionData/L2610061000.csv"), std::ios::app) << "vote\n";
+    now = SnapshotLogs(data);
+    EXPECT_EQ(OthersChanges(DiffLogs(before, now), now, ours).size(), 2u);
+}
+
 }  // namespace
 }  // namespace tallory

@@ -36,6 +36,34 @@ LogSnapshot SnapshotLogs(const std::string& sessionDataFolder) {
     return snapshot;
 }
 
+std::optional<std::pair<std::string, LogStamp>> OwnLogWrite(const std::string& sessionDataFolder,
+                                                            const std::string& path) {
+    const fs::path written(path);
+    std::error_code error;
+    if (!fs::equivalent(written.parent_path(), sessionDataFolder, error) || error) return {};
+    const std::string name = written.filename().string();
+    if (!IsSessionLog(name)) return {};
+    LogStamp stamp;
+    stamp.size = fs::file_size(written, error);
+    if (error) return {};
+    stamp.modified = fs::last_write_time(written, error).time_since_epoch().count();
+    if (error) return {};
+    return std::make_pair(name, stamp);
+}
+
+std::vector<LogChange> OthersChanges(const std::vector<LogChange>& changes, const LogSnapshot& now,
+                                     const LogSnapshot& ours) {
+    std::vector<LogChange> others;
+    for (const LogChange& change : changes) {
+        auto own = ours.find(change.file);
+        auto stands = now.find(change.file);
+        const bool asWeLeftIt = change.kind == LogChangeKind::Updated && own != ours.end() &&
+                                stands != now.end() && own->second == stands->second;
+        if (!asWeLeftIt) others.push_back(change);
+    }
+    return others;
+}
+
 std::vector<LogChange> DiffLogs(const LogSnapshot& before, const LogSnapshot& after) {
     std::vector<LogChange> changes;
     for (const auto& [name, stamp] : after) {

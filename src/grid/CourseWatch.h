@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,11 @@ using LogSnapshot = std::map<std::string, LogStamp>;
 
 LogSnapshot SnapshotLogs(const std::string& sessionDataFolder);
 
+// A session log the program itself has just written, by file name with its stamp; nothing when
+// the path is not a log of `sessionDataFolder` or does not stand.
+std::optional<std::pair<std::string, LogStamp>> OwnLogWrite(const std::string& sessionDataFolder,
+                                                            const std::string& path);
+
 enum class LogChangeKind { Updated, Removed };
 
 struct LogChange {
@@ -31,6 +37,11 @@ struct LogChange {
 // The logs that appeared, changed or went away between two snapshots; a renamed log is the old
 // name removed and the new one updated.
 std::vector<LogChange> DiffLogs(const LogSnapshot& before, const LogSnapshot& after);
+
+// The changes another program made: a log that stands as the program's own last write of it left
+// it (`ours`) is no news, the grid having been reloaded by the screen that wrote it.
+std::vector<LogChange> OthersChanges(const std::vector<LogChange>& changes, const LogSnapshot& now,
+                                     const LogSnapshot& ours);
 
 // The quiet line the main window shows after a reload: "Session <label> updated" or "removed"
 // for one log, "Sessions updated" for several. `label` gives a log's session label (its title),

@@ -34,6 +34,10 @@ void CourseWatcher::WatchLogs() {
     if (!logs.isEmpty()) watcher_.addPaths(logs);
 }
 
+void CourseWatcher::Wrote(const std::string& path) {
+    if (auto log = OwnLogWrite(folder_, path)) ours_[log->first] = log->second;
+}
+
 void CourseWatcher::OnFileEvent() {
     watch_.FileEvent(clock_.elapsed());
     timer_.start();
@@ -52,7 +56,8 @@ void CourseWatcher::OnTimer() {
     }
     WatchLogs();
     LogSnapshot now = SnapshotLogs(folder_);
-    std::vector<LogChange> changes = DiffLogs(known_, now);
+    std::vector<LogChange> changes = OthersChanges(DiffLogs(known_, now), now, ours_);
+    ours_.clear();
     known_ = std::move(now);
     if (!changes.empty()) reload_(changes);
 }

@@ -23,6 +23,9 @@ class CourseWatcher : public QObject {
                   std::function<void(const std::vector<LogChange>&)> reload,
                   QObject* parent = nullptr);
 
+    // The program wrote `path`: when it is a log, its change is not told as another program's.
+    void Wrote(const std::string& path);
+
   private:
     void OnFileEvent();
     void OnTimer();
@@ -36,6 +39,7 @@ class CourseWatcher : public QObject {
     QElapsedTimer clock_;
     CourseWatch watch_;
     LogSnapshot known_;
+    LogSnapshot ours_;  // the logs the program wrote since the last look, as it left them
 };
 
 // The host that the course's loads talk through. It remembers every message shown; a quiet one

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollArea>
@@ -568,13 +569,17 @@ void MainWindow::Guarded(const std::function<void()>& command) {
 }
 
 // Our own writes (Set Scores, purge, removing a session) happen while their screen is open; the
-// watcher waits for it to close and reloads once then, which also shows what the screen saved.
+// watcher waits for it to close, and a log left as our write left it is no news: the screen
+// reloaded the grid already.
 void MainWindow::WatchCourse() {
     const std::string folder = CoursePath(course_.AppPath, "\\SessionData");
     if (!QDir(QString::fromStdString(folder)).exists()) return;
     watcher_ = new CourseWatcher(
         folder, [this] { return running_ > 0; },
         [this](const std::vector<LogChange>& changes) { ReloadLogs(changes); }, this);
+    host_.written = [watcher = QPointer<CourseWatcher>(watcher_)](const std::string& path) {
+        if (watcher) watcher->Wrote(path);
+    };
 }
 
 void MainWindow::ReloadLogs(const std::vector<LogChange>& changes) {

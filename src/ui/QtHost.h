@@ -62,6 +62,11 @@ class QtHost : public Host {
     // A file not written is told once the command that wrote it has ended, all of its files in
     // one message (ShowUnsaved), so that a purge on a full disk gives one box, not one per log.
     void FileNotWritten(const std::string& path, const std::string& reason) override;
+    void FileWritten(const std::string& path) override {
+        if (written) written(path);
+    }
+    // Told of every file the program wrote (the course watcher's own writes).
+    std::function<void(const std::string&)> written;
     // Shows the files not written since the last call, if any, and forgets them.
     void ShowUnsaved();
 

@@ -122,6 +122,17 @@ TEST_F(LiveCourse, WaitsWhileAScreenIsOpen) {
     EXPECT_TRUE(Notice().endsWith(" updated")) << Notice().toStdString();
 }
 
+// A log the program saved itself (a Set Scores save) is shown by the screen that saved it: no
+// second reload, no notice; a vote the polling application appends afterwards is told again.
+TEST_F(LiveCourse, OwnSavesAreNoNews) {
+    const std::string log = demo_.File("SessionData/L2609101000.csv");
+    ASSERT_TRUE(ReplaceFile(log, test::ReadBytes(log) + kNewLine, nullptr, &host_));
+    QTest::qWait(2 * CourseWatch::kQuietMs + 500);
+    EXPECT_TRUE(Notice().isEmpty()) << Notice().toStdString();
+    AppendLine();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Notice().isEmpty(); }, 5000));
+}
+
 TEST_F(LiveCourse, RemovedAndRenamedLogs) {
     const int sessions = course_.NumSessions;
     const std::string removedTitle = Title("L2609101000.csv");
