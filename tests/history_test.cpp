@@ -274,10 +274,11 @@ TEST(History, BoundsKeepTheNewestAndTheRecentWithinTheBytes) {
     const HistoryBounds unbounded{1000, 3650, uint64_t{1} << 40};
     // Ten changes, one a day, each keeping 100 bytes of its own; entries 1 and 2 share a content.
     for (int i = 1; i <= 10; ++i) {
-        const std::string before(100, static_cast<char>(i == 2 ? 'A' : '@' + i));
+        dataHome.Write("before", std::string(100, static_cast<char>(i == 2 ? 'A' : '@' + i)));
         course.Write("SessionData/L.csv", "after " + std::to_string(i));
         ASSERT_TRUE(RecordChange(course.Path(), "Change " + std::to_string(i), 0, "",
-                                 {{file, before}}, now - (10 - i) * day, unbounded));
+                                 {{file, dataHome.File("before")}}, now - (10 - i) * day,
+                                 unbounded));
     }
     const std::string copies = HistoryFolder(course.Path()) + "/copies";
     EXPECT_EQ(ListFiles(copies).size(), 9u);

@@ -178,15 +178,8 @@ void ChangeJournal::Commit() {
 void ChangeJournal::Record() {
     if (described_.empty() || files_.empty()) return;
     std::vector<ChangedFile> files;
-    for (const KeptFile& kept : files_) {
-        ChangedFile file{kept.path, std::nullopt};
-        if (kept.stood) {
-            std::string text;
-            if (!ReadWhole(kept.entry, text)) continue;
-            file.before = std::move(text);
-        }
-        files.push_back(std::move(file));
-    }
+    for (const KeptFile& kept : files_)
+        files.push_back({kept.path, kept.stood ? std::optional(kept.entry) : std::nullopt});
     RecordChange(folder_, described_, undoes_, token_, files);
 }
 

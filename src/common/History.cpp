@@ -186,13 +186,17 @@ bool RecordChange(const std::string& courseFolder, const std::string& action, in
     CreateFolderPath(copies);
     CreateFolderPath(JoinPath(folder, kEntries));
     for (const ChangedFile& file : files) {
-        HistoryFile changed{Relative(course, file.path),
-                            file.before ? KeyOf(*file.before) : std::nullopt,
+        std::optional<std::string> before;
+        if (file.beforeFile) {
+            before = ReadBytesOf(*file.beforeFile);
+            if (!before) continue;  // the journal lost it: nothing to put back
+        }
+        HistoryFile changed{Relative(course, file.path), before ? KeyOf(*before) : std::nullopt,
                             CurrentKey(file.path)};
         if (changed.before == changed.after) continue;
         if (changed.before) {
             const std::string copy = JoinPath(copies, *changed.before);
-            if (!FileExists(copy) && !ReplaceFile(copy, *file.before)) return false;
+            if (!FileExists(copy) && !ReplaceFile(copy, *before)) return false;
         }
         entry.files.push_back(std::move(changed));
     }

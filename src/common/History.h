@@ -48,11 +48,12 @@ struct HistoryBounds {
 // The folder of a course's history; empty when neither XDG_DATA_HOME nor HOME names a folder.
 std::string HistoryFolder(const std::string& courseFolder);
 
-// One file of a finished change: its path, its bytes before the change (none: it did not stand),
-// and what it holds after.
+// One file of a finished change: its path and where its bytes before the change are kept.
 struct ChangedFile {
     std::string path;  // full path, inside the course folder
-    std::optional<std::string> before;
+    // A file holding its bytes before the change (the change journal's entry); none when it did
+    // not stand. Read one file at a time, so that a purge of a large course is not held whole.
+    std::optional<std::string> beforeFile;
 };
 
 // Adds a finished change to the course's history, then drops what the bounds no longer keep.
