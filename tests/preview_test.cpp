@@ -202,6 +202,9 @@ TEST(PreviewCli, ChangesFollowTheGridsOrderAndNames) {
 
 // The text a person reads: the count sentence and one line per cell.
 TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
+    // Nothing goes to any course's history either: the data folder stays empty.
+    test::TempCourse dataHome;
+    ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
     test::TempCourse course;
     course.WriteRoster("Adams,Ann,S1\r\n");
     course.WriteRemotes("");
@@ -226,6 +229,7 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
     EXPECT_NE(result.out.find("  #111, 09/02/2026: 2 -> Ab"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("  SessionData/RemoteID.csv"), std::string::npos) << result.out;
     EXPECT_EQ(FolderFiles(course.Path()), original);
+    EXPECT_EQ(FolderFiles(dataHome.Path()), Files{});
 }
 
 // The comparison of two grids, row by row, without a folder.
