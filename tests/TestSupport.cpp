@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -95,35 +96,64 @@ std::string ReadBytes(const std::string& path) {
     return text.str();
 }
 
-CliResult RunCli(const std::vector<std::string>& arguments) {
+CliProcess::CliProcess(const std::vector<std::string>& arguments,
+                       const std::vector<std::pair<std::string, std::string>>& environment) {
     char outName[] = "/tmp/tallory-cli-out-XXXXXX";
     char errName[] = "/tmp/tallory-cli-err-XXXXXX";
-    int outFd = ::mkstemp(outName);
-    int errFd = ::mkstemp(errName);
-    CliResult result;
-    pid_t child = ::fork();
-    if (child == 0) {
+    const int outFd = ::mkstemp(outName);
+    const int errFd = ::mkstemp(errName);
+    outName_ = outName;
+    errName_ = errName;
+    child_ = ::fork();
+    if (child_ == 0) {
         ::dup2(outFd, 1);
         ::dup2(errFd, 2);
-        std::vector<char*> argv;
+        for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
         std::string program = TALLORY_CLI;
-        argv.push_back(program.data());
         std::vector<std::string> copies(arguments);
+        std::vector<char*> argv{program.data()};
         for (auto& argument : copies) argv.push_back(argument.data());
         argv.push_back(nullptr);
         ::execv(program.c_str(), argv.data());
         ::_exit(127);
     }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     ::close(outFd);
     ::close(errFd);
-    result.out = ReadBytes(outName);
-    result.err = ReadBytes(errName);
-    ::unlink(outName);
-    ::unlink(errName);
+}
+
+void CliProcess::Kill() const {
+    ::kill(child_, SIGKILL);
+}
+
+CliResult CliProcess::Wait() {
+    int status = 0;
+    ::waitpid(child_, &status, 0);
+    CliResult result;
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    result.out = ReadBytes(outName_);
+    result.err = ReadBytes(errName_);
+    ::unlink(outName_.c_str());
+    ::unlink(errName_.c_str());
     return result;
+}
+
+CliResult RunCli(const std::vector<std::string>& arguments) {
+    return CliProcess(arguments).Wait();
+}
+
+StrayClickersCourse::StrayClickersCourse() {
+    WriteRoster("Ada,Lovelace,S1\r\nAlan,Turing,S2\r\nGrace,Hopper,S3\r\n");
+    WriteRemotes("#1A0001,\"S1\"\r\n#1A0002,\"S2\"\r\n#1A0003,\"S3\"\r\n");
+    for (int day = 1; day <= 3; ++day) {
+        LogPlan plan = QuestionsPlan(2);
+        plan.voters = {{"#1A0001", "", {"A", "B"}},
+                       {"#1A0002", "", {"B", "A"}},
+                       {"#1A0003", "", {"A", "A"}},
+                       {"#2B0001", "", {"C", "C"}},
+                       {"#2B0002", "", {"D", "D"}}};
+        WriteLog(SeptemberLog(day), plan);
+    }
 }
 
 std::string DataPath(std::string_view relative) {

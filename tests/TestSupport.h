@@ -74,9 +74,25 @@ std::string SeptemberLog(int day);
 std::string ReadBytes(const std::string& path);
 
 struct CliResult {
-    int status = -1;
+    int status = -1;  // -1 when a signal ended it
+    int signal = 0;   // the signal that ended it; 0 when it exited
     std::string out;
     std::string err;
+};
+
+// tallory-cli started in the background, with extra environment variables; Wait collects it.
+class CliProcess {
+  public:
+    explicit CliProcess(const std::vector<std::string>& arguments,
+                        const std::vector<std::pair<std::string, std::string>>& environment = {});
+    CliProcess(const CliProcess&) = delete;
+    CliProcess& operator=(const CliProcess&) = delete;
+    void Kill() const;
+    CliResult Wait();
+
+  private:
+    int child_ = -1;
+    std::string outName_, errName_;
 };
 
 // Runs tallory-cli with the arguments; standard input is empty.
@@ -84,6 +100,13 @@ CliResult RunCli(const std::vector<std::string>& arguments);
 // Runs tallory-cli on the course folder: --course, the command's words, then `more`.
 CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
                    const std::vector<std::string>& more = {});
+
+// Three registered students (S1-S3), two stray clickers (#2B0001, #2B0002) and three logs of two
+// questions, every clicker voting in each.
+struct StrayClickersCourse : TempCourse {
+    StrayClickersCourse();
+    std::string NewestLog() const { return File("SessionData/" + SeptemberLog(3)); }
+};
 
 // How `work` ended: the number and message of its run-time error, number 0 when it ran through.
 struct Ending {

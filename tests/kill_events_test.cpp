@@ -2,13 +2,9 @@
 // created, written, synced or renamed and every step of its journal. The next opening of the
 // course must find each file either as it was or as the whole change leaves it, and the grid of
 // one of the two.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -23,22 +19,7 @@ namespace {
 
 using nlohmann::json;
 
-// Three registered students, two stray clickers, three logs.
-struct SmallCourse : test::TempCourse {
-    SmallCourse() {
-        WriteRoster("Ada,Lovelace,S1\r\nAlan,Turing,S2\r\nGrace,Hopper,S3\r\n");
-        WriteRemotes("#1A0001,\"S1\"\r\n#1A0002,\"S2\"\r\n#1A0003,\"S3\"\r\n");
-        for (int day = 1; day <= 3; ++day) {
-            test::LogPlan plan = test::QuestionsPlan(2);
-            plan.voters = {{"#1A0001", "", {"A", "B"}},
-                           {"#1A0002", "", {"B", "A"}},
-                           {"#1A0003", "", {"A", "A"}},
-                           {"#2B0001", "", {"C", "C"}},
-                           {"#2B0002", "", {"D", "D"}}};
-            WriteLog(test::SeptemberLog(day), plan);
-        }
-    }
-};
+using SmallCourse = test::StrayClickersCourse;
 
 using Files = std::map<std::string, std::string>;
 
@@ -65,27 +46,15 @@ json GridOf(const test::TempCourse& course) {
 
 // Runs tallory-cli on the course with TALLORY_KILL_AT_EVENT=`event`; true when it was killed.
 bool KilledAt(const test::TempCourse& course, const std::vector<std::string>& words, long event) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const int null = ::open("/dev/null", O_WRONLY);
-        ::dup2(null, 1);
-        ::dup2(null, 2);
-        ::setenv("TALLORY_KILL_AT_EVENT", std::to_string(event).c_str(), 1);
-        std::string program = TALLORY_CLI, flag = "--course", folder = course.Path();
-        std::vector<std::string> copies(words);
-        std::vector<char*> argv{program.data(), flag.data(), folder.data()};
-        for (auto& word : copies) argv.push_back(word.data());
-        argv.push_back(nullptr);
-        ::execv(program.c_str(), argv.data());
-        ::_exit(127);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (WIFSIGNALED(status)) {
-        EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    std::vector<std::string> arguments{"--course", course.Path()};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    const test::CliResult result =
+        test::CliProcess(arguments, {{"TALLORY_KILL_AT_EVENT", std::to_string(event)}}).Wait();
+    if (result.signal != 0) {
+        EXPECT_EQ(result.signal, SIGKILL);
         return true;
     }
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "event " << event;
+    EXPECT_EQ(result.status, 0) << "event " << event << ": " << result.err;
     return false;
 }
 

@@ -28,73 +28,13 @@ using nlohmann::json;
 using test::CliResult;
 using test::TempCourse;
 
-// tallory-cli started in the background, with extra environment variables; Wait collects it.
-class CliProcess {
-  public:
-    CliProcess(const std::vector<std::string>& arguments,
-               const std::vector<std::pair<std::string, std::string>>& environment = {}) {
-        char outName[] = "/tmp/tallory-shared-out-XXXXXX";
-        char errName[] = "/tmp/tallory-shared-err-XXXXXX";
-        const int outFd = ::mkstemp(outName);
-        const int errFd = ::mkstemp(errName);
-        outName_ = outName;
-        errName_ = errName;
-        child_ = ::fork();
-        if (child_ == 0) {
-            ::dup2(outFd, 1);
-            ::dup2(errFd, 2);
-            for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
-            std::string program = TALLORY_CLI;
-            std::vector<std::string> copies(arguments);
-            std::vector<char*> argv{program.data()};
-            for (auto& argument : copies) argv.push_back(argument.data());
-            argv.push_back(nullptr);
-            ::execv(program.c_str(), argv.data());
-            ::_exit(127);
-        }
-        ::close(outFd);
-        ::close(errFd);
-    }
-    void Kill() const { ::kill(child_, SIGKILL); }
-    CliResult Wait() {
-        int status = 0;
-        ::waitpid(child_, &status, 0);
-        CliResult result;
-        result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        result.out = test::ReadBytes(outName_);
-        result.err = test::ReadBytes(errName_);
-        ::unlink(outName_.c_str());
-        ::unlink(errName_.c_str());
-        return result;
-    }
-
-  private:
-    pid_t child_ = -1;
-    std::string outName_, errName_;
-};
+using test::CliProcess;
+using SharedCourse = test::StrayClickersCourse;
 
 CliResult RunCliWith(const std::vector<std::pair<std::string, std::string>>& environment,
                      const std::vector<std::string>& arguments) {
     return CliProcess(arguments, environment).Wait();
 }
-
-// A small course: three registered students, two stray clickers, three logs of two questions.
-struct SharedCourse : TempCourse {
-    SharedCourse() {
-        WriteRoster("Ada,Lovelace,S1\r\nAlan,Turing,S2\r\nGrace,Hopper,S3\r\n");
-        WriteRemotes("#1A0001,\"S1\"\r\n#1A0002,\"S2\"\r\n#1A0003,\"S3\"\r\n");
-        for (int day = 1; day <= 3; ++day) {
-            test::LogPlan plan = test::QuestionsPlan(2);
-            plan.voters = {{"#1A0001", "", {"A", "B"}},
-                           {"#1A0002", "", {"B", "A"}},
-                           {"#1A0003", "", {"A", "A"}},
-                           {"#2B0001", "", {"C", "C"}},
-                           {"#2B0002", "", {"D", "D"}}};
-            WriteLog(test::SeptemberLog(day), plan);
-        }
-    }
-    std::string NewestLog() const { return File("SessionData/" + test::SeptemberLog(3)); }
-};
 
 // ---- Honest exit statuses ----------------------------------------------------------------------
 
