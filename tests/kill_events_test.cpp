@@ -1,7 +1,7 @@
 // A change of several files killed (SIGKILL) at each of its events in turn: before every file
 // created, written, synced or renamed and every step of its journal. The next opening of the
 // course must find each file either as it was or as the whole change leaves it, and the grid of
-// one of the two.
+// one of the two. An undo is such a change too.
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -62,12 +62,22 @@ TEST(KillEvents, EveryEventOfAMultiFileChangeLeavesTheOldOrTheWholeNewCourse) {
     struct Command {
         const char* name;
         std::vector<std::string> words;
+        std::vector<std::string> first;  // run to the end before, when not empty
     } commands[] = {
-        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}},
-        {"purge", {"purge", "--all", "--yes"}},
+        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}, {}},
+        {"purge", {"purge", "--all", "--yes"}, {}},
+        {"undo of a purge", {"undo", "--yes"}, {"purge", "--all", "--yes"}},
+    };
+    // Each course its own history, in the test's data folder, so that an undo finds its purge.
+    test::TempCourse dataHome;
+    ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
+    auto prepared = [](const Command& command, const SmallCourse& course) {
+        if (command.first.empty()) return;
+        EXPECT_EQ(test::RunCliOn(course.Path(), command.first).status, 0);
     };
     for (const Command& command : commands) {
         SmallCourse reference;
+        prepared(command, reference);
         const Files before = CourseFiles(reference);
         const json gridBefore = GridOf(reference);
         ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
@@ -82,6 +92,7 @@ TEST(KillEvents, EveryEventOfAMultiFileChangeLeavesTheOldOrTheWholeNewCourse) {
         for (; event < 500; ++event) {
             SCOPED_TRACE(std::string(command.name) + " killed at event " + std::to_string(event));
             SmallCourse course;
+            prepared(command, course);
             if (!KilledAt(course, command.words, event)) break;
             const json grid = GridOf(course);
             const Files files = CourseFiles(course);
