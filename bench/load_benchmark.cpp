@@ -20,7 +20,7 @@
 #include "common/Paths.h"
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
-#include "logs/SessionStore.h"
+#include "grid/HeadlessGrid.h"
 
 extern char** environ;
 

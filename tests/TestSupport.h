@@ -9,7 +9,7 @@
 #include "LogBuilder.h"
 #include "common/Course.h"
 #include "common/RecordingHost.h"
-#include "scoring/ScreenParts.h"
+#include "grid/HeadlessGrid.h"
 
 namespace tallory::test {
 

@@ -7,8 +7,8 @@
 #include "TestSupport.h"
 #include "common/Paths.h"
 #include "grid/CourseLoad.h"
-#include "logs/SessionStore.h"
 #include "scoring/EditSessionScreen.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 namespace {

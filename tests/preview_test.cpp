@@ -13,8 +13,8 @@
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
-#include "logs/SessionStore.h"
 #include "preview/ChangePreview.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 namespace {

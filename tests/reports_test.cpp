@@ -15,6 +15,7 @@
 #include "grid/CourseLoad.h"
 #include "reports/Reports.h"
 #include "reports/RunReports.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 namespace {
@@ -274,7 +275,7 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
         bool termPointsCounted;  // whether the first pass read anything
     };
     for (const Case c : {Case{1, true}, Case{2, false}}) {
-        ReadReportSession(sample.course, c.lastRead);
+        OpenSession(sample.course, c.lastRead);
         MemoryPageOutput output;
         PageWriter page(sample.course, sample.host, output);
         WriteTermSummary(sample.course, page);

@@ -29,10 +29,10 @@
 #include "grid/CourseLoad.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
-#include "logs/SessionStore.h"
 #include "registration/RemoteTable.h"
 #include "registration/Roster.h"
 #include "scoring/ScreenParts.h"
+#include "scoring/SessionStore.h"
 #include "start/Settings.h"
 
 namespace tallory {

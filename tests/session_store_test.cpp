@@ -2,7 +2,7 @@
 
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 namespace {

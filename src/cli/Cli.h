@@ -12,7 +12,7 @@
 #include "common/CourseLock.h"
 #include "common/Host.h"
 #include "grid/CourseLoad.h"
-#include "logs/SessionStore.h"
+#include "grid/HeadlessGrid.h"
 
 namespace tallory::cli {
 

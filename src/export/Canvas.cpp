@@ -16,10 +16,10 @@
 #include "common/Text.h"
 #include "export/ExportTarget.h"
 #include "logs/SessionLog.h"
-#include "logs/SessionStore.h"
 #include "registration/Roster.h"
 #include "scoring/Grading.h"
 #include "scoring/ScreenParts.h"
+#include "scoring/SessionStore.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -31,8 +31,8 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kIdentityHeader = "Student,ID,SIS User ID,SIS Login ID,Section";
 constexpr std::string_view kPointsPossible = "Points Possible";
 // The settings that remember the layout chosen in the export dialog.
-constexpr std::string_view kColumnsSetting = "CanvasColumns";  // "Sessions" or "Total"
-constexpr std::string_view kAbsentSetting = "CanvasAbsent";    // "Blank" or "Zero"
+constexpr Setting kColumnsSetting{"CanvasColumns", "Sessions"};  // or "Total"
+constexpr Setting kAbsentSetting{"CanvasAbsent", "Blank"};       // or "Zero"
 
 // ---- Comma-separated text as Canvas writes and reads it
 
@@ -201,8 +201,8 @@ void SplitStudentName(std::string_view name, std::string& last, std::string& fir
 
 // The layout the person chose last, remembered in the course settings.
 CanvasChoice RememberedChoice(const Course& course) {
-    return CanvasChoice{NormalKey(GetParam(course, kColumnsSetting, "Sessions")) == "TOTAL",
-                        NormalKey(GetParam(course, kAbsentSetting, "Blank")) == "ZERO"};
+    return CanvasChoice{NormalKey(GetParam(course, kColumnsSetting)) == "TOTAL",
+                        NormalKey(GetParam(course, kAbsentSetting)) == "ZERO"};
 }
 
 // The export dialog's four layouts, in the order column kind, then absence; the fifth option
@@ -236,8 +236,8 @@ std::optional<CanvasChoice> AskChoice(Course& course, Host& host) {
     if (chosen != remembered) {
         // The layout chosen is a setting of the course's: one entry of its history.
         ChangeScope change(course.AppPath, "Change of the Canvas upload layout");
-        SetParam(course, kColumnsSetting, chosen.totalColumn ? "Total" : "Sessions");
-        SetParam(course, kAbsentSetting, chosen.absentZero ? "Zero" : "Blank");
+        SetParam(course, kColumnsSetting.key, chosen.totalColumn ? "Total" : "Sessions");
+        SetParam(course, kAbsentSetting.key, chosen.absentZero ? "Zero" : "Blank");
         WriteConfig(course, host);
     }
     return chosen;
@@ -246,8 +246,7 @@ std::optional<CanvasChoice> AskChoice(Course& course, Host& host) {
 // The points a session offers, as its summary page gives them: performance plus participation
 // points available, to the cent.
 double PointsAvailable(Course& course, int session) {
-    ReadSessionLog(course, SessionLogPath(course, course.SessionFile[session]));
-    RecomputeSession(course);
+    OpenSession(course, session);
     return TotalPointsAvailable(course);
 }
 

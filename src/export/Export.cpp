@@ -10,8 +10,8 @@
 #include "common/RunTimeError.h"
 #include "common/Text.h"
 #include "export/ExportTarget.h"
-#include "logs/SessionStore.h"
 #include "registration/Roster.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

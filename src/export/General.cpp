@@ -7,8 +7,8 @@
 #include "common/Paths.h"
 #include "common/Text.h"
 #include "export/ExportTarget.h"
-#include "logs/SessionStore.h"
 #include "registration/Roster.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

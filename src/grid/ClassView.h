@@ -6,7 +6,7 @@
 
 #include "common/Course.h"
 #include "grid/ScoreGrid.h"
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

@@ -59,8 +59,7 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
     if (options.moveStrayImages) MoveStrayImages(course);
     if (options.stampVersion) StampVersion(course, host);
 
-    std::string folderName = LastComponent(course.AppPath);
-    course.CourseFolderName = folderName;
+    course.CourseFolderName = LastComponent(course.AppPath);
     loaded.courseName = CourseName(course);
     loaded.courseLabel = loaded.courseName;
     if (options.shown) options.shown(loaded);
@@ -68,7 +67,7 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
     ReadRemoteIds(course, host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
 
     host.YieldEvents();
-    loaded.format = SetExportFormat(course, host, Trim(GetParam(course, "CMS", "General")));
+    loaded.format = SetExportFormat(course, host, Trim(GetParam(course, kCmsSetting)));
     if (options.shown) options.shown(loaded);
     host.YieldEvents();
 
@@ -76,8 +75,7 @@ LoadedCourse LoadCourse(Course& course, Host& host, MainScreen& screen,
     LoadSessions(course, host, screen);
     for (int s = 0; s <= course.NumSessions; ++s) course.ExportSel[s] = 0;
 
-    std::string label = GetParam(course, "COURSENAME", "");
-    loaded.courseLabel = Left(TrimView(label).empty() ? folderName : label, 40);
+    loaded.courseLabel = Left(CourseName(course), 40);
     return loaded;
 }
 

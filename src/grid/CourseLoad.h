@@ -6,7 +6,7 @@
 #include "common/Course.h"
 #include "common/Host.h"
 #include "export/ExportFormat.h"
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

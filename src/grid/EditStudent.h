@@ -7,8 +7,8 @@
 
 #include "common/Course.h"
 #include "common/Host.h"
-#include "logs/SessionStore.h"
 #include "scoring/ScreenParts.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

@@ -231,18 +231,18 @@ void ScoreGrid::ClearTable() {
     Changed();
 }
 
-void ScoreGrid::HideStudentScroll() {
-    view_.studentScroll.visible = false;
-    Changed();
-}
-
-void ScoreGrid::SetStudentScroll(int minimum, int maximum, int largeChange) {
+void ScoreGrid::SessionsLoaded(int numSessions, int numStudents) {
+    pageNo_ = NewestPage(numSessions);
     ScrollBar& bar = view_.studentScroll;
-    bar.visible = true;
-    bar.minimum = minimum;
-    bar.maximum = maximum;
-    bar.largeChange = largeChange;
-    bar.value = Clamp(bar.value, bar);
+    if (numStudents < kGridRows) {
+        bar.visible = false;
+    } else {
+        bar.visible = true;
+        bar.minimum = 0;
+        bar.maximum = numStudents - kGridRows;
+        bar.largeChange = kGridRows - 1;
+        bar.value = Clamp(bar.value, bar);
+    }
     Changed();
 }
 

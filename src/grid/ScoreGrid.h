@@ -8,13 +8,11 @@
 #include "common/Course.h"
 #include "common/Host.h"
 #include "export/ExportFormat.h"
-#include "logs/SessionStore.h"
+#include "grid/GridShape.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 
-// The main window shows four sessions by six students at a time.
-constexpr int kGridColumns = 4;
-constexpr int kGridRows = 6;
 // lblSession: per column a heading and one cell per row; column c (0-based) starts at c * 7.
 constexpr int kLabelsPerColumn = kGridRows + 1;
 constexpr int kSessionLabels = kGridColumns * kLabelsPerColumn;
@@ -128,11 +126,8 @@ class ScoreGrid : public MainScreen {
     // MainScreen: what the session store drives while it loads.
     void ClearTable() override;
     void UpdateTable() override;
-    void SetPageNo(int pageNo) override { pageNo_ = pageNo; }
-    // The grid counts its pages from the sessions themselves.
-    void SetMaxPages(int) override {}
-    void HideStudentScroll() override;
-    void SetStudentScroll(int minimum, int maximum, int largeChange) override;
+    // Opens on the newest sessions; the student scroll bar shows when one page of rows is full.
+    void SessionsLoaded(int numSessions, int numStudents) override;
     DisplayOrder Order() const override { return view_.Order(); }
 
     // Moving through sessions and students.

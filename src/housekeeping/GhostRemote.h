@@ -12,8 +12,8 @@
 #include "common/Table.h"
 #include "housekeeping/ListPage.h"
 #include "housekeeping/UnregisteredStudents.h"
-#include "logs/SessionStore.h"
 #include "scoring/ScreenParts.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

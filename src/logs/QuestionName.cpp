@@ -1,5 +1,6 @@
 #include "logs/QuestionName.h"
 
+#include "common/RunTimeError.h"
 #include "common/Text.h"
 
 namespace tallory {
@@ -43,6 +44,11 @@ std::string DeletedQuestionCaption(std::string_view name) {
 
 std::string PageQuestionName(std::string_view name) {
     return ReplaceAllNoCase(ToUpper(name), kDeletionMark, "");
+}
+
+double ChoicePointsOf(const QuestionRec& question, int answer) {
+    if (answer < 0 || answer > kNoAnswer) CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
+    return question.ChoicePoints[answer];
 }
 
 }  // namespace tallory

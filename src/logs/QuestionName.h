@@ -32,5 +32,8 @@ std::string DeletedQuestionCaption(std::string_view name);
 
 // The name the report pages show: upper-cased, every "|Y" removed.
 std::string PageQuestionName(std::string_view name);
+// The points an answer code earns on a question: ChoicePoints[answer]. Codes 0 and 6 take the
+// unused entries 0 and 6, which hold 0; a code outside 0..6 is run-time error 9.
+double ChoicePointsOf(const QuestionRec& question, int answer);
 
 }  // namespace tallory

@@ -6,10 +6,10 @@
 
 #include "common/Numbers.h"
 #include "common/ReadGuard.h"
+#include "common/RemoteKey.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
 #include "logs/QuestionName.h"
-#include "registration/RemoteTable.h"
 #include "start/Fields.h"
 
 namespace tallory {
@@ -36,13 +36,6 @@ constexpr std::string_view kHeaderFailure = "Error reading log file in LoadQuest
 
 // The reader's diagnostics have no audience: this hook is where they go, and it does nothing.
 void DebugMessage([[maybe_unused]] std::string_view text) {}
-
-// Leading characters `c` removed, but never the last character of the text.
-std::string_view StripLeading(std::string_view text, char c) {
-    size_t at = 0;
-    while (at + 1 < text.size() && text[at] == c) ++at;
-    return text.substr(at);
-}
 
 // Number of the question groups of a line whose last field has index `count`: a group counts when
 // its first field is there.

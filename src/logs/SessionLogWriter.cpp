@@ -7,12 +7,11 @@
 
 #include "common/AtomicFile.h"
 #include "common/LinePrinter.h"
+#include "common/RemoteKey.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
 #include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
-#include "registration/RemoteTable.h"
-#include "scoring/Grading.h"
 #include "start/Fields.h"
 
 namespace tallory {

@@ -4,10 +4,10 @@
 
 #include "common/Text.h"
 #include "logs/QuestionName.h"
-#include "logs/SessionStore.h"
 #include "registration/Roster.h"
 #include "reports/PageWriter.h"
 #include "scoring/Grading.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 
@@ -83,7 +83,7 @@ CourseOverview MakeCourseOverview(Course& course) {
         if (IsRosterStudent(course.Students[i])) ++students;
 
     for (int s = 1; s <= numSessions; ++s) {
-        ReadReportSession(course, s);
+        OpenSession(course, s);
         SessionFigures figures;
         figures.session = s;
         figures.label = SessionLabel(course, s);

@@ -20,6 +20,7 @@
 #include "common/RunTimeError.h"
 #include "common/Text.h"
 #include "grid/CourseLoad.h"
+#include "grid/HeadlessGrid.h"
 #include "grid/ScoreGrid.h"
 #include "housekeeping/GhostRemote.h"
 #include "housekeeping/UnregisteredStudents.h"

@@ -7,7 +7,7 @@
 
 #include "common/Course.h"
 #include "common/Host.h"
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

@@ -18,25 +18,6 @@ constexpr std::string_view kRemoteIdFile = "\\SessionData\\RemoteID.csv";
 // A registration line has remote and student; further fields are carried along unread.
 constexpr int kRemoteTopField = 25;
 
-// Drops leading `mark` characters but keeps the last character, so "000" stays "0".
-std::string_view StripLeading(std::string_view text, char mark) {
-    while (text.size() > 1 && text.front() == mark) text.remove_prefix(1);
-    return text;
-}
-
-// The key under which two remotes are the same clicker.
-std::string RemoteKey(std::string_view remoteId) {
-    std::string upper = NormalKey(remoteId);
-    return Trim(StripLeading(StripLeading(upper, '#'), '0'));
-}
-
-void RebuildRemoteIndex(const Course& course) {
-    course.RemoteIndex.clear();
-    for (int row = 1; row <= course.NumRemotes; ++row)
-        course.RemoteIndex.emplace(RemoteKey(course.RemoteTable[row].RemoteId), row);
-    course.RemoteIndexValid = true;
-}
-
 std::string ConflictText(std::string_view remote, std::string_view holder,
                          std::string_view student) {
     std::string text;
@@ -97,7 +78,7 @@ void ReadRemoteIdLines(Course& course, Host& host, LineReader& reader) {
                 first > 0 ? course.RemoteTable[first].StudentId : entry.StudentId;
             if (holder == entry.StudentId) {
                 // A repeated registration is kept as a row of its own.
-                course.RemoteIndex.emplace(RemoteKey(entry.RemoteId), row);
+                course.RemoteIndex.emplace(NormalRemote(entry.RemoteId), row);
                 course.NumRemotes = row;
                 continue;
             }
@@ -146,7 +127,7 @@ void AddRemote(Course& course, std::string_view remoteId, std::string_view stude
     course.NumRemotes = row;
     ++course.NumNewRemotes;
     // The new row is the last, so it can only be the first row of a clicker not yet registered.
-    if (course.RemoteIndexValid) course.RemoteIndex.emplace(RemoteKey(entry.RemoteId), row);
+    if (course.RemoteIndexValid) course.RemoteIndex.emplace(NormalRemote(entry.RemoteId), row);
 }
 
 void RemoveRemote(Course& course, Host& host, std::string_view remoteId) {
@@ -163,12 +144,6 @@ void RemoveRemote(Course& course, Host& host, std::string_view remoteId) {
     WriteRemoteIds(course, host, CoursePath(course.AppPath, kRemoteIdFile));
 }
 
-int FindRemoteRow(const Course& course, std::string_view remoteId) {
-    if (!course.RemoteIndexValid) RebuildRemoteIndex(course);
-    auto found = course.RemoteIndex.find(RemoteKey(remoteId));
-    return found == course.RemoteIndex.end() ? 0 : found->second;
-}
-
 std::string StudentOfRemote(const Course& course, std::string_view remoteId) {
     int row = FindRemoteRow(course, remoteId);
     return row > 0 ? course.RemoteTable[row].StudentId : std::string();
@@ -182,14 +157,6 @@ std::string RemotesOfStudent(const Course& course, std::string_view studentId) {
         if (list.find(entry.RemoteId) == std::string::npos) list += entry.RemoteId + ",";
     }
     return list;
-}
-
-bool SameRemote(std::string_view a, std::string_view b) {
-    return RemoteKey(a) == RemoteKey(b);
-}
-
-std::string NormalRemote(std::string_view remoteId) {
-    return RemoteKey(remoteId);
 }
 
 std::string TrimLeftBlanks(std::string_view text) {

@@ -5,6 +5,7 @@
 
 #include "common/Course.h"
 #include "common/Host.h"
+#include "common/RemoteKey.h"
 
 namespace tallory {
 
@@ -18,11 +19,6 @@ void AddRemote(Course& course, std::string_view remoteId, std::string_view stude
 void RemoveRemote(Course& course, Host& host, std::string_view remoteId);
 std::string StudentOfRemote(const Course& course, std::string_view remoteId);
 std::string RemotesOfStudent(const Course& course, std::string_view studentId);
-bool SameRemote(std::string_view a, std::string_view b);
-// Upper case, trimmed, without leading "#" and "0" (a text of only those keeps its last character).
-std::string NormalRemote(std::string_view remoteId);
-// The first registered row of a remote (compared in normal form), 0 when none.
-int FindRemoteRow(const Course& course, std::string_view remoteId);
 std::string TrimLeftBlanks(std::string_view text);
 std::string TrimRightBlanks(std::string_view text);
 void LogClickerCheck(Course& course, Host& host, std::string_view text);

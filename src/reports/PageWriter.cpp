@@ -81,12 +81,6 @@ std::string AnswerLetter(long code) {
     return std::string(1, kLetters[code]);
 }
 
-void ReadReportSession(Course& course, int session) {
-    CheckSubscript(session, 0, kSessionTableUpper, "SessionFile");
-    ReadSessionLog(course, SessionLogPath(course, course.SessionFile[session]));
-    RecomputeSession(course);
-}
-
 FilePageOutput::FilePageOutput(Host& host) : host_(host) {}
 FilePageOutput::~FilePageOutput() = default;
 

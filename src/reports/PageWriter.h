@@ -58,9 +58,6 @@ std::string SessionDetailLinkFromReports(int session);
 // nothing past the end; a code below 0 is run-time error 5.
 std::string AnswerLetter(long code);
 
-// Reads session n's log into Questions and Votes and scores it.
-void ReadReportSession(Course& course, int session);
-
 // Where the bytes of the pages go: files in the course folder, or memory for tests.
 class PageOutput {
   public:

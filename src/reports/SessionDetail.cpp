@@ -167,7 +167,7 @@ void WriteAnswerCell(PageWriter& page, int answer, int correct) {
 }  // namespace
 
 void WriteSessionDetail(Course& course, PageWriter& page, int session) {
-    ReadReportSession(course, session);
+    OpenSession(course, session);
     double available = course.SessParticipation + course.Questions[0].MaxPoints;
     if (available == 0) available = 0.0001;
 

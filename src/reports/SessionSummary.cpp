@@ -2,9 +2,9 @@
 #include "common/Text.h"
 #include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
-#include "logs/SessionStore.h"
 #include "reports/Reports.h"
 #include "scoring/Grading.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 
@@ -181,7 +181,7 @@ void WriteQuestionBlock(PageWriter& page, const Course& course, int q, int sessi
 }
 
 void WriteSessionSummary(Course& course, PageWriter& page, int session) {
-    ReadReportSession(course, session);
+    OpenSession(course, session);
     page.Open(SessionSummaryPath(course, session));
     page.SessionHead("Session " + SessionLabel(course, session) + " Summary");
     WriteHeadTable(page, course, session);

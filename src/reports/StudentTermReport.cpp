@@ -1,7 +1,8 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
-#include "logs/SessionStore.h"
 #include "reports/Reports.h"
+#include "scoring/Grading.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 
@@ -76,7 +77,7 @@ void WriteStudentTermReport(Course& course, PageWriter& page) {
         host.SetProgressText(std::string(kSteps) + "0 Of 3 (Reading Session(s)" +
                              std::to_string(i) + " Of " + std::to_string(sessions) + ")");
         host.SetProgressValue(0);
-        ReadReportSession(course, i);
+        OpenSession(course, i);
         termPoints += course.SessParticipation + course.Questions[0].MaxPoints;
     }
     // Every row of the table counts, not only those in use; students without points do not.

@@ -6,6 +6,7 @@
 #include "logs/SessionLog.h"
 #include "reports/Reports.h"
 #include "reports/TermPage.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 
@@ -144,7 +145,7 @@ void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind) {
         if (!LastReadIsLive(course)) continue;
         host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " + OfSessions(i, count));
         host.SetProgressValue(0);
-        ReadReportSession(course, i);
+        OpenSession(course, i);
         const double points = course.SessParticipation + course.Questions[0].MaxPoints;
         figures.voters[i] = course.NumVoters;
         figures.asked[i] = course.NumQuestions;
@@ -166,7 +167,7 @@ void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind) {
         if (!kind.studentPage && !LastReadIsLive(course)) continue;
         host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " + OfSessions(i, count));
         host.SetProgressValue(2.0 / 3);
-        ReadReportSession(course, i);
+        OpenSession(course, i);
         WriteSessionRow(page, course, kind, i, figures.divisor[i]);
     }
     host.SetProgressText(kind.finishedText);

@@ -15,7 +15,8 @@
 #include "common/Text.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
-#include "logs/SessionStore.h"
+#include "scoring/Grading.h"
+#include "scoring/SessionStore.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -55,19 +56,6 @@ std::string DateTimeStamp() {
 }
 
 }  // namespace
-
-std::string RemovedLogsFolder(const Course& course) {
-    std::string base;
-    const char* dataHome = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    if (dataHome && dataHome[0] == '/')
-        base = dataHome;
-    else if (home && home[0] == '/')
-        base = std::string(home) + "/.local/share";
-    else
-        return {};
-    return base + "/tallory/removed/" + LastComponent(course.AppPath);
-}
 
 bool KeepRemovedLog(const Course& course, const std::string& file, std::string& kept,
                     std::string& error) {
@@ -124,7 +112,7 @@ bool EditSessionScreen::ValidSessionName() {
     }
     // Desire2Learn takes a grade item per session by its name, so names must differ; the
     // session's own present title counts too.
-    if (NormalKey(GetParam(course_, "CMS", "General")) == "D2L") {
+    if (NormalKey(GetParam(course_, kCmsSetting)) == "D2L") {
         const std::string wanted = NormalKey(text);
         for (int s = 0; s <= kSessionTableUpper; ++s) {
             if (TrimView(course_.SessionTitle[s]).empty()) continue;
@@ -149,7 +137,7 @@ void EditSessionScreen::cmdSaveClick() {
     const int kept = grid_.SessionScrollValue();
     const std::string path = SessionLogPath(course_, course_.CurrentLogFile);
     // Read, retitle, write: nothing is scored or posted, the grid's figures stand.
-    ReadSessionLog(course_, path);
+    OpenSessionLog(course_, path, Scoring::Unscored);
     course_.Questions[0].Name = txtSessionName_.text;
     written_ = WriteSessionLog(course_, host_, path, "", "", kFalse);
     SweepSessionScroll(grid_);

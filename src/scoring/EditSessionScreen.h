@@ -6,13 +6,9 @@
 #include "common/Course.h"
 #include "common/Host.h"
 #include "scoring/ScreenParts.h"
+#include "start/ProgramStart.h"
 
 namespace tallory {
-
-// Where the original text of each removed log is kept for the user, outside the course folder:
-// $XDG_DATA_HOME/tallory/removed/<course folder name> ($HOME/.local/share when the variable is
-// not set or not absolute). Empty when neither variable helps.
-std::string RemovedLogsFolder(const Course& course);
 
 // Copies the log `file` of SessionData into RemovedLogsFolder as "<file>.<date-time>"; false with
 // a reason when the copy was not made. `kept` gets the copy's path.

@@ -8,6 +8,8 @@
 #include "common/Numbers.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
+#include "logs/SessionLog.h"
+#include "scoring/ScreenParts.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -148,7 +150,7 @@ int CountLiveQuestions(const Course& course) {
 int16_t RequiredResponses(const Course& course) {
     const int live = CountLiveQuestions(course);
     if (live <= 0) return 0;
-    std::string setting = GetParam(course, "ParticipationRequirement", "1");
+    std::string setting = GetParam(course, kParticipationSetting);
     int16_t rule;
     if (!RoundToInt16(LeadingNumber(setting), rule))
         throw RunTimeError(kOverflow, "Setting ParticipationRequirement = " + setting);
@@ -168,11 +170,6 @@ int16_t RequiredResponses(const Course& course) {
 
 void SetRequiredResponses(Course& course) {
     course.SessMinReply = RequiredResponses(course);
-}
-
-double ChoicePointsOf(const QuestionRec& question, int answer) {
-    if (answer < 0 || answer > kNoAnswer) CheckSubscript(answer, 0, kNoAnswer, "ChoicePoints");
-    return question.ChoicePoints[answer];
 }
 
 double TotalPointsAvailable(const Course& course) {
@@ -223,6 +220,16 @@ void RecomputeSession(Course& course) {
     writeBack();
     course.Questions[0].AveragePoints = course.NumVoters > 0 ? classSum / course.NumVoters : 0;
     TotalResponseCounts(course, live);
+}
+
+void OpenSessionLog(Course& course, const std::string& path, Scoring scoring) {
+    ReadSessionLog(course, path);
+    if (scoring == Scoring::Scored) RecomputeSession(course);
+}
+
+void OpenSession(Course& course, int session) {
+    CheckSubscript(session, 0, kSessionTableUpper, "SessionFile");
+    OpenSessionLog(course, SessionLogPath(course, course.SessionFile[session]));
 }
 
 }  // namespace tallory

@@ -3,9 +3,9 @@
 #include "common/ChangeJournal.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
-#include "logs/SessionStore.h"
 #include "scoring/Grading.h"
 #include "scoring/ScreenParts.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "common/ControlState.h"
 #include "common/Course.h"
 #include "common/Host.h"
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 namespace tallory {
 
@@ -22,32 +20,6 @@ class SessionGrid {
     virtual int SessionScrollMinimum() const = 0;
     virtual int SessionScrollMaximum() const = 0;
     virtual void SetSessionScrollValue(int value) = 0;
-};
-
-// The grid of a program without windows: counts redraws and remembers every scroll position.
-class HeadlessSessionGrid : public SessionGrid {
-  public:
-    explicit HeadlessSessionGrid(const Course& course) : course_(course) {}
-
-    MainScreen& Screen() override { return screen; }
-    int SessionScrollValue() const override { return screen.pageNo; }
-    int SessionScrollMinimum() const override { return 0; }
-    int SessionScrollMaximum() const override { return std::max(0, course_.NumSessions - 4); }
-    void SetSessionScrollValue(int value) override {
-        screen.pageNo = value;
-        scrollValues.push_back(value);
-    }
-
-    struct CountingScreen : HeadlessScreen {
-        void UpdateTable() override { ++redraws; }
-        int redraws = 0;
-    };
-
-    CountingScreen screen;
-    std::vector<int> scrollValues;
-
-  private:
-    const Course& course_;
 };
 
 // Escape or the close box on a screen whose edits are not saved yet: asks whether to close and

@@ -8,10 +8,10 @@
 #include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
-#include "logs/SessionStore.h"
 #include "scoring/Grading.h"
 #include "scoring/SaveSession.h"
 #include "scoring/SessionDateText.h"
+#include "scoring/SessionStore.h"
 #include "start/Settings.h"
 
 namespace tallory {
@@ -73,8 +73,7 @@ std::string PointText(double value) {
 void ReadSessionForScoring(Course& course, int session) {
     course.CurrentSession = session;
     course.CurrentLogFile = course.SessionFile[session];
-    ReadSessionLog(course, SessionLogPath(course, course.CurrentLogFile));
-    RecomputeSession(course);
+    OpenSession(course, session);
 }
 
 SetScoresScreen::SetScoresScreen(Course& course, Host& host, SessionGrid& grid,

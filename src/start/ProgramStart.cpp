@@ -20,7 +20,6 @@
 #include "common/Paths.h"
 #include "common/RunTimeError.h"
 #include "common/Text.h"
-#include "scoring/EditSessionScreen.h"
 #include "start/Fields.h"
 #include "start/Settings.h"
 
@@ -283,6 +282,19 @@ bool InstanceLock::Acquire(const std::string& courseFolder) {
 }  // namespace tallory
 
 namespace tallory {
+
+std::string RemovedLogsFolder(const Course& course) {
+    std::string base;
+    const char* dataHome = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    if (dataHome && dataHome[0] == '/')
+        base = dataHome;
+    else if (home && home[0] == '/')
+        base = std::string(home) + "/.local/share";
+    else
+        return {};
+    return base + "/tallory/removed/" + LastComponent(course.AppPath);
+}
 
 void RemoveLeftTemporaries(const Course& course) {
     for (const char* folder : {"", "\\SessionData", "\\Reports"})

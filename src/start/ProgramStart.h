@@ -56,12 +56,17 @@ std::string HomeFolder();
 // left as it is. Failures are silent: they show up as an empty course list.
 void MakeUserClasses(const std::string& userFolder, const Installation& installation);
 
-// Gives Roster.txt.txt and class.txt.txt the names they were meant to have. The first failure is
-// reported and ends the repair; the start goes on in every case.
+// Where the original text of each removed log is kept for the user, outside the course folder:
+// $XDG_DATA_HOME/tallory/removed/<course folder name> ($HOME/.local/share when the variable is
+// not set or not absolute). Empty when neither variable helps.
+std::string RemovedLogsFolder(const Course& course);
+
 // Removes the temporary files that killed writes left in every folder the program writes for the
 // course: the course folder, SessionData, Reports and the kept copies of removed logs.
 void RemoveLeftTemporaries(const Course& course);
 
+// Gives Roster.txt.txt and class.txt.txt the names they were meant to have. The first failure is
+// reported and ends the repair; the start goes on in every case.
 void FixRosterFileNames(const Course& course, Host& host);
 
 // The two layouts of the main window.

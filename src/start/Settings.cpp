@@ -99,6 +99,10 @@ std::string GetParam(const Course& course, std::string_view key, std::string_vie
     return std::string(defaultValue);
 }
 
+std::string GetParam(const Course& course, const Setting& setting) {
+    return GetParam(course, setting.key, setting.defaultValue);
+}
+
 void SetParam(Course& course, std::string_view key, std::string_view value) {
     std::string wanted = NormalKey(key);
     for (int i = 1; i <= course.NumParams; ++i) {
@@ -136,7 +140,7 @@ void SaveSelectedClass(const std::string& programFolder, std::string_view rowTex
 }
 
 std::string CourseName(const Course& course) {
-    std::string name = GetParam(course, "CourseName", "");
+    std::string name = GetParam(course, kCourseNameSetting);
     if (TrimView(name).empty()) name = LastComponent(course.AppPath);
     return name;
 }

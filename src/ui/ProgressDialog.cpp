@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 #include "ui/QtHost.h"
 
 namespace tallory {

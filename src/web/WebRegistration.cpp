@@ -73,8 +73,8 @@ std::string UrlHostName(std::string_view url) {
 }
 
 std::string WebCodeSetting(const Course& course) {
-    std::string code = GetParam(course, "webcode", "SQL");
-    if (Trim(code).size() <= 1) code = "SQL";
+    std::string code = GetParam(course, kWebCodeSetting);
+    if (Trim(code).size() <= 1) code = kWebCodeSetting.defaultValue;
     return code;
 }
 

@@ -19,8 +19,7 @@ int RunLog(Context& context, const std::string& given) {
     ReadRemoteIds(course, context.host, CoursePath(course.AppPath, "\\SessionData\\RemoteID.csv"));
     const std::string path = context.InvocationPath(given);
     if (!FileExists(path)) throw UsageError{"no such log file: " + given};
-    ReadSessionLog(course, path);
-    RecomputeSession(course);
+    OpenSessionLog(course, path);
     std::string file = LastComponent(path);
     Print(context, SessionJson(course, 0, file), SessionText(course, 0, file));
     return 0;

@@ -1,4 +1,4 @@
-#include "logs/SessionStore.h"
+#include "scoring/SessionStore.h"
 
 #include <algorithm>
 #include <numeric>
@@ -285,15 +285,7 @@ void LoadSessions(Course& course, Host& host, MainScreen& screen) {
     host.SetProgressText("Adding Unregistered Students..");
     AddRosterStudents(course, course.NumSessions);
 
-    screen.SetPageNo(0);
-    if (course.NumSessions > 4) {
-        screen.SetMaxPages(course.NumSessions);
-        screen.SetPageNo(course.NumSessions - 4);
-    }
-    if (course.NumStudents + 1 < 7)
-        screen.HideStudentScroll();
-    else
-        screen.SetStudentScroll(0, course.NumStudents - 6, 5);
+    screen.SessionsLoaded(course.NumSessions, course.NumStudents);
 
     host.SetProgressText("Sorting Data");
     SortStudents(course, screen.Order());

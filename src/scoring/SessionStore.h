@@ -13,37 +13,14 @@ enum class DisplayOrder { LastName = 0, StudentId = 1 };
 
 // What the session store needs of the main window while it loads.
 class MainScreen {
-public:
+  public:
     virtual ~MainScreen() = default;
     virtual void ClearTable() = 0;
     virtual void UpdateTable() = 0;
-    virtual void SetPageNo(int pageNo) = 0;
-    virtual void SetMaxPages(int maxPages) = 0;
-    virtual void HideStudentScroll() = 0;
-    virtual void SetStudentScroll(int minimum, int maximum, int largeChange) = 0;
+    // Every log is read and the roster students are added: the screen fits its own scroll bars
+    // to the counts, before the students are sorted and the table is drawn.
+    virtual void SessionsLoaded(int numSessions, int numStudents) = 0;
     virtual DisplayOrder Order() const = 0;
-};
-
-// A main screen that shows nothing, for scripts and tests.
-class HeadlessScreen : public MainScreen {
-public:
-    explicit HeadlessScreen(DisplayOrder order = DisplayOrder::StudentId) : order(order) {}
-    void ClearTable() override {}
-    void UpdateTable() override {}
-    void SetPageNo(int value) override { pageNo = value; }
-    void SetMaxPages(int value) override { maxPages = value; }
-    void HideStudentScroll() override { studentScrollVisible = false; }
-    void SetStudentScroll(int, int maximum, int) override {
-        studentScrollVisible = true;
-        studentScrollMaximum = maximum;
-    }
-    DisplayOrder Order() const override { return order; }
-
-    DisplayOrder order;
-    int pageNo = 0;
-    int maxPages = 0;
-    bool studentScrollVisible = true;
-    int studentScrollMaximum = 0;
 };
 
 // The fixed text of the progress screen during a load.
