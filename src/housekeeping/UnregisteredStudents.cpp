@@ -52,12 +52,9 @@ std::string UnregisteredText(const UnregisteredTable& list, char delimiter) {
 
 void WriteUnregisteredFile(Host& host, const UnregisteredTable& list, const std::string& path,
                            char delimiter) {
-    AtomicFile file(path, &host);
-    if (file.Open()) {
-        file.Write(UnregisteredText(list, delimiter));
-        if (file.Commit()) return;
-    }
-    throw RunTimeError(kPathFileAccessError, path + ": " + file.Error());
+    std::string error;
+    if (!ReplaceFile(path, UnregisteredText(list, delimiter), &error, &host))
+        throw RunTimeError(kPathFileAccessError, path + ": " + error);
 }
 
 UnregisteredStudentsScreen::UnregisteredStudentsScreen(Course& course, Host& host,

@@ -19,8 +19,8 @@ void WriteConfig(const Course& course, Host& host);
 // The trimmed value of the first row with this key (case and blanks ignored), or the default.
 std::string GetParam(const Course& course, std::string_view key, std::string_view defaultValue);
 
-// A setting of Config.csv read in more than one place: its key and the value a course without it
-// has.
+// A setting of Config.csv: its key and the value a course without it has, in one place for every
+// read of it.
 struct Setting {
     std::string_view key;
     std::string_view defaultValue;
