@@ -19,15 +19,6 @@ std::string DemoCourse() {
     return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 }
 
-// Every file below a folder, by its path in the folder, with its bytes.
-std::map<std::string, std::string> Snapshot(const std::string& folder) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file())
-            files[std::filesystem::relative(entry.path(), folder)] = test::ReadBytes(entry.path());
-    return files;
-}
-
 // The questions of a session's JSON: name and correct answer.
 std::vector<std::pair<std::string, int>> Questions(const json& session) {
     std::vector<std::pair<std::string, int>> questions;
@@ -41,10 +32,11 @@ struct DemoCopy : TempCourse {
 };
 
 TEST(Cli, GridOfTheDemoCourse) {
-    auto before = Snapshot(DemoCourse());
+    auto before = test::FolderFiles(DemoCourse());
     auto result = RunCli({"--course", DemoCourse(), "grid", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(Snapshot(DemoCourse()), before);  // read-only: no image moved, no version stamped
+    EXPECT_EQ(test::FolderFiles(DemoCourse()),
+              before);  // read-only: no image moved, no version stamped
     json grid = json::parse(result.out);
     EXPECT_EQ(grid["course"], "Physics 101 - Mechanics");
     EXPECT_EQ(grid["cms"], "General");
@@ -99,7 +91,7 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
     course.WriteLog(
         "L2609081000.csv",
         {.voters = {{"#A1", "", {"A"}}, test::RawLine("#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,")}});
-    auto before = Snapshot(course.Path());
+    auto before = test::FolderFiles(course.Path());
     for (auto arguments : std::vector<std::vector<std::string>>{
              {"--course", course.Path(), "grid", "--json"},
              {"--course", course.Path(), "log", course.File("SessionData/L2609081000.csv")}}) {
@@ -110,12 +102,12 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
         EXPECT_NE(result.err.find("L2609081000.csv"), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("line 12"), std::string::npos) << result.err;
     }
-    EXPECT_EQ(Snapshot(course.Path()), before);
+    EXPECT_EQ(test::FolderFiles(course.Path()), before);
 }
 
 TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
     DemoCopy course;
-    auto before = Snapshot(course.Path());
+    auto before = test::FolderFiles(course.Path());
     const std::string dir = course.Path();
     const std::string set = "set-scores";
     // clang-format off
@@ -137,7 +129,7 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
         EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos);
         EXPECT_TRUE(result.out.empty());
     }
-    EXPECT_EQ(Snapshot(course.Path()), before);
+    EXPECT_EQ(test::FolderFiles(course.Path()), before);
 }
 
 TEST(Cli, HelpAndVersion) {
@@ -231,7 +223,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
             auto set = RunCli({"--course", bySetScores.Path(), "set-scores", std::to_string(s)});
             ASSERT_EQ(set.status, 0) << s << set.err;
         }
-        EXPECT_EQ(Snapshot(course.folder.Path()), Snapshot(bySetScores.Path()));
+        EXPECT_EQ(test::FolderFiles(course.folder.Path()), test::FolderFiles(bySetScores.Path()));
     }
     std::string line = deleted.Read("SessionData/L2609081000.csv");
     line = line.substr(0, line.find('\r'));

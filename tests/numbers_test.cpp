@@ -63,25 +63,6 @@ int CountDisagreements(const std::vector<std::string>& texts) {
     return wrong;
 }
 
-TEST(NumberConversion, HandPickedTextsGiveTheReferenceDouble) {
-    // clang-format off
-    std::vector<std::string> texts = {
-        "1", "-0", "+0", "0", ".5", "-.5", "5.", "1e3", "1E3", "1d3", "1D-3", "1e", "1e+", "1e+5x",
-        "1,5", " 2 ", "\t2\t", " 2 x", "1.0000000000000002", "0.1", "0.3", "12.3", " 12.3 ", "abc",
-        "", " ", ".", "-", "+", "+-1", "--1", "1.2.3", "1 2", "A ", "D ", "e5", ".e5", "1.e5",
-        "123456789012345", "1234567890123456", "12345678901234567890", "9007199254740993",
-        "0.000000000000001", "00000000000000000001", "1e308", "1.8e308", "1e309", "-1e309",
-        "4.9e-324", "2e-324", "2.2250738585072011e-308", "2.2250738585072014e-308", "1e-400",
-        "0e999", "0e-999", "0.0e0", "1E+15", "1E-10", " .333333333333333 ", "1000000000000005",
-        "0.30000000000000004", "3.14159265358979323846", "12abc", " 3.5 points", "\r\n 7", "7\r",
-        "1\n", "12345678", "1234567.", ".1234567", "-1234567", " 123456 ", "1\t", "+.", "-.",
-        "..5", "5..", "1e5.5", "1_0", std::string(30, '9'), std::string(400, '9'),
-        "0." + std::string(330, '0') + "1", "0." + std::string(290, '0') + "1",
-        std::string(299, '1'), std::string(301, '1'), "-" + std::string(310, '9') + ".5"};
-    // clang-format on
-    EXPECT_EQ(CountDisagreements(texts), 0);
-}
-
 TEST(NumberConversion, EveryShortTextOfNumberCharactersGivesTheReferenceDouble) {
     // Every text of up to five characters over the characters that make or break a number.
     const std::string alphabet = " \t+-.019eEdDx,";
