@@ -1,9 +1,12 @@
 // The fast number conversions against the standard library's, on any text: the same answer and
 // the same double, bit for bit; counts rounded as the reference rounds them. The text is
 // converted twice, so that the second answer may come from what the first remembered, and once
-// more as the head of a longer line, whose bytes past the text must not matter.
+// more as the head of a longer line, whose bytes past the text must not matter. The first eight
+// bytes are also a double of any bit pattern, which NumberText writes as the printer's general
+// form: 15 significant digits without trailing zeros.
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -15,6 +18,21 @@ namespace {
 
 bool Same(double a, double b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// The printer's 15 significant digits without trailing zeros, written out the long way.
+std::string Printed(double value) {
+    if (value == 0) return "0";
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.15G", value);
+    const std::string text(buffer);
+    const size_t e = text.find('E');
+    std::string mantissa = text.substr(0, e);
+    if (mantissa.find('.') != std::string::npos) {
+        while (mantissa.back() == '0') mantissa.pop_back();
+        if (mantissa.back() == '.') mantissa.pop_back();
+    }
+    return mantissa + (e == std::string::npos ? "" : text.substr(e));
 }
 
 }  // namespace
@@ -40,5 +58,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     int16_t counter = -7;
     if (tallory::ToInt16Readable(inLine, counter) != fits || counter != rounded) std::abort();
     if (!Same(tallory::LeadingNumber(text), tallory::LeadingNumberReference(text))) std::abort();
+    if (size >= sizeof(double)) {
+        double value;
+        std::memcpy(&value, data, sizeof value);
+        if (tallory::NumberText(value) != Printed(value)) std::abort();
+    }
     return 0;
 }

@@ -18,7 +18,7 @@ namespace tallory {
 namespace {
 
 TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
-    // NumberText's general form is checked against the printer in numbers_test; here the item's
+    // NumberText's general form is checked against the printer by fuzz_numbers; here the item's
     // sign place, the dropped zero before the point and the trailing blank.
     // clang-format off
     const std::tuple<double, const char*, const char*> cases[] = {

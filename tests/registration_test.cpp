@@ -340,20 +340,6 @@ TEST(RemoteIds, LookUpFollowsAddedAndRemovedRows) {
     EXPECT_EQ(StudentOfRemote(f.course, "AB12"), "");
 }
 
-TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
-    Folder f;
-    // The name leaves no room for the temporary file beside it.
-    std::string name = "SessionData/" + std::string(250, 'r');
-    f.Write(name, "#AB12,\"S1\"\r\n");
-    AddRemote(f.course, "CD34", "S2");
-    WriteRemoteIds(f.course, f.host, f.File(name));
-    EXPECT_EQ(f.Read(name), "#AB12,\"S1\"\r\n");
-    ASSERT_EQ(f.host.messages.size(), 1u);
-    EXPECT_EQ(f.host.messages[0].text,
-              "Unable to write remote id file " + f.File(name) + " new registrations not stored.");
-    EXPECT_EQ(f.host.messages[0].icon, Icon::None);
-}
-
 TEST(RemoteIds, ClickerCheckStartsAfreshOncePerRun) {
     Folder f;
     f.Write("SessionData/clickercheck.TXT", "from an earlier run\r\n");
