@@ -11,6 +11,7 @@
 #include <sstream>
 #include <vector>
 
+#include "common/AtomicFile.h"
 #include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
 
@@ -94,6 +95,16 @@ std::string ReadBytes(const std::string& path) {
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
+}
+
+Files FolderFiles(const std::string& folder, bool temporaries) {
+    Files files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        if (entry.is_regular_file() &&
+            (temporaries || !IsTemporaryName(entry.path().filename().string())))
+            files[std::filesystem::relative(entry.path(), folder).generic_string()] =
+                ReadBytes(entry.path().string());
+    return files;
 }
 
 CliProcess::CliProcess(const std::vector<std::string>& arguments,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -72,6 +73,11 @@ struct LoadedCourse : TempCourse {
 std::string SeptemberLog(int day);
 
 std::string ReadBytes(const std::string& path);
+
+// Every plain file below a folder, by its path in the folder, with its bytes; the temporary files
+// of a write cut short only when `temporaries` is set.
+using Files = std::map<std::string, std::string>;
+Files FolderFiles(const std::string& folder, bool temporaries = true);
 
 struct CliResult {
     int status = -1;  // -1 when a signal ended it

@@ -19,15 +19,6 @@ std::string DemoCourse() {
     return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 }
 
-// Every file below a folder, by its path in the folder, with its bytes.
-std::map<std::string, std::string> Snapshot(const std::string& folder) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file())
-            files[std::filesystem::relative(entry.path(), folder)] = test::ReadBytes(entry.path());
-    return files;
-}
-
 // The questions of a session's JSON: name and correct answer.
 std::vector<std::pair<std::string, int>> Questions(const json& session) {
     std::vector<std::pair<std::string, int>> questions;
@@ -41,10 +32,11 @@ struct DemoCopy : TempCourse {
 };
 
 TEST(Cli, GridOfTheDemoCourse) {
-    auto before = Snapshot(DemoCourse());
+    auto before = test::FolderFiles(DemoCourse());
     auto result = RunCli({"--course", DemoCourse(), "grid", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(Snapshot(DemoCourse()), before);  // read-only: no image moved, no version stamped
+    EXPECT_EQ(test::FolderFiles(DemoCourse()),
+              before);  // read-only: no image moved, no version stamped
     json grid = json::parse(result.out);
     EXPECT_EQ(grid["course"], "Physics 101 - Mechanics");
     EXPECT_EQ(grid["cms"], "General");
@@ -99,7 +91,7 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
     course.WriteLog(
         "L2609081000.csv",
         {.voters = {{"#A1", "", {"A"}}, test::RawLine("#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,")}});
-    auto before = Snapshot(course.Path());
+    auto before = test::FolderFiles(course.Path());
     for (auto arguments : std::vector<std::vector<std::string>>{
              {"--course", course.Path(), "grid", "--json"},
              {"--course", course.Path(), "log", course.File("SessionData/L2609081000.csv")}}) {
@@ -110,12 +102,12 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
         EXPECT_NE(result.err.find("L2609081000.csv"), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("line 12"), std::string::npos) << result.err;
     }
-    EXPECT_EQ(Snapshot(course.Path()), before);
+    EXPECT_EQ(test::FolderFiles(course.Path()), before);
 }
 
 TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
     DemoCopy course;
-    auto before = Snapshot(course.Path());
+    auto before = test::FolderFiles(course.Path());
     const std::string dir = course.Path();
     const std::string set = "set-scores";
     // clang-format off
@@ -137,7 +129,71 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
         EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos);
         EXPECT_TRUE(result.out.empty());
     }
-    EXPECT_EQ(Snapshot(course.Path()), before);
+    EXPECT_EQ(test::FolderFiles(course.Path()), before);
+}
+
+// Each command from outside, on a copy of a course: its exit status, parts of what it prints,
+// and whether anything in the course folder changed. What each command does to the files is the
+// business of its screen's tests; here, that the command line reaches the screen and refuses what
+// the screen refuses.
+TEST(Cli, CommandsEndAsTheirScreensDo) {
+    const std::string demo = DemoCourse(), sample = test::DataPath("housekeeping/course"),
+                      reports = test::DataPath("reports/course");
+    const std::string notSaved = "nothing was saved";
+    struct Case {
+        std::string course;
+        std::vector<std::string> arguments;
+        int status;
+        std::vector<std::string> out, err;  // parts of each
+        bool writes;
+        const char* folder = nullptr;  // made in the course beforehand
+    } cases[] = {
+        // clang-format off
+        {demo, {"set-scores", "7", "--points", "1,x,0,0,0"}, 1, {},
+         {"[Tallory] Must enter a numberic value for points \n", notSaved}, false},
+        {demo, {"set-scores", "6", "--question", "3", "--points", "1,0,0,0,0"}, 1, {}, {"polled anonymously", notSaved}, false},
+        {demo, {"set-scores", "7", "--question", "1", "--delete", "--title", "Gone"}, 1, {}, {"it is deleted", notSaved}, false},
+        {demo, {"set-scores", "7", "--min-responses", "9"}, 1, {}, {"[Tallory] Minimum number of required responses", notSaved}, false},
+        {demo, {"set-scores", "7", "--cap", "lots"}, 1, {}, {"[Max Points] Not a valid number", notSaved}, false},
+        {demo, {"rename", "2", "Vectors, part 1"}, 1, {}, {"may not contain a comma"}, false},
+        {demo, {"remove", "2"}, 1, {}, {"[Confirm Remove]"}, false},
+        {sample, {"clickers", "--json", "--total-from", "5"}, 0, {"\"remote\": \"00ABC123\",\n      \"selected\": true"}, {}, false},
+        {sample, {"clickers", "--avg-equal", "1x"}, 1, {}, {"Run-time error '13': Type mismatch"}, false},
+        {sample, {"purge", "77", "--yes"}, 2, {}, {"no unregistered clicker '77'"}, false},
+        {sample, {"purge", "99"}, 0, {}, {"[Tallory] All voting data"}, false},
+        {sample, {"purge", "--remote-containing", "ABC", "--yes", "--json"}, 0, {"\"purged\": [\n    \"00ABC123\"\n  ]"}, {}, true},
+        {sample, {"purge", "--all", "--yes", "--json"}, 0, {"\"purged\": [\n    \"00000099\",\n    \"00ABC123\"\n  ]"}, {}, true},
+        {sample, {"student", "S3", "--add", " #", "--json"}, 0, {"\"text\": \"New clicker id cannot be blank\""}, {}, false},
+        {sample, {"student", "S2", "--remove-clicker", "888"}, 2, {}, {"no clicker '888'"}, false},
+        {sample, {"student", "#99", "--delete-logs", "--json"}, 0, {"\"heading\": \"Unregistered Clicker\""},
+         {"[Tallory] This will permanently delete 99 from the log files."}, false},
+        {sample, {"student", "#99", "--delete-logs", "--yes"}, 0, {}, {"[Tallory] 99 records deleted from the log files."}, true},
+        {sample, {"unregistered-students", "--clipboard"}, 0, {"Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n"},
+         {"[Export] Un Registered Student(s) information copied to clipboard sucessfully"}, false},
+        {reports, {"report", "--filter", "3", "--json"}, 0, {"\"mode\": 3"}, {}, true},
+        {reports, {"report", "--cancel", "--json"}, 0, {"\"mode\": 2", "\"files\": []"}, {}, false},
+        {reports, {"term-report", "--mode", "4", "--json"}, 0, {"\"mode\": 4"}, {}, true, "Reports"},
+        {reports, {"term-report", "--json"}, 1, {}, {}, true},  // the pages before the failure stand
+        {reports, {"term-report", "--mode", "5"}, 2, {}, {"tallory-cli: "}, false, "Reports"},
+        // clang-format on
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.arguments));
+        TempCourse course;
+        course.CopyFrom(c.course);
+        if (c.folder) std::filesystem::create_directory(course.File(c.folder));
+        const test::Files before = test::FolderFiles(course.Path());
+        const test::CliResult result = test::RunCliOn(course.Path(), c.arguments);
+        EXPECT_EQ(result.status, c.status) << result.err;
+        for (const std::string& part : c.out)
+            EXPECT_NE(result.out.find(part), std::string::npos) << result.out;
+        for (const std::string& part : c.err)
+            EXPECT_NE(result.err.find(part), std::string::npos) << result.err;
+        if (c.status != 0) {
+            EXPECT_TRUE(result.out.empty()) << result.out;
+        }
+        EXPECT_EQ(test::FolderFiles(course.Path()) != before, c.writes);
+    }
 }
 
 TEST(Cli, HelpAndVersion) {
@@ -231,7 +287,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
             auto set = RunCli({"--course", bySetScores.Path(), "set-scores", std::to_string(s)});
             ASSERT_EQ(set.status, 0) << s << set.err;
         }
-        EXPECT_EQ(Snapshot(course.folder.Path()), Snapshot(bySetScores.Path()));
+        EXPECT_EQ(test::FolderFiles(course.folder.Path()), test::FolderFiles(bySetScores.Path()));
     }
     std::string line = deleted.Read("SessionData/L2609081000.csv");
     line = line.substr(0, line.find('\r'));

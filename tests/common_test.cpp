@@ -18,7 +18,7 @@ namespace tallory {
 namespace {
 
 TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
-    // NumberText's general form is checked against the printer in numbers_test; here the item's
+    // NumberText's general form is checked against the printer by fuzz_numbers; here the item's
     // sign place, the dropped zero before the point and the trailing blank.
     // clang-format off
     const std::tuple<double, const char*, const char*> cases[] = {
@@ -100,53 +100,6 @@ TEST(Fields, SplitsAsTheCourseFilesNeed) {
     }
     EXPECT_TRUE(SameText(" abc ", "ABC"));
     EXPECT_FALSE(SameText("abc", "abd"));
-}
-
-// Both scans give SplitFields' fields wherever a line has no quote and few enough separators, and
-// refuse it otherwise: lines of every length across the 32- and 64-byte blocks, dense and sparse
-// separators, a quote at each place, and counts around the limit.
-TEST(FindSeparators, BothScansGiveTheSplittersFields) {
-    std::vector<std::string> lines;
-    for (size_t size = 0; size <= 200; ++size) {
-        std::string dense, sparse;
-        for (size_t i = 0; i < size; ++i) {
-            dense += i % 3 == 2 ? ',' : static_cast<char>('a' + i % 26);
-            sparse += i % 29 == 28 ? '\n' : static_cast<char>('0' + i % 10);
-        }
-        lines.push_back(dense);
-        lines.push_back(sparse);
-        lines.push_back(std::string(size, ','));
-        if (size > 0) {
-            std::string quoted = dense;
-            quoted[size * 7 % size] = '"';
-            lines.push_back(quoted);
-        }
-    }
-    for (int top : {0, 1, 5, 31, 32, 33, 63, 64, 65, 100, 999}) {
-        for (const std::string& line : lines) {
-            Fields fields(top);
-            SplitFields(line, fields);
-            const bool plain = line.find('"') == std::string::npos &&
-                               std::count_if(line.begin(), line.end(),
-                                             [](char c) { return c == ',' || c == '\n'; }) <= top;
-            for (auto scan :
-                 {&separator_scans::Portable, &separator_scans::Wide, &FindSeparators}) {
-                SCOPED_TRACE(line + " top " + std::to_string(top));
-                std::vector<uint32_t> ends(static_cast<size_t>(top) + 1, 0xDEADBEEF);
-                const int separators = scan(line, ends.data(), top);
-                if (!plain) {
-                    EXPECT_EQ(separators, -1);
-                    continue;
-                }
-                ASSERT_GE(separators, fields.Count());
-                EXPECT_EQ(ends[separators], line.size());
-                for (int i = 0; i <= separators; ++i) {
-                    const uint32_t begin = i == 0 ? 0 : ends[i - 1] + 1;
-                    EXPECT_EQ(std::string_view(line).substr(begin, ends[i] - begin), fields[i]);
-                }
-            }
-        }
-    }
 }
 
 // A file and the same text given whole read alike, which lets every reader of a course file work

@@ -19,17 +19,7 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-using Snapshot = std::map<std::string, std::string>;
-
-// Every file below the course folder, by relative path.
-Snapshot SnapshotOf(const std::string& folder) {
-    Snapshot files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file())
-            files[entry.path().lexically_relative(folder).string()] =
-                test::ReadBytes(entry.path().string());
-    return files;
-}
+using Snapshot = test::Files;
 
 // A copy of the demo course, with its history in a data folder of its own, and a web
 // registration of the stray clicker 007F00B2 to Lars Eriksen in the course folder for WebSync.
@@ -77,10 +67,10 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
     for (const auto& change : kChanges) {
         SCOPED_TRACE(change.action);
         HistoryCourse course;
-        const Snapshot before = SnapshotOf(course.Path());
+        const Snapshot before = test::FolderFiles(course.Path());
         const test::CliResult result = course.Cli(change.command);
         ASSERT_TRUE(result.status == 0 || result.status == 3) << result.err;
-        const Snapshot after = SnapshotOf(course.Path());
+        const Snapshot after = test::FolderFiles(course.Path());
         ASSERT_FALSE(after == before);
         const json entries = course.Entries();
         ASSERT_EQ(entries.size(), 1u);
@@ -90,7 +80,7 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
         const test::CliResult undo = course.Cli({"undo", "--json"});
         ASSERT_EQ(undo.status, 0) << undo.err;
         EXPECT_EQ(json::parse(undo.out)["restored"], entries[0]["files"]);
-        EXPECT_TRUE(SnapshotOf(course.Path()) == before);
+        EXPECT_TRUE(test::FolderFiles(course.Path()) == before);
         const json now = course.Entries();
         ASSERT_EQ(now.size(), 2u);
         EXPECT_EQ(now[0]["action"], "Undo of " + change.action);
@@ -103,10 +93,10 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
 TEST(History, UndoOfAnUndoPutsTheChangeBack) {
     HistoryCourse course;
     ASSERT_EQ(course.Cli({"rename", "2", "Week two"}).status, 0);
-    const Snapshot renamed = SnapshotOf(course.Path());
+    const Snapshot renamed = test::FolderFiles(course.Path());
     ASSERT_EQ(course.Cli({"undo"}).status, 0);
     ASSERT_EQ(course.Cli({"undo", "2", "--json"}).status, 0);
-    EXPECT_TRUE(SnapshotOf(course.Path()) == renamed);
+    EXPECT_TRUE(test::FolderFiles(course.Path()) == renamed);
     const json entries = course.Entries();
     ASSERT_EQ(entries.size(), 3u);
     EXPECT_EQ(entries[0]["action"], "Undo of Undo of Rename of session 09/10/2026 to Week two");
@@ -125,7 +115,7 @@ TEST(History, AFileChangedSinceIsNamedAndLeftUnlessConfirmed) {
     const std::string original = course.Read(log);
     ASSERT_EQ(course.Cli({"set-scores", "1", "--participation", "2"}).status, 0);
     course.Write(log, course.Read(log) + "#ABCDEF, ,0,A,0,5,1,A\r\n");
-    const Snapshot appended = SnapshotOf(course.Path());
+    const Snapshot appended = test::FolderFiles(course.Path());
 
     for (const char* answer : {"", "--no"}) {
         std::vector<std::string> words = {"undo", "--json"};
@@ -137,14 +127,14 @@ TEST(History, AFileChangedSinceIsNamedAndLeftUnlessConfirmed) {
         ASSERT_EQ(document["messages"].size(), 1u);
         EXPECT_EQ(document["messages"][0]["title"], "Confirm Undo");
         EXPECT_NE(document["messages"][0]["text"].get<std::string>().find(log), std::string::npos);
-        EXPECT_TRUE(SnapshotOf(course.Path()) == appended);
+        EXPECT_TRUE(test::FolderFiles(course.Path()) == appended);
         EXPECT_EQ(course.Entries().size(), 1u);
     }
     ASSERT_EQ(course.Cli({"undo", "--yes"}).status, 0);
     EXPECT_EQ(course.Read(log), original);
     // What the undo replaced is in the history too: undoing the undo brings the vote back.
     ASSERT_EQ(course.Cli({"undo", "2", "--yes"}).status, 0);
-    EXPECT_TRUE(SnapshotOf(course.Path()) == appended);
+    EXPECT_TRUE(test::FolderFiles(course.Path()) == appended);
 }
 
 // Twenty changes of every kind in a random order, then twenty undos: the course as it started.
@@ -154,7 +144,7 @@ TEST(History, TwentyRandomChangesUndoneLeaveTheCourseAsItStarted) {
     for (unsigned seed : {1u, 2u, 3u}) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         HistoryCourse course;
-        const Snapshot start = SnapshotOf(course.Path());
+        const Snapshot start = test::FolderFiles(course.Path());
         std::mt19937 random(seed);
         auto pick = [&random](int count) {
             return static_cast<int>(random() % static_cast<unsigned>(count));
@@ -216,7 +206,7 @@ TEST(History, TwentyRandomChangesUndoneLeaveTheCourseAsItStarted) {
             ASSERT_EQ(undo.status, 0) << undo.err;
             ASSERT_EQ(undo.err.find("Confirm Undo"), std::string::npos) << undo.err;
         }
-        EXPECT_TRUE(SnapshotOf(course.Path()) == start);
+        EXPECT_TRUE(test::FolderFiles(course.Path()) == start);
     }
 }
 
@@ -238,10 +228,10 @@ class KillingHost : public RecordingHost {
 // whole, and the undo can be run again.
 TEST(History, AnUndoKilledMidwayIsFinishedAtTheNextOpening) {
     HistoryCourse course;
-    const Snapshot start = SnapshotOf(course.Path());
+    const Snapshot start = test::FolderFiles(course.Path());
     // The demo's log with an anonymous question is refused and left (status 3); the others change.
     ASSERT_EQ(course.Cli({"purge", "--all", "--yes"}).status, 3);
-    const Snapshot purged = SnapshotOf(course.Path());
+    const Snapshot purged = test::FolderFiles(course.Path());
     const size_t files = course.Entries()[0]["files"].size();
     ASSERT_GT(files, 2u);
     for (int killAt = 1; killAt <= static_cast<int>(files); ++killAt) {
@@ -257,11 +247,11 @@ TEST(History, AnUndoKilledMidwayIsFinishedAtTheNextOpening) {
         ASSERT_TRUE(WIFSIGNALED(status));
         EXPECT_TRUE(std::filesystem::exists(JournalFolder(course.Path())));
         EXPECT_NE(UndoInterruptedChange(course.Path()), "");
-        EXPECT_TRUE(SnapshotOf(course.Path()) == purged);
+        EXPECT_TRUE(test::FolderFiles(course.Path()) == purged);
         EXPECT_EQ(course.Entries().size(), 1u);
     }
     ASSERT_EQ(course.Cli({"undo"}).status, 0);
-    EXPECT_TRUE(SnapshotOf(course.Path()) == start);
+    EXPECT_TRUE(test::FolderFiles(course.Path()) == start);
 }
 
 // Bounds: the newest entries always stay, older ones only within the days and the bytes; a content

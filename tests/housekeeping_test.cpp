@@ -289,15 +289,6 @@ TEST(UnregisteredStudents, ListsTheRosterStudentsWithoutAClicker) {
               "[Export] Un Registered Student(s) information copied to clipboard sucessfully");
 }
 
-TEST(UnregisteredStudents, AFileThatCannotBeWrittenEndsTheCommand) {
-    SampleCourse sample;
-    std::filesystem::create_directory(sample.File("Unregistered Student List.CSV"));
-    UnregisteredStudentsScreen screen(sample.course, sample.host, sample.students);
-    screen.LoadData();
-    EXPECT_THROW(screen.CmdCSVClick(), RunTimeError);
-    EXPECT_TRUE(sample.host.messages.empty());
-}
-
 TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
     SampleCourse sample;
     const std::string registrations = sample.Remotes();
@@ -415,43 +406,5 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
 }
 
 // The four commands of tallory-cli over the sample course, as a script sees them.
-TEST(HousekeepingCli, CommandsActAsTheirScreens) {
-    struct {
-        std::vector<std::string> arguments;
-        int status;
-        const char* out;   // a part of stdout
-        const char* err;   // a part of stderr
-        const char* logs;  // the golden logs the course ends with
-    } cases[] = {
-        // clang-format off
-        {{"clickers", "--json", "--total-from", "5"}, 0, "\"remote\": \"00ABC123\",\n      \"selected\": true", "", "course"},
-        {{"clickers", "--avg-equal", "1x"}, 1, "", "Run-time error '13': Type mismatch", "course"},
-        {{"purge", "77", "--yes"}, 2, "", "no unregistered clicker '77'", "course"},
-        {{"purge", "99"}, 0, "", "[Tallory] All voting data", "course"},
-        {{"purge", "--remote-containing", "ABC", "--yes", "--json"}, 0, "\"purged\": [\n    \"00ABC123\"\n  ]", "", nullptr},
-        {{"purge", "--all", "--yes", "--json"}, 0, "\"purged\": [\n    \"00000099\",\n    \"00ABC123\"\n  ]", "", "purged"},
-        {{"student", "S3", "--add", " #", "--json"}, 0, "\"text\": \"New clicker id cannot be blank\"", "", "course"},
-        {{"student", "S2", "--remove-clicker", "888"}, 2, "", "no clicker '888'", "course"},
-        {{"student", "#99", "--delete-logs", "--json"}, 0, "\"heading\": \"Unregistered Clicker\"",
-         "[Tallory] This will permanently delete 99 from the log files.", "course"},
-        {{"student", "#99", "--delete-logs", "--yes"}, 0, "", "[Tallory] 99 records deleted from the log files.", nullptr},
-        {{"unregistered-students", "--clipboard"}, 0, "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n",
-         "[Export] Un Registered Student(s) information copied to clipboard sucessfully", "course"},
-        // clang-format on
-    };
-    for (const auto& c : cases) {
-        SampleCourse sample;
-        const test::CliResult result = test::RunCliOn(sample.Path(), c.arguments);
-        const std::string shown = c.arguments[0] + " " + c.arguments[1];
-        EXPECT_EQ(result.status, c.status) << shown << "\n" << result.err;
-        EXPECT_NE(result.out.find(c.out), std::string::npos) << shown << "\n" << result.out;
-        EXPECT_NE(result.err.find(c.err), std::string::npos) << shown << "\n" << result.err;
-        // nullptr: some logs change, but not all as the golden purge changes them.
-        EXPECT_TRUE(c.logs ? sample.LogsAre(c.logs)
-                           : !sample.LogsAre("course") && !sample.LogsAre("purged"))
-            << shown;
-    }
-}
-
 }  // namespace
 }  // namespace tallory

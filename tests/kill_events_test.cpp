@@ -21,17 +21,7 @@ using nlohmann::json;
 
 using SmallCourse = test::StrayClickersCourse;
 
-using Files = std::map<std::string, std::string>;
-
-// Every file of the course but the temporary ones a killed write leaves, with its bytes.
-Files CourseFiles(const test::TempCourse& course) {
-    Files files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(course.Path()))
-        if (entry.is_regular_file() && !IsTemporaryName(entry.path().filename().string()))
-            files[std::filesystem::relative(entry.path(), course.Path())] =
-                test::ReadBytes(entry.path());
-    return files;
-}
+using test::Files;
 
 // Opens the course again as the next command does, and gives its grid without the course name.
 json GridOf(const test::TempCourse& course) {
@@ -78,10 +68,10 @@ TEST(KillEvents, EveryEventOfAMultiFileChangeLeavesTheOldOrTheWholeNewCourse) {
     for (const Command& command : commands) {
         SmallCourse reference;
         prepared(command, reference);
-        const Files before = CourseFiles(reference);
+        const Files before = test::FolderFiles(reference.Path(), false);
         const json gridBefore = GridOf(reference);
         ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
-        const Files after = CourseFiles(reference);
+        const Files after = test::FolderFiles(reference.Path(), false);
         const json gridAfter = GridOf(reference);
         ASSERT_NE(before, after) << command.name << " changed nothing";
         ASSERT_NE(gridBefore, gridAfter) << command.name;
@@ -95,7 +85,7 @@ TEST(KillEvents, EveryEventOfAMultiFileChangeLeavesTheOldOrTheWholeNewCourse) {
             prepared(command, course);
             if (!KilledAt(course, command.words, event)) break;
             const json grid = GridOf(course);
-            const Files files = CourseFiles(course);
+            const Files files = test::FolderFiles(course.Path(), false);
             EXPECT_FALSE(std::filesystem::exists(JournalFolder(course.Path())));
             // File by file first, so that a torn log is named.
             for (const auto& [name, bytes] : files) {

@@ -1,13 +1,10 @@
 // The fast conversions against the standard library's: the same answer and the same double, bit
-// for bit, for every text.
+// for bit, for every short text (fuzz_numbers takes them further, and NumberText too).
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -63,25 +60,6 @@ int CountDisagreements(const std::vector<std::string>& texts) {
     return wrong;
 }
 
-TEST(NumberConversion, HandPickedTextsGiveTheReferenceDouble) {
-    // clang-format off
-    std::vector<std::string> texts = {
-        "1", "-0", "+0", "0", ".5", "-.5", "5.", "1e3", "1E3", "1d3", "1D-3", "1e", "1e+", "1e+5x",
-        "1,5", " 2 ", "\t2\t", " 2 x", "1.0000000000000002", "0.1", "0.3", "12.3", " 12.3 ", "abc",
-        "", " ", ".", "-", "+", "+-1", "--1", "1.2.3", "1 2", "A ", "D ", "e5", ".e5", "1.e5",
-        "123456789012345", "1234567890123456", "12345678901234567890", "9007199254740993",
-        "0.000000000000001", "00000000000000000001", "1e308", "1.8e308", "1e309", "-1e309",
-        "4.9e-324", "2e-324", "2.2250738585072011e-308", "2.2250738585072014e-308", "1e-400",
-        "0e999", "0e-999", "0.0e0", "1E+15", "1E-10", " .333333333333333 ", "1000000000000005",
-        "0.30000000000000004", "3.14159265358979323846", "12abc", " 3.5 points", "\r\n 7", "7\r",
-        "1\n", "12345678", "1234567.", ".1234567", "-1234567", " 123456 ", "1\t", "+.", "-.",
-        "..5", "5..", "1e5.5", "1_0", std::string(30, '9'), std::string(400, '9'),
-        "0." + std::string(330, '0') + "1", "0." + std::string(290, '0') + "1",
-        std::string(299, '1'), std::string(301, '1'), "-" + std::string(310, '9') + ".5"};
-    // clang-format on
-    EXPECT_EQ(CountDisagreements(texts), 0);
-}
-
 TEST(NumberConversion, EveryShortTextOfNumberCharactersGivesTheReferenceDouble) {
     // Every text of up to five characters over the characters that make or break a number.
     const std::string alphabet = " \t+-.019eEdDx,";
@@ -96,37 +74,6 @@ TEST(NumberConversion, EveryShortTextOfNumberCharactersGivesTheReferenceDouble) 
     // Again, now that short texts have answers remembered, in another order.
     std::reverse(texts.begin(), texts.end());
     EXPECT_EQ(CountDisagreements(texts), 0);
-}
-
-TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
-    // The printer's 15 significant digits without trailing zeros, written out the long way.
-    auto printed = [](double value) {
-        if (value == 0) return std::string("0");
-        char buffer[40];
-        std::snprintf(buffer, sizeof buffer, "%.15G", value);
-        std::string text(buffer);
-        size_t e = text.find('E');
-        std::string mantissa = text.substr(0, e);
-        if (mantissa.find('.') != std::string::npos) {
-            while (mantissa.back() == '0') mantissa.pop_back();
-            if (mantissa.back() == '.') mantissa.pop_back();
-        }
-        return mantissa + (e == std::string::npos ? "" : text.substr(e));
-    };
-    std::mt19937_64 random(5);
-    std::vector<double> values = {1,    -1,    17,   1e15 - 1, 1e15,  -1e15 + 1, 999999999999999.5,
-                                  -0.0, 1e-10, 12.5, 47.5,     1e300, -3.25,     4503599627370497};
-    for (int i = 0; i < 20000; ++i) {
-        values.push_back(static_cast<double>(static_cast<int64_t>(random() >> (i % 60))) *
-                         (i % 2 ? 1 : -1));
-        values.push_back((random() % 100000) / 4.0);
-        // Times and points as the logs hold them, thirds that run to the last digit, and any
-        // bit pattern at all: every exponent, subnormals, infinities and NaNs.
-        values.push_back(static_cast<double>(random() % 1000000) / 1000 * (i % 3 ? 1 : -1));
-        values.push_back(static_cast<double>(random() % 1000) / 3);
-        values.push_back(std::bit_cast<double>(static_cast<uint64_t>(random())));
-    }
-    for (double value : values) EXPECT_EQ(NumberText(value), printed(value)) << value;
 }
 
 }  // namespace

@@ -20,17 +20,7 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-using Files = std::map<std::string, std::string>;
-
-// Every file below the folder, by relative name, with its bytes.
-Files FolderFiles(const std::string& folder) {
-    Files files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file())
-            files[std::filesystem::relative(entry.path(), folder).generic_string()] =
-                test::ReadBytes(entry.path().string());
-    return files;
-}
+using test::Files;
 
 // The files whose bytes differ, made or gone included, in name order.
 std::vector<std::string> ChangedFiles(const Files& before, const Files& after) {
@@ -125,13 +115,14 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
             SCOPED_TRACE(std::string(c.what) + ", seed " + std::to_string(seed));
             test::TempCourse course;
             WriteCourse(course, seed);
-            const Files original = FolderFiles(course.Path());
+            const Files original = test::FolderFiles(course.Path());
             const json gridBefore = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
 
             std::vector<std::string> preview = c.command;
             preview.insert(preview.end(), {"--preview", "--json"});
             const test::CliResult previewed = test::RunCliOn(course.Path(), preview);
-            EXPECT_EQ(FolderFiles(course.Path()), original) << "the preview wrote in the course";
+            EXPECT_EQ(test::FolderFiles(course.Path()), original)
+                << "the preview wrote in the course";
 
             std::vector<std::string> real = c.command;
             real.push_back("--json");
@@ -153,7 +144,7 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
 
             // The files that would change are those that did, named as "files" names them.
             const std::vector<std::string> changed =
-                ChangedFiles(original, FolderFiles(course.Path()));
+                ChangedFiles(original, test::FolderFiles(course.Path()));
             std::vector<std::string> wouldChange = document["preview"]["files"];
             std::sort(wouldChange.begin(), wouldChange.end());
             EXPECT_EQ(wouldChange, changed);
@@ -217,7 +208,7 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
     }
     // A course folder may hold a link to the program, which starts it on the course.
     std::filesystem::create_symlink(TALLORY_CLI, course.File("tallory"));
-    const Files original = FolderFiles(course.Path());
+    const Files original = test::FolderFiles(course.Path());
     const test::CliResult result =
         test::RunCliOn(course.Path(), {"student", "S1", "--add", "111", "--preview"});
     EXPECT_EQ(result.status, 0) << result.err;
@@ -228,8 +219,8 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
         << result.out;
     EXPECT_NE(result.out.find("  #111, 09/02/2026: 2 -> Ab"), std::string::npos) << result.out;
     EXPECT_NE(result.out.find("  SessionData/RemoteID.csv"), std::string::npos) << result.out;
-    EXPECT_EQ(FolderFiles(course.Path()), original);
-    EXPECT_EQ(FolderFiles(dataHome.Path()), Files{});
+    EXPECT_EQ(test::FolderFiles(course.Path()), original);
+    EXPECT_EQ(test::FolderFiles(dataHome.Path()), Files{});
 }
 
 // The comparison of two grids, row by row, without a folder.

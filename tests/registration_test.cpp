@@ -340,20 +340,6 @@ TEST(RemoteIds, LookUpFollowsAddedAndRemovedRows) {
     EXPECT_EQ(StudentOfRemote(f.course, "AB12"), "");
 }
 
-TEST(RemoteIds, AFailedWriteLeavesTheFileWholeAndSaysSo) {
-    Folder f;
-    // The name leaves no room for the temporary file beside it.
-    std::string name = "SessionData/" + std::string(250, 'r');
-    f.Write(name, "#AB12,\"S1\"\r\n");
-    AddRemote(f.course, "CD34", "S2");
-    WriteRemoteIds(f.course, f.host, f.File(name));
-    EXPECT_EQ(f.Read(name), "#AB12,\"S1\"\r\n");
-    ASSERT_EQ(f.host.messages.size(), 1u);
-    EXPECT_EQ(f.host.messages[0].text,
-              "Unable to write remote id file " + f.File(name) + " new registrations not stored.");
-    EXPECT_EQ(f.host.messages[0].icon, Icon::None);
-}
-
 TEST(RemoteIds, ClickerCheckStartsAfreshOncePerRun) {
     Folder f;
     f.Write("SessionData/clickercheck.TXT", "from an earlier run\r\n");
@@ -370,42 +356,6 @@ TEST(RemoteIds, TypedRemoteKeysAreHexDigitsBackspaceAndEnter) {
         EXPECT_TRUE(IsRemoteIdKey(key)) << key;
     for (int key : std::initializer_list<int>{'/', ':', '@', 'G', '`', 'g', ' ', '#', 0, 127, 200})
         EXPECT_FALSE(IsRemoteIdKey(key)) << key;
-}
-
-// What the readers leave: the roster rows, the sorted IDs, the remotes, messages and progress.
-Ids Tables(const Course& course, const RecordingHost& host) {
-    Ids seen{std::to_string(course.NumRoster) + " rows"};
-    for (int i = 0; i < course.NumRoster; ++i)
-        seen.push_back(course.Roster[i].StudentId + "|" + course.Roster[i].LastName);
-    for (int i = 1; i <= course.NumRosterIDs; ++i) seen.push_back(course.RosterIDs[i]);
-    for (int i = 1; i <= course.NumRemotes; ++i)
-        seen.push_back(course.RemoteTable[i].StudentId + "=" + course.RemoteTable[i].RemoteId);
-    for (const std::string& text : test::Messages(host)) seen.push_back(text);
-    for (const std::string& text : host.progressTexts) seen.push_back(text);
-    return seen;
-}
-
-// The roster and the registrations read from a text give what the file holding it gives: the
-// same rows, the same sorted IDs, the same conflicts reported.
-TEST(Registration, RosterAndRegistrationsReadATextAsTheirFile) {
-    const char* texts[] = {
-        "",
-        "Lee, Ann, S1\r\n!Last,First,ID\r\nS2\r\nSmith,Bob,B\r\nlee,ann,s1\r\n",
-        "Doe,Ann,adoe\nSmith,Bob,bsmith\n",
-        "#00FF,\"S2\"\r\n1a2b3c,S1\r\n#1A2B3C,S9\r\n,\r\n0,S3\r\n\"#00ff\",S2",
-    };
-    for (const char* text : texts) {
-        SCOPED_TRACE(text);
-        Folder file;
-        file.ReadRosterText(text);
-        file.WriteRemotes(text);
-        ReadRemoteIds(file.course, file.host, file.File("SessionData/RemoteID.csv"));
-        Course course;
-        RecordingHost host;
-        ReadRosterText(course, text);
-        ReadRemoteIdsText(course, host, text);
-        EXPECT_EQ(Tables(course, host), Tables(file.course, file.host));
-    }
 }
 
 }  // namespace

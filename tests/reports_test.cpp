@@ -297,41 +297,6 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
     }
 }
 
-// --- tallory-cli -------------------------------------------------------------------------------
-
-TEST(ReportCommands, RunFromTheCommandLine) {
-    struct Case {
-        std::vector<std::string> args;
-        bool reportsFolder;  // whether the course has a Reports folder beforehand
-        int status;
-        int files;  // files written; -1 when no JSON is printed
-        int mode;
-    };
-    const Case cases[] = {
-        {{"report", "--filter", "3", "--json"}, false, 0, 9, 3},
-        {{"report", "--cancel", "--json"}, false, 0, 0, 2},
-        {{"term-report", "--mode", "4", "--json"}, true, 0, 3, 4},
-        {{"term-report", "--json"}, false, 1, -1, 0},
-        {{"term-report", "--mode", "5"}, true, 2, -1, 0},
-    };
-    for (const Case& c : cases) {
-        TempCourse temp;
-        const std::string course = temp.Path() + "/" + kCourseFolder;
-        fs::copy(DataPath("reports/course"), course, fs::copy_options::recursive);
-        if (c.reportsFolder) fs::create_directory(course + "/Reports");
-        const test::CliResult result = test::RunCliOn(course, c.args);
-        const std::string what = c.args[0] + " " + c.args[1];
-        EXPECT_EQ(result.status, c.status) << what << result.err;
-        if (c.files < 0) {
-            EXPECT_TRUE(result.out.empty()) << what;
-            continue;
-        }
-        const nlohmann::json output = nlohmann::json::parse(result.out);
-        EXPECT_EQ(output["files"].size(), static_cast<size_t>(c.files)) << what;
-        EXPECT_EQ(output["mode"], c.mode) << what;
-    }
-}
-
 // --by-name loads the course in last-name order, as the grid shows it, and the pages list the
 // students in that order.
 TEST(ReportCommands, ListStudentsInTheGridsOrder) {

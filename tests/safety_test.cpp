@@ -27,6 +27,7 @@
 #include "common/RecordingHost.h"
 #include "export/Export.h"
 #include "grid/CourseLoad.h"
+#include "housekeeping/UnregisteredStudents.h"
 #include "logs/SessionLog.h"
 #include "logs/SessionLogWriter.h"
 #include "registration/RemoteTable.h"
@@ -271,12 +272,15 @@ TEST(Safety, AFailureAtAnyStepLeavesTheOldFileAndSaysWhy) {
     }
 }
 
-// The two settings files go through the same writer: a failure reaches the host, the old file
-// stands.
-TEST(Safety, SettingsFilesNotWrittenAreReported) {
+// Every kind of file goes through the same writer: a failure reaches the host once, the old file
+// stands, the command says so in its own words (`said`, "{path}" for the file) or ends with a
+// run-time error; once the disk is well again the same save writes the file.
+TEST(Safety, EveryWriterLeavesTheOldFileAndSaysWhy) {
     struct Case {
         const char* file;
         std::function<void(const TempCourse&, Host&)> save;
+        const char* said;
+        int ending;
     } cases[] = {
         {"SessionData/Config.csv",
          [](const TempCourse& folder, Host& host) {
@@ -284,11 +288,35 @@ TEST(Safety, SettingsFilesNotWrittenAreReported) {
              course.AppPath = folder.Path();
              SetParam(course, "CMS", "Canvas");
              WriteConfig(course, host);
-         }},
+         },
+         nullptr, 0},
         {"Classes/Options.csv",
          [](const TempCourse& folder, Host& host) {
              SaveSelectedClass(folder.Path(), "Physics", host);
-         }},
+         },
+         nullptr, 0},
+        {"SessionData/RemoteID.csv",
+         [](const TempCourse& folder, Host& host) {
+             Course course;
+             AddRemote(course, "CD34", "S2");
+             WriteRemoteIds(course, host, folder.File("SessionData/RemoteID.csv"));
+         },
+         "[Tallory] Unable to write remote id file {path} new registrations not stored.", 0},
+        {"SessionData/L2609151030.csv",
+         [](const TempCourse& folder, Host& host) {
+             Course course;
+             course.AppPath = folder.Path();
+             ReadSessionLogText(course, "L2609151030.csv",
+                                test::LogText({.voters = {{"#A1", "", {"A"}}}}));
+             WriteSessionLog(course, host, folder.File("SessionData/L2609151030.csv"), "", "", 0);
+         },
+         "[Tallory] Unable to store changes to file {path} Changes not saved!", 0},
+        {"Unregistered Student List.CSV",
+         [](const TempCourse& folder, Host& host) {
+             WriteUnregisteredFile(host, UnregisteredTable{},
+                                   folder.File("Unregistered Student List.CSV"), ',');
+         },
+         nullptr, kPathFileAccessError},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.file);
@@ -296,15 +324,23 @@ TEST(Safety, SettingsFilesNotWrittenAreReported) {
         folder.Write(c.file, "old");
         SetWriteFault(WriteFault{WriteStep::Write, ENOSPC, c.file});
         UnsavedHost host;
-        c.save(folder, host);
+        EXPECT_EQ(test::EndingOf([&] { c.save(folder, host); }).number, c.ending);
         SetWriteFault(std::nullopt);
         EXPECT_EQ(folder.Read(c.file), "old");
         ASSERT_EQ(host.unsaved.size(), 1u);
         EXPECT_EQ(host.unsaved[0].rfind(folder.File(c.file) + " | ", 0), 0u) << host.unsaved[0];
         EXPECT_NE(host.unsaved[0].find("the disk is full"), std::string::npos);
-        c.save(folder, host);
+        test::Strings said;
+        if (c.said) {
+            std::string text = c.said;
+            said.push_back(text.replace(text.find("{path}"), 6, folder.File(c.file)));
+        }
+        EXPECT_EQ(test::Messages(host), said);
+        host.messages.clear();
+        EXPECT_EQ(test::EndingOf([&] { c.save(folder, host); }).number, 0);
         EXPECT_NE(folder.Read(c.file), "old");
         EXPECT_EQ(host.written, std::vector<std::string>{folder.File(c.file)});
+        EXPECT_TRUE(host.messages.empty());
     }
 }
 

@@ -1,13 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <random>
-
 #include "TestSupport.h"
-#include "common/Numbers.h"
 #include "logs/SessionLog.h"
 #include "registration/RemoteTable.h"
-#include "start/Fields.h"
 
 namespace tallory {
 namespace {
@@ -220,95 +215,6 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
         message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
         EXPECT_EQ(ending.number, c.number);
         EXPECT_EQ(ending.message, message);
-    }
-}
-
-// The data-line reader against the meaning of a data line, stated field by field through the
-// splitter and the reference conversion: the same row values, the same row and group count, for
-// random lines of every shape (odd number forms, letters, quotes, line feeds, lines past field
-// 999, whose rest is joined onto field 999 with ":"), read over rows that already hold values.
-struct ExpectedVote {
-    std::vector<int16_t> answer, attempts, firstAnswer;
-    std::vector<double> score, finalTime, firstTime;
-};
-
-void KeepIfReferenceNumeric(std::string_view text, double& target) {
-    ToDoubleReference(text, target);
-}
-void KeepIfReferenceNumeric(std::string_view text, int16_t& target) {
-    double value;
-    if (ToDoubleReference(text, value)) RoundToInt16(value, target);
-}
-
-std::string RandomField(std::mt19937& random) {
-    static const char* const kTexts[] = {
-        " 0 ",     " 1 ",    " 38.7 ",       "-0",        "+2",   "1.",   ".5",
-        "1E2",     "2D1",    "\t3 ",         " 12 x",     "E ",   "A",    "x",
-        "",        " ",      "1e999",        "\"4\"",     "a\"b", "1\n2", " 99999",
-        "65535.5", "-32769", "123456789012", "0.1234567", "BX"};
-    return kTexts[random() % std::size(kTexts)];
-}
-
-TEST(SessionLog, DataLinesReadAsTheSplitterAndReferenceConversionSay) {
-    std::mt19937 random(20261125);
-    for (int trial = 0; trial < 3000; ++trial) {
-        Course course;
-        course.NumQuestions = 200;
-        VoteRec& vote = course.Votes[1];
-        const int width = 1 + static_cast<int>(random() % 200);
-        ExpectedVote expected;
-        for (auto* counts : {&expected.answer, &expected.attempts, &expected.firstAnswer})
-            counts->resize(width + 2);
-        for (auto* figures : {&expected.score, &expected.finalTime, &expected.firstTime})
-            figures->resize(width + 2);
-        for (int q = 1; q <= width + 1; ++q) {
-            vote.Answer[q] = expected.answer[q] = static_cast<int16_t>(random() % 8);
-            vote.Attempts[q] = expected.attempts[q] = static_cast<int16_t>(random() % 5);
-            vote.FirstAnswer[q] = expected.firstAnswer[q] = static_cast<int16_t>(random() % 8);
-            vote.Score[q] = expected.score[q] = random() % 7;
-            vote.FinalTime[q] = expected.finalTime[q] = random() % 90;
-            vote.FirstTime[q] = expected.firstTime[q] = random() % 90;
-        }
-        // Mostly plain lines, a few with quotes or line feeds, some cut short anywhere.
-        std::string line = "#A1, S1 , 3 ";
-        const int fields = trial % 10 == 0 ? 1000 + static_cast<int>(random() % 40)
-                                           : 6 * width + static_cast<int>(random() % 6);
-        for (int f = 0; f < fields; ++f) {
-            std::string text = RandomField(random);
-            if (trial % 3 != 0 &&
-                (text.find('"') != std::string::npos || text.find('\n') != std::string::npos))
-                text = " 7 ";
-            line += "," + text;
-        }
-        if (random() % 4 == 0) line += ",";
-
-        Fields split(kMaxLogFieldIndex);
-        SplitFields(line, split);
-        const int groups = split.Count() < 3 ? 0 : (split.Count() - 3) / 6 + 1;
-        for (int q = 1; q <= groups && q <= width + 1; ++q) {
-            auto field = [&](int column) { return split[3 + 6 * (q - 1) + column]; };
-            expected.answer[q] = AnswerFromLetter(field(0));
-            KeepIfReferenceNumeric(field(1), expected.score[q]);
-            KeepIfReferenceNumeric(field(2), expected.finalTime[q]);
-            KeepIfReferenceNumeric(field(3), expected.attempts[q]);
-            KeepIfReferenceNumeric(field(4), expected.firstAnswer[q]);
-            KeepIfReferenceNumeric(field(5), expected.firstTime[q]);
-        }
-
-        int row = 1, groupCount = -1;
-        ReadVoteLine(course, line, row, groupCount);
-        ASSERT_EQ(row, 1) << line;
-        ASSERT_EQ(groupCount, groups) << line;
-        EXPECT_EQ(vote.StudentId, "S1");
-        EXPECT_EQ(vote.Score[0], 3);
-        for (int q = 1; q <= width + 1; ++q) {
-            ASSERT_EQ(vote.Answer[q], expected.answer[q]) << "question " << q << ": " << line;
-            ASSERT_EQ(vote.Attempts[q], expected.attempts[q]) << "question " << q << ": " << line;
-            ASSERT_EQ(vote.FirstAnswer[q], expected.firstAnswer[q]) << "question " << q;
-            ASSERT_EQ(vote.Score[q], expected.score[q]) << "question " << q << ": " << line;
-            ASSERT_EQ(vote.FinalTime[q], expected.finalTime[q]) << "question " << q;
-            ASSERT_EQ(vote.FirstTime[q], expected.firstTime[q]) << "question " << q;
-        }
     }
 }
 

@@ -78,27 +78,25 @@ TEST(SessionLogWriter, TitleWithoutMarkAndNoVotersEndWithResponseE) {
     EXPECT_EQ(text.substr(text.size() - end.size()), end);
 }
 
-TEST(SessionLogWriter, FailureKeepsTheOldFileAndSaysSo) {
+// Values the log cannot hold: the writer refuses the file with the message of a failed write.
+TEST(SessionLogWriter, RefusalKeepsTheOldFileAndSaysSo) {
     const std::string original = LogText(Polling({"Q1"}, {{"#A1", "", {"A"}}}));
     struct Case {
         const char* what;
         void (*spoil)(Course&);
-        bool missingFolder;
     } cases[] = {
         {"anonymous code on a question with answers",
-         [](Course& course) { course.Votes[1].Answer[1] = kAnonymousAnswer; }, false},
+         [](Course& course) { course.Votes[1].Answer[1] = kAnonymousAnswer; }},
         {"first response beyond the labels",
-         [](Course& course) { course.Votes[1].FirstAnswer[1] = 9; }, false},
-        {"folder gone", [](Course&) {}, true},
+         [](Course& course) { course.Votes[1].FirstAnswer[1] = 9; }},
     };
     for (const auto& c : cases) {
         LogRewrite log(original);
         log.Read();
         c.spoil(log.course);
-        std::string path = c.missingFolder ? log.folder.File("Gone/L2609151030.csv") : log.Path();
-        EXPECT_FALSE(WriteSessionLog(log.course, log.host, path, "", "", 0)) << c.what;
+        EXPECT_FALSE(log.Write()) << c.what;
         EXPECT_EQ(test::Messages(log.host),
-                  test::Strings{"[Tallory] Unable to store changes to file " + path +
+                  test::Strings{"[Tallory] Unable to store changes to file " + log.Path() +
                                 " Changes not saved!"});
         EXPECT_EQ(log.host.messages[0].buttons, Buttons::Ok);
         EXPECT_EQ(log.folder.Read(kLog), original) << c.what;

@@ -362,30 +362,6 @@ TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
     EXPECT_EQ(totals, (std::map<std::string, double>{{"S1", 2.5}, {"#B7", 1.5}}));
 }
 
-TEST(SetScoresCli, RefusedEditsSaveNothing) {
-    struct {
-        std::vector<std::string> edits;
-        const char* said;
-    } rows[] = {
-        {{"--points", "1,x,0,0,0"}, "[Tallory] Must enter a numberic value for points \n"},
-        {{"--question", "2", "--points", "1,0,0,0,0"}, "polled anonymously"},
-        {{"--question", "1", "--delete", "--title", "Gone"}, "it is deleted"},
-        {{"--min-responses", "3"}, "[Tallory] Minimum number of required responses"},
-        {{"--cap", "lots"}, "[Max Points] Not a valid number"},
-    };
-    for (const auto& row : rows) {
-        LogPlan log = QuestionsPlan(2);
-        log.voters = {{"#A1", "", {"B", "X"}}};
-        ScoringCourse fixture(log);
-        std::string before = fixture.LogBytes();
-        auto result = test::RunCliOn(fixture.Path(), {"set-scores", "1"}, row.edits);
-        EXPECT_EQ(result.status, 1) << row.said;
-        EXPECT_NE(result.err.find(row.said), std::string::npos) << result.err;
-        EXPECT_NE(result.err.find("nothing was saved"), std::string::npos) << result.err;
-        EXPECT_EQ(fixture.LogBytes(), before) << row.said;
-    }
-}
-
 TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
     struct Case {
         const char* what;

@@ -129,23 +129,5 @@ TEST(Settings, SelectedClassIsRememberedUnderClasses) {
     EXPECT_EQ(ReadSelectedClass(program.Path()), "Chemistry");
 }
 
-TEST(Settings, AConfigTextReadsAsTheFileHoldingIt) {
-    for (const char* text : {"", "\"CMS\" ,\"Moodle\" ,\"note\",a,b\r\nx\r\n,\r\n CMS ,General",
-                             "\"CourseName\",\"Physics, 101\"\n\"CMS\",\"BB\"\n"}) {
-        SCOPED_TRACE(text);
-        Settings file(text);
-        Course course;
-        RecordingHost host;
-        ReadConfigText(course, host, text);
-        ASSERT_EQ(course.NumParams, file.course.NumParams);
-        for (int i = 1; i <= course.NumParams; ++i) {
-            EXPECT_EQ(course.Params[i].Key, file.course.Params[i].Key);
-            EXPECT_EQ(course.Params[i].Value, file.course.Params[i].Value);
-            EXPECT_EQ(course.Params[i].Note, file.course.Params[i].Note);
-        }
-        EXPECT_EQ(host.progressTexts, file.host.progressTexts);
-    }
-}
-
 }  // namespace
 }  // namespace tallory

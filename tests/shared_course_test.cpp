@@ -178,16 +178,6 @@ TEST(SharedCourse, ConcurrentSetScoresLoseNoEdit) {
 
 // ---- Changes cut short -------------------------------------------------------------------------
 
-// Every file of the course but temporary ones, by path, with its bytes.
-std::map<std::string, std::string> CourseFiles(const TempCourse& course) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(course.Path()))
-        if (entry.is_regular_file() && !IsTemporaryName(entry.path().filename().string()))
-            files[std::filesystem::relative(entry.path(), course.Path())] =
-                test::ReadBytes(entry.path());
-    return files;
-}
-
 // The grid as JSON without the course's name, which is its folder's.
 json GridOf(const TempCourse& course) {
     CliResult result = test::RunCliOn(course.Path(), {"grid", "--json"});
@@ -210,10 +200,10 @@ TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
     };
     for (const Command& command : commands) {
         SharedCourse reference;
-        const auto before = CourseFiles(reference);
+        const auto before = test::FolderFiles(reference.Path(), false);
         const json gridBefore = GridOf(reference);
         ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
-        const auto after = CourseFiles(reference);
+        const auto after = test::FolderFiles(reference.Path(), false);
         ASSERT_NE(before, after);
         const json gridAfter = GridOf(reference);
         int old = 0, whole = 0, undone = 0;
@@ -229,7 +219,7 @@ TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
             const bool left = std::filesystem::exists(JournalFolder(course.Path()));
             const json grid = GridOf(course);
             if (left) ++undone;
-            const auto files = CourseFiles(course);
+            const auto files = test::FolderFiles(course.Path(), false);
             if (files == before) {
                 EXPECT_EQ(grid, gridBefore);
                 ++old;

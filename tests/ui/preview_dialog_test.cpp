@@ -47,12 +47,7 @@ struct Fixture : test::CourseWindow {
         : CourseWindow([](const test::TempCourse& f) {
               f.CopyFrom(test::DataPath("housekeeping/course"));
           }) {}
-    std::map<std::string, std::string> Files() const {
-        std::map<std::string, std::string> files;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
-            if (entry.is_regular_file()) files[entry.path()] = test::ReadBytes(entry.path());
-        return files;
-    }
+    test::Files Files() const { return test::FolderFiles(folder.Path()); }
 };
 
 // A purge of both stray clickers: the preview comes before the question, names the stray rows,
