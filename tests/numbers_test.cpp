@@ -114,8 +114,11 @@ TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
         return mantissa + (e == std::string::npos ? "" : text.substr(e));
     };
     std::mt19937_64 random(5);
-    std::vector<double> values = {1,    -1,    17,   1e15 - 1, 1e15,  -1e15 + 1, 999999999999999.5,
-                                  -0.0, 1e-10, 12.5, 47.5,     1e300, -3.25,     4503599627370497};
+    std::vector<double> values = {
+        1,     -1,     17,     1e15 - 1,  1e15,          -1e15 + 1,  999999999999999.5,
+        -0.0,  1e-10,  12.5,   47.5,      1e300,         -3.25,      4503599627370497,
+        0.001, 0.0015, 0.0005, 0.1 + 0.2, 99999999999.9, 1e11 - 0.5, 1e11 + 0.5,
+        -0.015};
     for (int i = 0; i < 20000; ++i) {
         values.push_back(static_cast<double>(static_cast<int64_t>(random() >> (i % 60))) *
                          (i % 2 ? 1 : -1));
@@ -125,6 +128,11 @@ TEST(NumberConversion, NumberTextIsThePrintersGeneralForm) {
         values.push_back(static_cast<double>(random() % 1000000) / 1000 * (i % 3 ? 1 : -1));
         values.push_back(static_cast<double>(random() % 1000) / 3);
         values.push_back(std::bit_cast<double>(static_cast<uint64_t>(random())));
+        // Tenths and hundredths as times are written, up to the largest the short form takes,
+        // and the sums whose last bits miss the decimal.
+        values.push_back(static_cast<double>(random() % 1000000000000) / 10 * (i % 3 ? 1 : -1));
+        values.push_back(static_cast<double>(random() % 10000) / 100);
+        values.push_back(static_cast<double>(random() % 100) / 10 + 0.2);
     }
     for (double value : values) EXPECT_EQ(NumberText(value), printed(value)) << value;
 }

@@ -25,9 +25,28 @@ std::string_view StripLeading(std::string_view text, char mark) {
 }
 
 // The key under which two remotes are the same clicker.
+// The part of a remote ID that names the clicker, before case is folded. Case folding touches
+// neither blanks, "#" nor "0", so these are taken off the ID as written.
+std::string_view RemoteKeyPart(std::string_view remoteId) {
+    return TrimView(StripLeading(StripLeading(TrimView(remoteId), '#'), '0'));
+}
+
+// Upper case of the ASCII letters only, as the registrations compare them.
+char UpperAscii(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// The key written into `key`, reusing its storage: looking up a clicker happens for nearly every
+// vote line read or written.
+void RemoteKeyInto(std::string_view remoteId, std::string& key) {
+    key.assign(RemoteKeyPart(remoteId));
+    for (char& c : key) c = UpperAscii(c);
+}
+
 std::string RemoteKey(std::string_view remoteId) {
-    std::string upper = NormalKey(remoteId);
-    return Trim(StripLeading(StripLeading(upper, '#'), '0'));
+    std::string key;
+    RemoteKeyInto(remoteId, key);
+    return key;
 }
 
 void RebuildRemoteIndex(const Course& course) {
@@ -165,7 +184,9 @@ void RemoveRemote(Course& course, Host& host, std::string_view remoteId) {
 
 int FindRemoteRow(const Course& course, std::string_view remoteId) {
     if (!course.RemoteIndexValid) RebuildRemoteIndex(course);
-    auto found = course.RemoteIndex.find(RemoteKey(remoteId));
+    thread_local std::string key;
+    RemoteKeyInto(remoteId, key);
+    auto found = course.RemoteIndex.find(key);
     return found == course.RemoteIndex.end() ? 0 : found->second;
 }
 
@@ -185,7 +206,11 @@ std::string RemotesOfStudent(const Course& course, std::string_view studentId) {
 }
 
 bool SameRemote(std::string_view a, std::string_view b) {
-    return RemoteKey(a) == RemoteKey(b);
+    const std::string_view keyA = RemoteKeyPart(a), keyB = RemoteKeyPart(b);
+    if (keyA.size() != keyB.size()) return false;
+    for (size_t i = 0; i < keyA.size(); ++i)
+        if (UpperAscii(keyA[i]) != UpperAscii(keyB[i])) return false;
+    return true;
 }
 
 std::string NormalRemote(std::string_view remoteId) {
