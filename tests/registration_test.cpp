@@ -292,6 +292,16 @@ TEST(RemoteIds, SameRemoteComparesNormalForms) {
         {"#0", "0", true, "0"},
         {"A0", "A", false, "A0"},
         {"10", "1", false, "10"},
+        {"#0 ab ", "AB", true, "AB"},
+        {"Delete", "DELETE", true, "DELETE"},
+        {"\xc3\xa9"
+         "1",
+         "\xc3\x89"
+         "1",
+         false,
+         "\xc3\xa9"
+         "1"},
+        {"AB12", "AB123", false, "AB12"},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(SameRemote(c.a, c.b), c.same) << c.a << " " << c.b;

@@ -15,7 +15,9 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <optional>
 #include <thread>
+#include <vector>
 
 #include "LogBuilder.h"
 #include "TestSupport.h"
@@ -521,6 +523,36 @@ TEST(Safety, TheContentHashIsTheSameForAnyPieces) {
     std::swap(swapped[10], swapped[20]);
     for (const std::string& other : {changed, text + " ", swapped, text.substr(0, 299) + '\0'})
         EXPECT_NE(ContentHash(other), base);
+}
+
+// A replaced log stays guarded by the hash of the bytes that went into it, whether the writer
+// gathered them first or handed a large piece straight to the file.
+TEST(Safety, AWrittenLogIsGuardedByTheHashOfItsBytes) {
+    const std::vector<std::vector<size_t>> pieceSizes = {
+        {10}, {70000}, {10, 70000}, {65536}, {65535, 1, 65536, 3}, {200000, 5, 70000}};
+    for (const std::vector<size_t>& sizes : pieceSizes) {
+        TempCourse course;
+        course.Write("SessionData/L0909111030.csv", "old log\r\n");
+        const std::string path = course.File("SessionData/L0909111030.csv");
+        Course read;
+        ReadSessionLog(read, path);
+        std::string written;
+        AtomicFile file(path);
+        ASSERT_TRUE(file.Open());
+        for (size_t size : sizes) {
+            std::string piece;
+            for (size_t i = 0; i < size; ++i)
+                piece += static_cast<char>('!' + (written.size() + i) * 37 % 90);
+            file.Write(piece);
+            written += piece;
+        }
+        ASSERT_TRUE(file.Commit()) << file.Error();
+        EXPECT_EQ(test::ReadBytes(path), written);
+        const std::optional<ReadSnapshot> kept = RememberedRead(path);
+        ASSERT_TRUE(kept.has_value());
+        EXPECT_EQ(kept->hash, ContentHash(written)) << "pieces: " << sizes.size();
+        EXPECT_EQ(kept->size, static_cast<int64_t>(written.size()));
+    }
 }
 
 // A writer holding the log open (the polling application during a class) keeps it from being

@@ -191,31 +191,44 @@ bool AtomicFile::Open() {
     return true;
 }
 
-bool AtomicFile::Flush() {
+bool AtomicFile::WriteOut(std::string_view bytes) {
     size_t done = 0;
-    while (done < buffer_.size()) {
+    while (done < bytes.size()) {
         WriteEvent();
         ssize_t wrote = Injected(WriteStep::Write, target_)
                             ? -1
-                            : ::write(fd_, buffer_.data() + done, buffer_.size() - done);
+                            : ::write(fd_, bytes.data() + done, bytes.size() - done);
         if (wrote < 0 && errno == EINTR) continue;
         if (wrote <= 0) {
             Fail("cannot write " + path_);
-            buffer_.clear();
             return false;
         }
         done += static_cast<size_t>(wrote);
     }
-    buffer_.clear();
     return true;
+}
+
+bool AtomicFile::Flush() {
+    // Hashed here, in the buffer's large piece, rather than item by item as the printers hand
+    // them over: the hash is that of the bytes in order however they are cut.
+    hash_.Add(buffer_);
+    const bool wrote = WriteOut(buffer_);
+    buffer_.clear();
+    return wrote;
 }
 
 void AtomicFile::Write(std::string_view text) {
     if (failed_ || fd_ < 0) return;
-    buffer_.append(text);
-    hash_.Add(text);
     size_ += static_cast<int64_t>(text.size());
-    if (buffer_.size() >= (1 << 16)) Flush();
+    // A piece as large as the buffer, with nothing gathered before it, goes to the file as it
+    // is: the printers hand over whole pieces, and copying them first only costs.
+    if (buffer_.empty() && text.size() >= kBufferSize) {
+        hash_.Add(text);
+        WriteOut(text);
+        return;
+    }
+    buffer_.append(text);
+    if (buffer_.size() >= kBufferSize) Flush();
 }
 
 bool AtomicFile::Commit() {

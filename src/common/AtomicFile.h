@@ -42,6 +42,9 @@ class AtomicFile {
     void Refuse(const std::string& sentence);
 
   private:
+    static constexpr size_t kBufferSize = size_t{1} << 16;
+
+    bool WriteOut(std::string_view bytes);
     bool Flush();
     void Fail(const std::string& what);
 

@@ -5,13 +5,18 @@
 namespace tallory {
 
 LinePrinter::LinePrinter(AtomicFile& file) : file_(file) {
-    pending_.reserve(kPiece + kNumberItemSize);
+    pending_.resize(kPiece + kShortItem);
 }
 
 LinePrinter& LinePrinter::NewLine() {
-    if (started_) pending_.append("\r\n");
+    if (started_) Text("\r\n");
     started_ = true;
     return *this;
+}
+
+void LinePrinter::AppendLong(std::string_view text) {
+    if (used_ + text.size() > pending_.size()) pending_.resize(used_ + text.size());
+    std::memcpy(pending_.data() + used_, text.data(), text.size());
 }
 
 LinePrinter& LinePrinter::Number(double value) {
@@ -20,8 +25,8 @@ LinePrinter& LinePrinter::Number(double value) {
 }
 
 void LinePrinter::Flush() {
-    file_.Write(pending_);
-    pending_.clear();
+    file_.Write(std::string_view(pending_.data(), used_));
+    used_ = 0;
 }
 
 }  // namespace tallory

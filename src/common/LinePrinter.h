@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -18,8 +19,13 @@ class LinePrinter {
     // Starts a new line; ends the previous one with CR LF.
     LinePrinter& NewLine();
     LinePrinter& Text(std::string_view text) {
-        pending_.append(text);
-        if (pending_.size() >= kPiece) Flush();
+        // A log is millions of items of a few bytes: those are copied in place, without a call.
+        if (text.size() <= kShortItem)
+            CopyShort(pending_.data() + used_, text.data(), text.size());
+        else
+            AppendLong(text);
+        used_ += text.size();
+        if (used_ >= kPiece) Flush();
         return *this;
     }
     LinePrinter& Number(double value);
@@ -28,9 +34,27 @@ class LinePrinter {
 
   private:
     static constexpr size_t kPiece = size_t{1} << 16;
+    static constexpr size_t kShortItem = 16;
+
+    // Copies n <= kShortItem bytes as two overlapping words, halves or single bytes.
+    static void CopyShort(char* to, const char* from, size_t n) {
+        if (n >= 8) {
+            std::memcpy(to, from, 8);
+            std::memcpy(to + n - 8, from + n - 8, 8);
+        } else if (n >= 4) {
+            std::memcpy(to, from, 4);
+            std::memcpy(to + n - 4, from + n - 4, 4);
+        } else {
+            for (size_t i = 0; i < n; ++i) to[i] = from[i];
+        }
+    }
+    void AppendLong(std::string_view text);
 
     AtomicFile& file_;
+    // Bytes 0 to used_ are printed and not yet handed over. Its size is kept at least
+    // kPiece + kShortItem, so that a short item always fits behind what is pending.
     std::string pending_;
+    size_t used_ = 0;
     bool started_ = false;
 };
 

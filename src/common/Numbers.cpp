@@ -180,6 +180,50 @@ double RoundDecimal(double value, int places, bool halfEven) {
 
 }  // namespace
 
+namespace {
+
+// A value that is the double nearest to a decimal of at most three places and 15 significant
+// digits (times and points as the logs hold them: 18.5, 0.25) prints as that decimal in the
+// general form: it lies within half a unit of the last bit of the decimal, far inside half a unit
+// of the 15th digit, and from 0.001 up the general form has no exponent. Written here straight
+// from its digits; 0 when the value is no such decimal.
+size_t ShortDecimalTo(double value, char* out) {
+    static constexpr double kScales[] = {10, 100, 1000};
+    const double magnitude = std::fabs(value);
+    if (!(magnitude < 1e11)) return 0;
+    for (int places = 1; places <= 3; ++places) {
+        const double scale = kScales[places - 1];
+        const double scaled = std::nearbyint(magnitude * scale);
+        if (scaled / scale != magnitude) continue;
+        char digits[24];
+        const size_t count = static_cast<size_t>(
+            std::to_chars(digits, digits + sizeof digits, static_cast<long long>(scaled)).ptr -
+            digits);
+        size_t at = 0;
+        if (value < 0) out[at++] = '-';
+        const size_t decimals = static_cast<size_t>(places);
+        if (count <= decimals) {
+            out[at++] = '0';
+            out[at++] = '.';
+            for (size_t i = count; i < decimals; ++i) out[at++] = '0';
+            std::memcpy(out + at, digits, count);
+            at += count;
+        } else {
+            std::memcpy(out + at, digits, count - decimals);
+            at += count - decimals;
+            out[at++] = '.';
+            std::memcpy(out + at, digits + count - decimals, decimals);
+            at += decimals;
+        }
+        while (out[at - 1] == '0') --at;
+        if (out[at - 1] == '.') --at;
+        return at;
+    }
+    return 0;
+}
+
+}  // namespace
+
 size_t NumberTextTo(double value, char* out) {
     if (value == 0) {
         out[0] = '0';
@@ -189,6 +233,7 @@ size_t NumberTextTo(double value, char* out) {
     if (std::fabs(value) < 1e15 && value == std::trunc(value))
         return static_cast<size_t>(
             std::to_chars(out, out + kNumberTextSize, static_cast<long long>(value)).ptr - out);
+    if (const size_t length = ShortDecimalTo(value, out); length > 0) return length;
     // The general form with 15 significant digits, as printf's "%.15G" gives it: no trailing
     // zeros, an exponent of at least two digits, its letter (and those of "INF", "NAN") upper case.
     char* end =

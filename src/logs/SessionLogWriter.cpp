@@ -146,7 +146,12 @@ bool RegisteredOwner(const Course& course, const VoteRec& vote) {
 }
 
 void WriteVoterLine(const Course& course, LinePrinter& out, VoteRec& vote) {
-    std::string remote = Trim(ReplaceAll(vote.RemoteId, "#", ""));
+    // Nearly every remote ID holds no "#" to take out: only those are copied.
+    std::string withoutHash;
+    std::string_view remote = vote.RemoteId;
+    if (remote.find('#') != std::string_view::npos)
+        remote = withoutHash = ReplaceAll(remote, "#", "");
+    remote = TrimView(remote);
     // The student ID is written only where the registrations would not give it back; the long
     // remote IDs never carry one.
     bool longRemote = remote.size() == kLongRemoteLength;

@@ -137,12 +137,21 @@ void WriteNameCell(PageWriter& page, const StudentRec& student, int session) {
         .Line(total);
 }
 
+// The letter of an answer code as a cell compares and shows it: A to E, nothing for any other
+// code. A negative code fails as AnswerLetter fails it. The page has a cell for every voter and
+// question of every session, so no text is built for it.
+std::string_view CellLetter(int code) {
+    static constexpr std::string_view kLetters = "ABCDE";
+    if (code < 0) AnswerLetter(code);
+    return code >= 1 && code <= 5 ? kLetters.substr(code - 1, 1) : std::string_view();
+}
+
 void WriteAnswerCell(PageWriter& page, int answer, int correct) {
-    const std::string given = ToUpper(TrimView(AnswerLetter(answer)));
+    const std::string_view given = CellLetter(answer);
     std::string_view colour = kNeutralColour;
-    std::string shown;
+    std::string_view shown;
     bool bold = false;
-    if (correct > 0 && given == ToUpper(TrimView(AnswerLetter(correct)))) {
+    if (correct > 0 && given == CellLetter(correct)) {
         colour = kRightColour;
         shown = given;
         bold = true;
