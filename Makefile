@@ -38,7 +38,7 @@ run: build
 
 fuzz: deps
 	cmake --preset fuzz
-	cmake --build build/fuzz -j $(JOBS)
+	cmake --build build/fuzz -j $(JOBS) --target fuzz_targets
 	FUZZ_JOBS=$(FUZZ_JOBS) scripts/run-fuzzers build/fuzz $(FUZZ_SECONDS)
 
 bench: deps
