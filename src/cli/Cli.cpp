@@ -1,5 +1,4 @@
 #include "cli/Cli.h"
-#include "cli/CommandTable.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -42,7 +41,7 @@ void EnterCourse(Context& context) {
 
 int RunCommand(Context& context) {
     // A preview writes nothing in the course: like a reading command it takes no lock.
-    const bool writing = IsWritingCommand(context.command) && !context.preview;
+    const bool writing = context.writes && !context.preview;
     if (writing) {
         if (!context.lock.Take(context.course.AppPath, context.waitSeconds)) {
             const std::string reason =
@@ -104,7 +103,7 @@ void Print(const Context& context, nlohmann::json document, const std::string& t
         if (!context.host.AnyUnsaved()) std::cout << text;
         return;
     }
-    if (IsWritingCommand(context.command)) document["unsaved"] = context.host.UnsavedJson();
+    if (context.writes) document["unsaved"] = context.host.UnsavedJson();
     if (extras.files) document["files"] = context.host.FilesJson();
     if (extras.started) document["started"] = context.host.StartedJson();
     if (extras.clipboard) document["clipboard"] = context.host.ClipboardJson();

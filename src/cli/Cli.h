@@ -24,6 +24,7 @@ struct Context {
     bool byName = false;     // --by-name, for the commands that declare it (AddByNameOption)
     double waitSeconds = 0;  // --wait: how long a writing command waits for the course's lock
     std::string command;     // the chosen command's name
+    bool writes = true;      // the chosen command may write into the course (Writes::Course)
     CourseLock lock;         // held by a writing command for its run
     Course course;
     ConsoleHost host;

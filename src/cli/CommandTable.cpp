@@ -83,17 +83,12 @@ void AddCommands(CLI::App& app, Context& context) {
                 return run();
             };
         }
-        command->callback([&context, name = entry.name, run = std::move(run)] {
-            context.command = name;
+        command->callback([&context, &entry, run = std::move(run)] {
+            context.command = entry.name;
+            context.writes = entry.writes == Writes::Course;
             context.run = run;
         });
     }
-}
-
-bool IsWritingCommand(const std::string& name) {
-    for (const CommandEntry& entry : kCommands)
-        if (name == entry.name) return entry.writes == Writes::Course;
-    return true;
 }
 
 void AddByNameOption(CLI::App& command, Context& context) {

@@ -41,9 +41,6 @@ std::span<const CommandEntry> Commands();
 // Every command of the table added to the program's App.
 void AddCommands(CLI::App& app, Context& context);
 
-// True for the commands that may write into the course.
-bool IsWritingCommand(const std::string& name);
-
 // The global options (--course, --json, --yes, --no, --wait, --version) on the program's App.
 void AddGlobalOptions(CLI::App& app, Context& context);
 
