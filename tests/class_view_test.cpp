@@ -169,5 +169,35 @@ TEST(ClassView, KeepsSortAndSearchAcrossARefresh) {
     EXPECT_EQ(open.view.ColumnCount(), ClassView::kFirstSessionColumn + 1);
 }
 
+TEST(ClassView, KeepsTheChosenStudentThroughAReorder) {
+    const int day2 = ClassView::kFirstSessionColumn + 1, total = ClassView::kTotalColumn;
+    struct Case {
+        const char* what;
+        ClassView::Cell chosen;  // in the grid's order: S1 S2 S3 S4 S9 #B1
+        const char* search;
+        int sessions;  // left after the refresh
+        int row, column;
+    } cases[] = {
+        // Sorted by total going down: S2 S1 #B1 S3 S4 S9.
+        {"followed into the new order", {0, total}, "", 2, 1, total},
+        {"nobody chosen", {}, "", 2, -1, -1},
+        {"hidden by the search", {0, total}, "ames", 2, -1, -1},
+        // A session gone takes the chosen column back to the last one there is.
+        {"column gone", {3, day2}, "", 1, 4, day2 - 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ClassCourse open;
+        open.view.KeepChoice(c.chosen);
+        open.course.NumSessions = c.sessions;
+        open.view.Refresh(DisplayOrder::StudentId);
+        open.view.Sort(total, false);
+        open.view.Search(c.search);
+        const ClassView::Cell kept = open.view.KeptChoice();
+        EXPECT_EQ(kept.row, c.row);
+        EXPECT_EQ(kept.column, c.column);
+    }
+}
+
 }  // namespace
 }  // namespace tallory

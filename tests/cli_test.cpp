@@ -6,6 +6,7 @@
 #include "TestSupport.h"
 // The console host is compiled into tallory-cli itself; its test compiles the same source.
 #include "../src/cli/Cli.cpp"
+#include "../src/cli/ConsoleHost.cpp"
 #include "../src/cli/Preview.cpp"
 
 namespace tallory {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "cli/Cli.h"
+#include "cli/CommandTable.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "preview/ChangePreview.h"

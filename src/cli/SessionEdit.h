@@ -1,27 +1,21 @@
 #pragma once
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "scoring/EditSessionScreen.h"
 
 namespace tallory::cli {
 
-// The course loaded read-only and frmEditSession open on the session named by `word`, as the
-// grid's session heading opens it.
+// frmEditSession open on the session named by `word`, as the grid's session heading opens it, in
+// the course loaded for the command (Needs::Course).
 struct OpenedSessionEdit {
     OpenedSessionEdit(Context& context, const std::string& word)
-        : number(Choose(context, word)),
+        : number(SessionNumber(context, word)),
           grid(context.course),
           screen(context.course, context.host, grid, number) {}
 
     const int number;
     HeadlessSessionGrid grid;
     EditSessionScreen screen;
-
-  private:
-    static int Choose(Context& context, const std::string& word) {
-        LoadCourseReadOnly(context);
-        return SessionNumber(context, word);
-    }
 };
 
 }  // namespace tallory::cli

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "cli/Cli.h"
+#include "cli/CommandTable.h"
 #include "common/RunTimeError.h"
 
 namespace {
@@ -27,7 +28,7 @@ int main(int argc, char** argv) {
     app.fallthrough();
     app.require_subcommand(1);
     AddGlobalOptions(app, context);
-    AddRegisteredCommands(app, context);
+    AddCommands(app, context);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

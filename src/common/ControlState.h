@@ -23,4 +23,16 @@ struct ControlState {
     }
 };
 
+// A scroll bar as screen logic keeps it: its range, position and steps, and whether it shows and
+// takes input.
+struct ScrollBar {
+    int minimum = 0;
+    int maximum = 0;
+    int value = 0;
+    int smallChange = 1;
+    int largeChange = 1;
+    bool visible = true;
+    bool enabled = true;
+};
+
 }  // namespace tallory

@@ -89,6 +89,18 @@ int ClassView::RowOfId(std::string_view studentId) const {
     return -1;
 }
 
+void ClassView::KeepChoice(Cell chosen) {
+    const bool any = chosen.row >= 0 && chosen.row < RowCount();
+    chosenId_ = any ? StudentIdAt(chosen.row) : std::string();
+    chosenColumn_ = any ? chosen.column : -1;
+}
+
+ClassView::Cell ClassView::KeptChoice() const {
+    const int row = chosenId_.empty() ? -1 : RowOfId(chosenId_);
+    if (row < 0) return {};
+    return {row, std::min(chosenColumn_, ColumnCount() - 1)};
+}
+
 double ClassView::SortKey(const Student& shown, int column) const {
     const StudentRec& student = course_.Students[shown.row];
     if (column == kTotalColumn) return student.Score[0];

@@ -62,6 +62,18 @@ class ClassView {
     void Search(std::string_view text);
     const std::string& SearchText() const { return search_; }
 
+    // A shown cell; row -1 for none.
+    struct Cell {
+        int row = -1;
+        int column = -1;
+    };
+    // Sorting, searching and refreshing move the rows: the chosen cell is kept by its student
+    // before, and found again after.
+    void KeepChoice(Cell chosen);
+    // Where the kept student stands now, in the kept column as far as the columns still reach;
+    // row -1 when nobody was chosen or the student is no longer shown.
+    Cell KeptChoice() const;
+
   private:
     struct Student {
         int row = 0;           // in Students
@@ -81,6 +93,8 @@ class ClassView {
     int sortColumn_ = -1;            // -1: the grid's order
     bool ascending_ = true;
     std::string search_;
+    std::string chosenId_;  // empty: nobody chosen
+    int chosenColumn_ = -1;
 };
 
 }  // namespace tallory

@@ -56,16 +56,6 @@ NameColour NameColourOf(const StudentRec& student);
 // The figure after "Average: ": the total over the number of all sessions, to 2 decimals.
 double StudentAverage(const Course& course, const StudentRec& student);
 
-struct ScrollBar {
-    int minimum = 0;
-    int maximum = 0;
-    int value = 0;
-    int smallChange = 1;
-    int largeChange = 1;
-    bool visible = true;
-    bool enabled = true;
-};
-
 // The keys that move the grid's view.
 enum class GridKey { Left, Right, Up, Down, PageUp, PageDown, Home, End };
 

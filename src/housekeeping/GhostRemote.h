@@ -89,7 +89,7 @@ class GhostRemoteScreen {
     const GhostTable& GhostList() const { return ghostList_; }
     int GhostCount() const { return ghostCount_; }
     const GhostRow& Row(int r) const { return rows_[r]; }
-    const ListScroll& VsScr() const { return vsScr_; }
+    const ScrollBar& VsScr() const { return vsScr_; }
     // CmdSerial, CmdRemote, CmdTotal, CmdAvg, CmdSelect.
     const std::array<GhostHeading, 5>& Headings() const { return headings_; }
     const ControlState& CmdSelectAll() const { return cmdSelectAll_; }
@@ -123,7 +123,7 @@ class GhostRemoteScreen {
     GhostTable ghostList_;
     int ghostCount_ = 0;
     std::array<GhostRow, kListRows> rows_;
-    ListScroll vsScr_;
+    ScrollBar vsScr_ = kListScroll;
     std::array<GhostHeading, 5> headings_;
     ControlState cmdSelectAll_{"Select All"};
     ControlState cmdUnSelectAll_{"Unselect All"};

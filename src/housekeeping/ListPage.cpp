@@ -4,13 +4,13 @@
 
 namespace tallory {
 
-void SetListScroll(ListScroll& scroll, int count) {
+void SetListScroll(ScrollBar& scroll, int count) {
     scroll.maximum = count - kListRows;
     scroll.enabled = count > kListRows;
     if (scroll.enabled) scroll.value = 0;
 }
 
-int PagedValue(const ListScroll& scroll, bool down) {
+int PagedValue(const ScrollBar& scroll, bool down) {
     if (!scroll.enabled) return scroll.value;
     const int moved = scroll.value + (down ? scroll.largeChange : -scroll.largeChange);
     return std::clamp(moved, scroll.minimum, std::max(scroll.minimum, scroll.maximum));

@@ -71,7 +71,7 @@ class UnregisteredStudentsScreen {
 
     int RowCount() const { return rowCount_; }
     const UnregisteredRow& Row(int r) const { return rows_[r]; }
-    const ListScroll& VsScr() const { return vsScr_; }
+    const ScrollBar& VsScr() const { return vsScr_; }
     const ControlState& CmdUnRegisteredClickers() const { return cmdUnRegisteredClickers_; }
     const ControlState& CmdUnRegisteredStudents() const { return cmdUnRegisteredStudents_; }
     bool Closed() const { return closed_; }
@@ -90,7 +90,7 @@ class UnregisteredStudentsScreen {
     const UnregisteredTable& list_;
     int rowCount_ = 0;
     std::array<UnregisteredRow, kListRows> rows_;
-    ListScroll vsScr_;
+    ScrollBar vsScr_ = kListScroll;
     ControlState cmdUnRegisteredClickers_{"Unregistered Polvane(s)"};
     ControlState cmdUnRegisteredStudents_{"Unregistered Student(s)"};
     bool closed_ = false;

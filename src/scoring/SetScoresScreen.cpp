@@ -475,6 +475,26 @@ std::vector<ControlState*> SetScoresScreen::FormControls() {
     return all;
 }
 
+std::span<const std::string_view> SetScoresScreen::HelpCaptions() {
+    static constexpr std::string_view kCaptions[] = {
+        "Set Scores walks through the session one question at a time: Previous and Next move "
+        "between the questions.",
+        "Choosing the Correct Answer fills in the default points of the course settings: every "
+        "choice gets the points for any answer, and the correct one the points for a correct "
+        "answer on top. Points typed for a choice replace them; a smaller number on another "
+        "choice gives partial credit.",
+        "Points Awarded are the session's participation points. A student earns them by answering "
+        "at least the minimum number of questions and earning points on at least one.",
+        "Not to Exceed caps the performance points a student can earn in the session. Untick it "
+        "for no cap.",
+        "Delete This Question? takes the question out of the session's scores. Its answers stay "
+        "in the log, so restoring it brings its points straight back.",
+        "Nothing is stored until Set and Close is pressed; Cancel leaves the session log as it "
+        "was.",
+    };
+    return kCaptions;
+}
+
 void SetScoresScreen::cmdHelpClick() {
     ControlState& help = controls_.PicHelp;
     help.visible = !help.visible;

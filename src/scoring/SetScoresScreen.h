@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,6 +78,9 @@ class SetScoresScreen {
     // The results chart to show in frmViewHistogram; empty when the question has none.
     std::string cmdHistogramClick() const;
     void cmdHelpClick();
+    // The help panel cmdHelp opens: its title and one paragraph per caption.
+    static constexpr const char* kHelpTitle = "Setting scores";
+    static std::span<const std::string_view> HelpCaptions();
     void cmdSetClick();
     void cmdCancelClick();
 

@@ -275,7 +275,26 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     auto* root = new QVBoxLayout(this);
     root->setContentsMargins(14, 12, 14, 12);
     root->setSpacing(8);
+    root->addLayout(BuildSearchBar());
+    BuildTable();
+    root->addWidget(table_, 1);
+    root->addLayout(BuildCommands());
+    ConnectCommands();
+    KeepChoiceThroughResets();
 
+    SizeColumns();
+    ShowCounts();
+    UpdateCommands();
+
+    // As much of the class as the screen holds, frame included.
+    const QScreen* shown = parent ? parent->screen() : QApplication::primaryScreen();
+    const QRect available = shown ? shown->availableGeometry() : QRect(0, 0, 1024, 768);
+    resize(available.width() - 40, available.height() - 60);
+    move(available.center() - rect().center());
+    table_->setFocus();
+}
+
+QLayout* ClassViewWindow::BuildSearchBar() {
     auto* top = new QHBoxLayout;
     auto* searchCaption = new QLabel("Search:", this);
     search_->setObjectName("txtSearch");
@@ -288,8 +307,10 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     top->addWidget(search_);
     top->addStretch(1);
     top->addWidget(counts_);
-    root->addLayout(top);
+    return top;
+}
 
+void ClassViewWindow::BuildTable() {
     table_->setObjectName("tblClass");
     table_->setModel(model_);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -331,8 +352,9 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
                 nameHeader->setSortIndicator(section == ClassView::kNameColumn ? section : -1,
                                              order);
             });
-    root->addWidget(table_, 1);
+}
 
+QLayout* ClassViewWindow::BuildCommands() {
     auto* bottom = new QHBoxLayout;
     openStudent_->setObjectName("cmdOpenStudent");
     openStudent_->setToolTip("The clickers of the chosen student");
@@ -349,8 +371,11 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     bottom->addWidget(openSession_);
     bottom->addStretch(1);
     bottom->addWidget(close);
-    root->addLayout(bottom);
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    return bottom;
+}
 
+void ClassViewWindow::ConnectCommands() {
     connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
         model_->Change([&] { view_.Search(text.toStdString()); });
     });
@@ -358,7 +383,6 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
     connect(table_->Frozen(), &QAbstractItemView::activated, this, &ClassViewWindow::Activated);
     connect(openStudent_, &QPushButton::clicked, this, [this] { OpenStudent(Chosen().row()); });
     connect(openSession_, &QPushButton::clicked, this, [this] { OpenSession(Chosen().column()); });
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
     connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { UpdateCommands(); });
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -374,23 +398,21 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
         table_->setCurrentIndex(model_->index(0, ClassView::kNameColumn));
         table_->setFocus();
     });
+}
 
+void ClassViewWindow::KeepChoiceThroughResets() {
     // Sorting, searching and refreshing all reset the model: the chosen student stays chosen and
     // in sight.
-    auto chosenId = std::make_shared<std::string>();
-    auto chosenColumn = std::make_shared<int>(-1);
-    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [=, this] {
+    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
         const QModelIndex current = Chosen();
-        chosenId->clear();
-        *chosenColumn = current.isValid() ? current.column() : -1;
-        if (current.isValid()) *chosenId = view_.StudentIdAt(current.row());
+        view_.KeepChoice(current.isValid() ? ClassView::Cell{current.row(), current.column()}
+                                           : ClassView::Cell{});
     });
-    connect(model_, &QAbstractItemModel::modelReset, this, [=, this] {
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
         ShowCounts();
-        const int row = chosenId->empty() ? -1 : view_.RowOfId(*chosenId);
-        if (row >= 0) {
-            const int column = std::min(*chosenColumn, view_.ColumnCount() - 1);
-            const QModelIndex index = model_->index(row, column);
+        const ClassView::Cell kept = view_.KeptChoice();
+        if (kept.row >= 0) {
+            const QModelIndex index = model_->index(kept.row, kept.column);
             table_->selectionModel()->setCurrentIndex(
                 index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
             table_->scrollTo(index);
@@ -400,17 +422,6 @@ ClassViewWindow::ClassViewWindow(Course& course, Host& host, ScoreGrid& grid, QW
         }
         UpdateCommands();
     });
-
-    SizeColumns();
-    ShowCounts();
-    UpdateCommands();
-
-    // As much of the class as the screen holds, frame included.
-    const QScreen* shown = parent ? parent->screen() : QApplication::primaryScreen();
-    const QRect available = shown ? shown->availableGeometry() : QRect(0, 0, 1024, 768);
-    resize(available.width() - 40, available.height() - 60);
-    move(available.center() - rect().center());
-    table_->setFocus();
 }
 
 void ClassViewWindow::SizeColumns() {

@@ -8,6 +8,7 @@
 #include "grid/ClassView.h"
 
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -80,6 +81,13 @@ class ClassViewWindow : public QDialog {
     void Refresh();
 
   private:
+    // The window, one part at a time: the search above, the table, the commands below; then
+    // what the commands and the table's resets do.
+    QLayout* BuildSearchBar();
+    void BuildTable();
+    QLayout* BuildCommands();
+    void ConnectCommands();
+    void KeepChoiceThroughResets();
     void Activated(const QModelIndex& index);
     // The current cell when its row is selected; nothing otherwise.
     QModelIndex Chosen() const;

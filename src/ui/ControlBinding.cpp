@@ -93,14 +93,15 @@ void ControlBinding::Bind(QListWidget* list, const ControlState& state,
     });
 }
 
-void ControlBinding::Bind(QScrollBar* bar, const ListScroll& scroll) {
-    painters_.push_back([bar, &scroll] {
+void ControlBinding::Bind(QScrollBar* bar, const ScrollBar& state, int pageStep) {
+    painters_.push_back([bar, &state, pageStep] {
         const QSignalBlocker block(bar);
-        bar->setRange(scroll.minimum, std::max(scroll.minimum, scroll.maximum));
-        bar->setPageStep(scroll.largeChange);
-        bar->setSingleStep(1);
-        bar->setValue(scroll.value);
-        bar->setEnabled(scroll.enabled);
+        bar->setRange(state.minimum, std::max(state.minimum, state.maximum));
+        bar->setSingleStep(state.smallChange);
+        bar->setPageStep(pageStep > 0 ? pageStep : state.largeChange);
+        bar->setValue(state.value);
+        bar->setVisible(state.visible);
+        bar->setEnabled(state.enabled);
     });
 }
 

@@ -35,8 +35,9 @@ class ControlBinding {
     // they differ from the ones shown; then the selected row, visible, enabled.
     void Bind(QComboBox* list, const ControlState& state, const std::vector<std::string>& rows);
     void Bind(QListWidget* list, const ControlState& state, const std::vector<std::string>& rows);
-    // The scroll bar beside a list page: range, page, value, enabled.
-    void Bind(QScrollBar* bar, const ListScroll& scroll);
+    // Range, steps, value, visible, enabled. `pageStep` replaces the large change for a bar whose
+    // trough pages by what the window shows rather than by what the logic's keys move.
+    void Bind(QScrollBar* bar, const ScrollBar& state, int pageStep = 0);
     // Visible and enabled of any other widget.
     void Bind(QWidget* widget, const ControlState& state);
 

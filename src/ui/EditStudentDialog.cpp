@@ -53,6 +53,24 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     SetTypeSize(label4_, 11.25, true);
     root->addWidget(label4_);
 
+    root->addWidget(BuildStudentCard());
+
+    root->addWidget(Caption(this, "Registered Clickers"));
+    root->addLayout(BuildClickerList());
+
+    root->addWidget(Caption(this, "Add New Clicker"));
+    root->addLayout(BuildNewClicker());
+    root->addLayout(BuildCommands());
+    for (QPushButton* button : {cmdSave_, cmdAdd_, cmdRemove_, cmdCancel_})
+        button->setAutoDefault(false);
+
+    ConnectCommands();
+    BindControls();
+    screen_.onChanged = [this] { Repaint(); };
+    Repaint();
+}
+
+QWidget* EditStudentDialog::BuildStudentCard() {
     auto* card = new QFrame(this);
     card->setObjectName("studentCard");
     auto* facts = new QGridLayout(card);
@@ -68,9 +86,10 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     facts->addWidget(Caption(card, "Name"), 1, 0);
     facts->addWidget(lblLastName_, 1, 1);
     facts->setColumnStretch(1, 1);
-    root->addWidget(card);
+    return card;
+}
 
-    root->addWidget(Caption(this, "Registered Clickers"));
+QLayout* EditStudentDialog::BuildClickerList() {
     auto* listRow = new QHBoxLayout;
     cmbClickList_ = new QComboBox(this);
     cmbClickList_->setObjectName("cmbClickList");
@@ -78,9 +97,10 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     cmdSave_->setObjectName("cmdSave");
     listRow->addWidget(cmbClickList_, 1);
     listRow->addWidget(cmdSave_);
-    root->addLayout(listRow);
+    return listRow;
+}
 
-    root->addWidget(Caption(this, "Add New Clicker"));
+QLayout* EditStudentDialog::BuildNewClicker() {
     auto* addRow = new QHBoxLayout;
     txtNewClickerId_ = new QLineEdit(this);
     txtNewClickerId_->setObjectName("TxtNewClickerId");
@@ -90,8 +110,10 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     cmdAdd_->setObjectName("CmdAdd");
     addRow->addWidget(txtNewClickerId_, 1);
     addRow->addWidget(cmdAdd_);
-    root->addLayout(addRow);
+    return addRow;
+}
 
+QLayout* EditStudentDialog::BuildCommands() {
     auto* buttons = new QHBoxLayout;
     cmdRemove_ = new QPushButton(this);
     cmdRemove_->setObjectName("cmdRemove");
@@ -100,10 +122,10 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
     buttons->addWidget(cmdRemove_);
     buttons->addStretch(1);
     buttons->addWidget(cmdCancel_);
-    root->addLayout(buttons);
-    for (QPushButton* button : {cmdSave_, cmdAdd_, cmdRemove_, cmdCancel_})
-        button->setAutoDefault(false);
+    return buttons;
+}
 
+void EditStudentDialog::ConnectCommands() {
     connect(cmbClickList_, &QComboBox::currentIndexChanged, this, [this](int index) {
         screen_.cmbClickListClick(index);
         Repaint();
@@ -119,9 +141,6 @@ EditStudentDialog::EditStudentDialog(EditStudentScreen& screen, Host& host, QWid
         });
     }
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { Cancel(); });
-    BindControls();
-    screen_.onChanged = [this] { Repaint(); };
-    Repaint();
 }
 
 void EditStudentDialog::BindControls() {

@@ -8,6 +8,7 @@
 
 class QComboBox;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -29,6 +30,13 @@ class EditStudentDialog : public QDialog {
     void reject() override;
 
   private:
+    // The window, one part at a time: the student's card, the clicker list, the new clicker, the
+    // buttons; what they do.
+    QWidget* BuildStudentCard();
+    QLayout* BuildClickerList();
+    QLayout* BuildNewClicker();
+    QLayout* BuildCommands();
+    void ConnectCommands();
     // cmdCancel: closes and drops the edit.
     void Cancel();
     void Run(void (EditStudentScreen::*handler)());

@@ -37,6 +37,16 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
     root->addWidget(
         MakeHelp(this, FilterGhostRemoteScreen::kCaption, FilterGhostRemoteScreen::kHelpText));
 
+    root->addLayout(BuildSearchBoxes());
+    root->addLayout(BuildCommands());
+
+    ConnectCommands();
+    setMinimumWidth(460);
+    BindControls();
+    binding_.Paint();
+}
+
+QLayout* FilterGhostRemoteDialog::BuildSearchBoxes() {
     const char* names[kSearchBoxes] = {"TxtAvgEqual", "txtAvgGrater",         "TxtAvgLess",
                                        "txtTotal",    "txtTotalGrater",       "txtTotalLess",
                                        "TxtRemoteId", "TxtRemoteIdContaining"};
@@ -72,8 +82,10 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
     form->addWidget(box(SearchBox::txtAvgGrater), row, 1);
     form->addWidget(Caption(this, "and"), row, 2);
     form->addWidget(box(SearchBox::TxtAvgLess), row++, 3);
-    root->addLayout(form);
+    return form;
+}
 
+QLayout* FilterGhostRemoteDialog::BuildCommands() {
     auto* buttons = new QHBoxLayout;
     lvButtons_H1_ = MakeButton(this, "lvButtons_H1");
     lvButtons_H1_->setText("Clear Above Filter(s)");
@@ -82,8 +94,10 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
     buttons->addWidget(lvButtons_H1_);
     buttons->addStretch(1);
     buttons->addWidget(cmdSelect_);
-    root->addLayout(buttons);
+    return buttons;
+}
 
+void FilterGhostRemoteDialog::ConnectCommands() {
     connect(cmdSelect_, &QPushButton::clicked, this, [this] {
         // A box that holds no number ends the program with the run-time error.
         RunGuarded(host_, [&] { screen_.CmdSelectClick(); });
@@ -93,9 +107,6 @@ FilterGhostRemoteDialog::FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen
         screen_.lvButtons_H1Click();
         binding_.Paint();
     });
-    setMinimumWidth(460);
-    BindControls();
-    binding_.Paint();
 }
 
 void FilterGhostRemoteDialog::BindControls() {

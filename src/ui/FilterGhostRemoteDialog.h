@@ -6,6 +6,7 @@
 #include "housekeeping/FilterGhostRemote.h"
 #include "ui/ControlBinding.h"
 
+class QLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -18,6 +19,11 @@ class FilterGhostRemoteDialog : public QDialog {
     FilterGhostRemoteDialog(FilterGhostRemoteScreen& screen, Host& host, QWidget* parent = nullptr);
 
   private:
+    // The window, one part at a time: the search boxes in their form; the buttons below; what they
+    // do.
+    QLayout* BuildSearchBoxes();
+    QLayout* BuildCommands();
+    void ConnectCommands();
     void BindControls();
 
     FilterGhostRemoteScreen& screen_;

@@ -31,6 +31,16 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
     root->addLayout(MakeTabRow(this, cmdUnRegisteredClickers_, cmdUnRegisteredStudents_));
     root->addWidget(MakeHelp(this, GhostRemoteScreen::kHelpTitle, GhostRemoteScreen::HelpText()));
 
+    root->addWidget(BuildList(), 1);
+    root->addLayout(BuildCommands());
+
+    ConnectCommands();
+    resize(620, 510);
+    BindControls();
+    binding_.Paint();
+}
+
+QWidget* GhostRemoteDialog::BuildList() {
     auto* panel = new QFrame(this);
     panel->setObjectName("listPanel");
     auto* list = new QGridLayout(panel);
@@ -78,8 +88,10 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
     list->setColumnStretch(2, 2);
     list->setColumnStretch(3, 2);
     list->setColumnStretch(4, 1);
-    root->addWidget(panel, 1);
+    return panel;
+}
 
+QLayout* GhostRemoteDialog::BuildCommands() {
     auto* buttons = new QHBoxLayout;
     cmdSelectAll_ = MakeButton(this, "CmdSelectAll");
     cmdUnSelectAll_ = MakeButton(this, "CmdUnSelectAll");
@@ -90,8 +102,10 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
         buttons->addWidget(button);
     buttons->addStretch(1);
     buttons->addWidget(cmdDelete_);
-    root->addLayout(buttons);
+    return buttons;
+}
 
+void GhostRemoteDialog::ConnectCommands() {
     connect(cmdSelectAll_, &QPushButton::clicked, this,
             [this] { Run([&] { screen_.CmdSelectAllClick(); }); });
     connect(cmdUnSelectAll_, &QPushButton::clicked, this,
@@ -108,9 +122,6 @@ GhostRemoteDialog::GhostRemoteDialog(GhostRemoteScreen& screen, Host& host,
         hidden_ = true;
         hide();
     };
-    resize(620, 510);
-    BindControls();
-    binding_.Paint();
 }
 
 void GhostRemoteDialog::BindControls() {

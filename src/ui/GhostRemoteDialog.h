@@ -8,6 +8,7 @@
 #include "ui/ControlBinding.h"
 
 class QCheckBox;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 class QScrollBar;
@@ -30,6 +31,11 @@ class GhostRemoteDialog : public QDialog {
     void reject() override;
 
   private:
+    // The window, one part at a time: the list with its headings, rows and scroll bar; the buttons
+    // below it; what they do.
+    QWidget* BuildList();
+    QLayout* BuildCommands();
+    void ConnectCommands();
     struct RowWidgets {
         QLineEdit* serial;
         QLineEdit* remote;

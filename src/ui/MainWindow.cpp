@@ -95,6 +95,13 @@ constexpr double kSmallestRatio = 0.3;
 // Students one notch of the mouse wheel moves.
 constexpr int kStudentsPerNotch = 3;
 
+// The grid's columns: name, four sessions, total, average, the student scroll bar; its rows: the
+// headings, six students, then each session column's commands and the session scroll bar.
+constexpr int kTotalColumn = 1 + kGridColumns;
+constexpr int kAverageColumn = kTotalColumn + 1;
+constexpr int kScrollColumn = kAverageColumn + 1;
+constexpr int kCommandRow = kLabelsPerColumn;
+
 void SetProperty(QWidget* widget, const char* name, const QVariant& value) {
     if (widget->property(name) == value) return;
     widget->setProperty(name, value);
@@ -270,11 +277,23 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
     layout->setContentsMargins(14, 10, 10, 12);
     layout->setHorizontalSpacing(0);
     layout->setVerticalSpacing(0);
+    CellGroup captions = BuildGridCaptions(layout);
+    BuildSessionCells(layout);
+    BuildStudentRows(layout);
+    BuildColumnCommands(layout);
+    BuildGridScrollBars(layout);
 
-    // Columns: name, four sessions, total, average, the student scroll bar.
-    const int totalColumn = 1 + kGridColumns;
-    const int averageColumn = totalColumn + 1;
-    const int scrollColumn = averageColumn + 1;
+    // Shares of the width by the length of what each column shows: "Average: 12.34" is the
+    // longest text of a row, a date the longest of a session.
+    layout->setColumnStretch(0, 24);
+    for (int c = 1; c <= kGridColumns; ++c) layout->setColumnStretch(c, 16);
+    layout->setColumnStretch(kTotalColumn, 9);
+    layout->setColumnStretch(kAverageColumn, 24);
+    root->addWidget(gridFrame_, 1);
+    GroupCells(std::move(captions));
+}
+
+MainWindow::CellGroup MainWindow::BuildGridCaptions(QGridLayout* layout) {
     CellGroup captions{{}, kSmallPoints};
     auto caption = [&](const QString& text, int column, Qt::Alignment alignment) {
         QLabel* label = MakeLabel(gridFrame_, "caption", QString(), alignment);
@@ -284,9 +303,12 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         captions.cells.push_back(label);
     };
     caption("Student", 0, Qt::AlignLeft | Qt::AlignVCenter);
-    caption("Total", totalColumn, Qt::AlignCenter);
-    caption("Average", averageColumn, Qt::AlignCenter);
+    caption("Total", kTotalColumn, Qt::AlignCenter);
+    caption("Average", kAverageColumn, Qt::AlignCenter);
+    return captions;
+}
 
+void MainWindow::BuildSessionCells(QGridLayout* layout) {
     for (int index = 0; index < kSessionLabels; ++index) {
         const int column = index / kLabelsPerColumn;
         const int row = index % kLabelsPerColumn;
@@ -300,6 +322,9 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         layout->addWidget(label, row, 1 + column);
         lblSession_[index] = label;
     }
+}
+
+void MainWindow::BuildStudentRows(QGridLayout* layout) {
     for (int r = 1; r <= kGridRows; ++r) {
         lblStudentName_[r] = new CommandLabel(gridFrame_);
         lblStudentName_[r]->setObjectName(QString("lblStudentName%1").arg(r));
@@ -313,12 +338,13 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
         Scale(lblTotal_[r], kCellPoints, true);
         Scale(lblAverage_[r], kTextPoints);
         layout->addWidget(lblStudentName_[r], r, 0);
-        layout->addWidget(lblTotal_[r], r, totalColumn);
-        layout->addWidget(lblAverage_[r], r, averageColumn);
+        layout->addWidget(lblTotal_[r], r, kTotalColumn);
+        layout->addWidget(lblAverage_[r], r, kAverageColumn);
         layout->setRowStretch(r, 1);
     }
+}
 
-    const int commandRow = kLabelsPerColumn;
+void MainWindow::BuildColumnCommands(QGridLayout* layout) {
     for (int c = 0; c < kGridColumns; ++c) {
         auto* commands = new QVBoxLayout;
         commands->setContentsMargins(6, 8, 6, 0);
@@ -336,9 +362,11 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
                 [this, c](bool checked) { Guarded([&] { grid_.ExportChanged(c, checked); }); });
         commands->addWidget(cmdEdit_[c]);
         commands->addWidget(chkExport_[c], 0, Qt::AlignHCenter);
-        layout->addLayout(commands, commandRow, 1 + c);
+        layout->addLayout(commands, kCommandRow, 1 + c);
     }
+}
 
+void MainWindow::BuildGridScrollBars(QGridLayout* layout) {
     hscrlSession_ = new QScrollBar(Qt::Horizontal, gridFrame_);
     hscrlSession_->setObjectName("hscrlSession");
     KeepPlaceWhenHidden(hscrlSession_);
@@ -347,23 +375,17 @@ void MainWindow::BuildGrid(QVBoxLayout* root) {
     auto* barRow = new QHBoxLayout;
     barRow->setContentsMargins(6, 10, 6, 0);
     barRow->addWidget(hscrlSession_);
-    layout->addLayout(barRow, commandRow + 1, 1, 1, kGridColumns);
+    layout->addLayout(barRow, kCommandRow + 1, 1, 1, kGridColumns);
 
     vscrlStudent_ = new QScrollBar(Qt::Vertical, gridFrame_);
     vscrlStudent_->setObjectName("vscrlStudent");
     KeepPlaceWhenHidden(vscrlStudent_);
     connect(vscrlStudent_, &QScrollBar::valueChanged, this,
             [this](int value) { Guarded([&] { grid_.StudentScrollChanged(value); }); });
-    layout->addWidget(vscrlStudent_, 1, scrollColumn, kGridRows, 1);
+    layout->addWidget(vscrlStudent_, 1, kScrollColumn, kGridRows, 1);
+}
 
-    // Shares of the width by the length of what each column shows: "Average: 12.34" is the
-    // longest text of a row, a date the longest of a session.
-    layout->setColumnStretch(0, 24);
-    for (int c = 1; c <= kGridColumns; ++c) layout->setColumnStretch(c, 16);
-    layout->setColumnStretch(totalColumn, 9);
-    layout->setColumnStretch(averageColumn, 24);
-    root->addWidget(gridFrame_, 1);
-
+void MainWindow::GroupCells(CellGroup captions) {
     // Each kind of label keeps one size of type across the grid, the size its widest text allows.
     CellGroup headings{{}, kTextPoints}, cells{{}, kCellPoints}, names{{}, kCellPoints},
         totals{{}, kCellPoints}, averages{{}, kTextPoints};
@@ -816,6 +838,9 @@ void MainWindow::BindControls() {
     binding_.Bind(cmdHelp_, view.cmdHelp, true);
     binding_.Bind(cmdExit_, view.CmdExit);
     binding_.Bind(picHelp_, view.PicHelp);
+    binding_.Bind(hscrlSession_, view.sessionScroll);
+    // The students' bar pages by the rows the grid shows.
+    binding_.Bind(vscrlStudent_, view.studentScroll, kGridRows);
     // The help's paragraphs keep their own text: the state holds whether they show and act.
     for (QLabel* caption : lblHelpCaption_)
         binding_.Bind(static_cast<QWidget*>(caption), view.LblHelpCaption);
@@ -860,17 +885,6 @@ void MainWindow::Repaint() {
         label->setToolTip(QString::fromStdString(hover.tip));
         if (index % kLabelsPerColumn != 0)
             SetProperty(label, "absent", !hover.tip.empty() ? "true" : "false");
-    }
-    for (auto [bar, state] : {std::pair{hscrlSession_, &view.sessionScroll},
-                              std::pair{vscrlStudent_, &view.studentScroll}}) {
-        const QSignalBlocker block(bar);
-        bar->setRange(state->minimum, state->maximum);
-        bar->setSingleStep(state->smallChange);
-        // The students' bar pages by the rows the grid shows.
-        bar->setPageStep(bar == vscrlStudent_ ? kGridRows : state->largeChange);
-        bar->setValue(state->value);
-        bar->setVisible(state->visible);
-        bar->setEnabled(state->enabled);
     }
     PaintKeyboardCommands();
     // Under the help only its ways out are usable: the Edit menu waits too.

@@ -17,6 +17,7 @@
 class QCheckBox;
 class QComboBox;
 class QFrame;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QScrollArea;
@@ -67,7 +68,16 @@ class MainWindow : public QWidget {
 
     void BuildEditMenu(QVBoxLayout* root);
     void BuildHeader(QVBoxLayout* root);
+    // The grid, one part at a time: the captions, the session cells with their headings, the
+    // student rows, each session column's commands, the scroll bars; then the kinds of cell that
+    // share a size of type.
     void BuildGrid(QVBoxLayout* root);
+    CellGroup BuildGridCaptions(QGridLayout* layout);
+    void BuildSessionCells(QGridLayout* layout);
+    void BuildStudentRows(QGridLayout* layout);
+    void BuildColumnCommands(QGridLayout* layout);
+    void BuildGridScrollBars(QGridLayout* layout);
+    void GroupCells(CellGroup captions);
     void BuildFooter(QVBoxLayout* root);
     void BuildHelp();
     CommandLabel* MakeLink(const QString& text, const char* name);

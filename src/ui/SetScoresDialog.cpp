@@ -63,23 +63,6 @@ struct Spacing {
 constexpr Spacing kOrdinarySpacing{{18, 14, 18, 14}, 10, {940, 600}};
 constexpr Spacing kLargeFontSpacing{{10, 8, 10, 8}, 6, {800, 580}};
 
-// The help panel, one paragraph per caption.
-constexpr const char* kHelpCaptions[] = {
-    "Set Scores walks through the session one question at a time: Previous and Next move between "
-    "the questions.",
-    "Choosing the Correct Answer fills in the default points of the course settings: every choice "
-    "gets the points for any answer, and the correct one the points for a correct answer on top. "
-    "Points typed for a choice replace them; a smaller number on another choice gives partial "
-    "credit.",
-    "Points Awarded are the session's participation points. A student earns them by answering at "
-    "least the minimum number of questions and earning points on at least one.",
-    "Not to Exceed caps the performance points a student can earn in the session. Untick it for "
-    "no cap.",
-    "Delete This Question? takes the question out of the session's scores. Its answers stay in "
-    "the log, so restoring it brings its points straight back.",
-    "Nothing is stored until Set and Close is pressed; Cancel leaves the session log as it was.",
-};
-
 QString Shown(const std::string& bytes) {
     return DisplayString(bytes);
 }
@@ -194,7 +177,23 @@ QWidget* SetScoresDialog::BuildQuestion() {
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(16, 12, 16, 12);
     layout->setSpacing(8);
+    layout->addLayout(BuildNavigation(panel));
+    layout->addLayout(BuildQuestionForm(panel));
+    layout->addLayout(BuildChoices(panel));
+    layout->addLayout(BuildDeletion(panel));
+    layout->addLayout(BuildPictures(panel));
 
+    Image1_ = new QLabel(panel);
+    Image1_->setObjectName("Image1");
+    Image1_->setAlignment(Qt::AlignCenter);
+    Image1_->setMinimumHeight(120);
+    Image1_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    layout->addWidget(Image1_, 1);
+    layout->addStretch(0);
+    return panel;
+}
+
+QLayout* SetScoresDialog::BuildNavigation(QWidget* panel) {
     auto* navigation = new QHBoxLayout;
     lblCurQuestionNo_ = MakeValue("lblCurQuestionNo");
     lblTotQuestions_ = MakeValue("lblTotQuestions");
@@ -220,8 +219,10 @@ QWidget* SetScoresDialog::BuildQuestion() {
             [this] { Command([this] { screen_.lblPreviousClick(); }); });
     connect(lblNext_, &CommandLabel::clicked, this,
             [this] { Command([this] { screen_.lblNextClick(); }); });
-    layout->addLayout(navigation);
+    return navigation;
+}
 
+QLayout* SetScoresDialog::BuildQuestionForm(QWidget* panel) {
     auto* form = new QGridLayout;
     form->setHorizontalSpacing(10);
     form->setVerticalSpacing(8);
@@ -251,8 +252,10 @@ QWidget* SetScoresDialog::BuildQuestion() {
     form->addWidget(MakeCaption(panel, "Correct Answer :"), 1, 0);
     form->addLayout(answerRow, 1, 1, 1, 2);
     form->setColumnStretch(1, 1);
-    layout->addLayout(form);
+    return form;
+}
 
+QLayout* SetScoresDialog::BuildChoices(QWidget* panel) {
     auto* choices = new QGridLayout;
     choices->setHorizontalSpacing(8);
     choices->setVerticalSpacing(6);
@@ -279,8 +282,10 @@ QWidget* SetScoresDialog::BuildQuestion() {
         choices->addWidget(lblPer_[i], 3, i + 1);
         choices->setColumnStretch(i + 1, 1);
     }
-    layout->addLayout(choices);
+    return choices;
+}
 
+QLayout* SetScoresDialog::BuildDeletion(QWidget* panel) {
     auto* deletion = new QHBoxLayout;
     deletion->addWidget(MakeCaption(panel, "Delete This Question?"));
     OptYes_ = new QRadioButton("Yes", panel);
@@ -297,8 +302,10 @@ QWidget* SetScoresDialog::BuildQuestion() {
     deletion->addWidget(OptYes_);
     deletion->addWidget(OptNo_);
     deletion->addStretch(1);
-    layout->addLayout(deletion);
+    return deletion;
+}
 
+QLayout* SetScoresDialog::BuildPictures(QWidget* panel) {
     auto* pictures = new QHBoxLayout;
     cmdViewScreenShot_ = new QPushButton(panel);
     cmdViewScreenShot_->setObjectName("cmdViewScreenShot");
@@ -311,16 +318,7 @@ QWidget* SetScoresDialog::BuildQuestion() {
     pictures->addWidget(cmdViewScreenShot_);
     pictures->addWidget(cmdHistogram_);
     pictures->addStretch(1);
-    layout->addLayout(pictures);
-
-    Image1_ = new QLabel(panel);
-    Image1_->setObjectName("Image1");
-    Image1_->setAlignment(Qt::AlignCenter);
-    Image1_->setMinimumHeight(120);
-    Image1_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    layout->addWidget(Image1_, 1);
-    layout->addStretch(0);
-    return panel;
+    return pictures;
 }
 
 QWidget* SetScoresDialog::BuildSession() {
@@ -421,7 +419,7 @@ void SetScoresDialog::BuildHelp() {
     auto* layout = new QVBoxLayout(PicHelp_);
     layout->setContentsMargins(20, 16, 20, 16);
     layout->setSpacing(10);
-    auto* title = new QLabel("Setting scores", PicHelp_);
+    auto* title = new QLabel(QString::fromUtf8(SetScoresScreen::kHelpTitle), PicHelp_);
     title->setObjectName("LblHelpTitle");
     QFont bold = title->font();
     bold.setBold(true);
@@ -429,8 +427,8 @@ void SetScoresDialog::BuildHelp() {
     title->setFont(bold);
     layout->addWidget(title);
     int index = 0;
-    for (const char* caption : kHelpCaptions) {
-        auto* label = new QLabel(caption, PicHelp_);
+    for (std::string_view caption : SetScoresScreen::HelpCaptions()) {
+        auto* label = new QLabel(QString::fromUtf8(caption.data(), caption.size()), PicHelp_);
         label->setObjectName(QString("LblHelpCaption%1").arg(index++));
         label->setWordWrap(true);
         layout->addWidget(label);

@@ -14,6 +14,7 @@ class QCheckBox;
 class QComboBox;
 class QFrame;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -51,7 +52,13 @@ class SetScoresDialog : public QDialog {
     };
 
     QWidget* BuildHeader();
+    // The question panel, one row of it at a time.
     QWidget* BuildQuestion();
+    QLayout* BuildNavigation(QWidget* panel);
+    QLayout* BuildQuestionForm(QWidget* panel);
+    QLayout* BuildChoices(QWidget* panel);
+    QLayout* BuildDeletion(QWidget* panel);
+    QLayout* BuildPictures(QWidget* panel);
     QWidget* BuildSession();
     QWidget* BuildButtons();
     void BuildHelp();

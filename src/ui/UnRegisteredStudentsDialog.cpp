@@ -29,6 +29,19 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
     root->addWidget(MakeHelp(this, UnregisteredStudentsScreen::kHelpTitle,
                              UnregisteredStudentsScreen::HelpText()));
 
+    root->addWidget(BuildList(), 1);
+    root->addLayout(BuildExports());
+
+    connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this,
+            [this] { Run([&] { screen_.CmdUnRegisteredClickersClick(); }); });
+    // The current tab: pressing it keeps the list as it is.
+    connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { binding_.Paint(); });
+    resize(640, 480);
+    BindControls();
+    binding_.Paint();
+}
+
+QWidget* UnRegisteredStudentsDialog::BuildList() {
     auto* panel = new QFrame(this);
     panel->setObjectName("listPanel");
     auto* list = new QGridLayout(panel);
@@ -67,8 +80,10 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
     list->setColumnStretch(1, 3);
     list->setColumnStretch(2, 3);
     list->setColumnStretch(3, 3);
-    root->addWidget(panel, 1);
+    return panel;
+}
 
+QLayout* UnRegisteredStudentsDialog::BuildExports() {
     auto* buttons = new QHBoxLayout;
     const struct {
         const char* name;
@@ -91,15 +106,7 @@ UnRegisteredStudentsDialog::UnRegisteredStudentsDialog(UnregisteredStudentsScree
         buttons->addWidget(button);
     }
     buttons->addStretch(1);
-    root->addLayout(buttons);
-
-    connect(cmdUnRegisteredClickers_, &QPushButton::clicked, this,
-            [this] { Run([&] { screen_.CmdUnRegisteredClickersClick(); }); });
-    // The current tab: pressing it keeps the list as it is.
-    connect(cmdUnRegisteredStudents_, &QPushButton::clicked, this, [this] { binding_.Paint(); });
-    resize(640, 480);
-    BindControls();
-    binding_.Paint();
+    return buttons;
 }
 
 void UnRegisteredStudentsDialog::BindControls() {

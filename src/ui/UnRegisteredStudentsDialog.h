@@ -7,6 +7,7 @@
 #include "housekeeping/UnregisteredStudents.h"
 #include "ui/ControlBinding.h"
 
+class QLayout;
 class QLineEdit;
 class QPushButton;
 class QScrollBar;
@@ -21,6 +22,10 @@ class UnRegisteredStudentsDialog : public QDialog {
                                QWidget* parent = nullptr);
 
   private:
+    // The window, one part at a time: the list with its headings, rows and scroll bar; the export
+    // buttons below it.
+    QWidget* BuildList();
+    QLayout* BuildExports();
     struct RowWidgets {
         QLineEdit* serial;
         QLineEdit* last;

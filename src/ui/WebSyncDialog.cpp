@@ -49,6 +49,16 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     root->addWidget(wNote_);
     root->addWidget(wWhich_);
 
+    root->addLayout(BuildLists(), 1);
+    root->addLayout(BuildCommands());
+
+    ConnectCommands();
+    BindControls();
+    screen_.onChanged = [this] { binding_.Paint(); };
+    binding_.Paint();
+}
+
+QLayout* WebSyncDialog::BuildLists() {
     auto* lists = new QHBoxLayout;
     lists->setSpacing(14);
     auto column = [&](QLabel*& label, QListWidget*& list, const char* labelName,
@@ -72,8 +82,10 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     };
     column(wWebListLabel_, wWebList_, "wWebListLabel", "wWebList");
     column(wListLabel_, wList_, "wListLabel", "wList");
-    root->addLayout(lists, 1);
+    return lists;
+}
 
+QLayout* WebSyncDialog::BuildCommands() {
     auto* buttons = new QHBoxLayout;
     wAccept_ = new QPushButton(this);
     wAccept_->setObjectName("wAccept");
@@ -92,8 +104,10 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     buttons->addStretch(1);
     buttons->addWidget(wSync_);
     buttons->addWidget(wCancel_);
-    root->addLayout(buttons);
+    return buttons;
+}
 
+void WebSyncDialog::ConnectCommands() {
     connect(wSync_, &QPushButton::clicked, this, [this] { Run(&WebSyncScreen::wSyncClick); });
     connect(wAccept_, &QPushButton::clicked, this, [this] { Run(&WebSyncScreen::wAcceptClick); });
     connect(wIgnore_, &QPushButton::clicked, this, [this] { Run(&WebSyncScreen::wIgnoreClick); });
@@ -101,10 +115,6 @@ WebSyncDialog::WebSyncDialog(WebSyncScreen& screen, Host& host, QWidget* parent)
     connect(wList_, &QListWidget::currentRowChanged, this,
             [this](int row) { screen_.wListSelect(row); });
     connect(wWebList_, &QListWidget::itemClicked, this, [this] { wList_->setFocus(); });
-
-    BindControls();
-    screen_.onChanged = [this] { binding_.Paint(); };
-    binding_.Paint();
 }
 
 WebSyncDialog::~WebSyncDialog() {

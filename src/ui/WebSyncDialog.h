@@ -6,6 +6,7 @@
 #include "web/WebSyncScreen.h"
 
 class QLabel;
+class QLayout;
 class QListWidget;
 class QPushButton;
 
@@ -27,6 +28,11 @@ class WebSyncDialog : public QDialog {
     void reject() override;
 
   private:
+    // The window, one part at a time: the web and roster lists side by side, the buttons; what they
+    // do.
+    QLayout* BuildLists();
+    QLayout* BuildCommands();
+    void ConnectCommands();
     void Run(void (WebSyncScreen::*handler)());
     void BindControls();
 

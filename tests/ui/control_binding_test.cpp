@@ -69,7 +69,7 @@ TEST(ControlBinding, TicksAndScrollBarsPaintWithoutSignals) {
     auto* tick = new QCheckBox(&window);
     auto* bar = new QScrollBar(&window);
     ControlState tickState;
-    ListScroll scroll;
+    ScrollBar scroll;
     ControlBinding binding;
     binding.Bind(tick, tickState);
     binding.Bind(bar, scroll);

@@ -36,19 +36,14 @@ int RunClickers(Context& context, const SearchBoxes& boxes) {
     return 0;
 }
 
-void AddClickersCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareClickersCommand(CLI::App& command, Context& context) {
     auto boxes = std::make_shared<SearchBoxes>();
-    CLI::App& command =
-        AddCommand(app, context, "clickers",
-                   "the clickers that voted but belong to no student; the search options tick rows",
-                   [&context, boxes] { return RunClickers(context, *boxes); });
     AddByNameOption(command, context);
     AddSearchOptions(command, *boxes);
+    return [&context, boxes] { return RunClickers(context, *boxes); };
 }
-
-const CommandRegistration kRegistered("clickers", AddClickersCommand);
-
-}  // namespace
 
 bool SearchBoxes::Any() const {
     for (const auto& text : texts)
@@ -69,9 +64,7 @@ void AddSearchOptions(CLI::App& command, SearchBoxes& boxes) {
 }
 
 OpenedClickers::OpenedClickers(Context& context)
-    : screen(context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId),
-      ghosts(context.course, context.host, screen, students) {
-    LoadCourse(context.course, context.host, screen, ReadOnlyLoad());
+    : ghosts(context.course, context.host, context.grid, students) {
     BuildUnregisteredList(context.course, students);
     ghosts.Load();
 }

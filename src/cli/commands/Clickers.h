@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "housekeeping/FilterGhostRemote.h"
 #include "housekeeping/GhostRemote.h"
 #include "housekeeping/UnregisteredStudents.h"
@@ -22,12 +22,11 @@ struct SearchBoxes {
 // --remote-containing.
 void AddSearchOptions(CLI::App& command, SearchBoxes& boxes);
 
-// The clicker list as CmdViewAll opens it on the loaded course: the unregistered students' list
-// built, frmGhostRemote loaded.
+// The clicker list as CmdViewAll opens it on the loaded course (Needs::Course): the unregistered
+// students' list built, frmGhostRemote loaded.
 struct OpenedClickers {
     explicit OpenedClickers(Context& context);
 
-    HeadlessScreen screen;
     UnregisteredTable students;
     GhostRemoteScreen ghosts;
 };

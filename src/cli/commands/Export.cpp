@@ -3,7 +3,7 @@
 // Selected, in the format the course opened with.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Text.h"
 #include "export/Export.h"
 
@@ -20,7 +20,7 @@ struct ExportOptions {
 };
 
 int RunExportCommand(Context& context, const ExportOptions& options) {
-    const LoadedCourse loaded = LoadCourseReadOnly(context);
+    const LoadedCourse& loaded = context.loaded;
     // The ticks above the session columns: every session of the list, none without it.
     if (!options.sessions.empty()) {
         size_t start = 0;
@@ -51,11 +51,10 @@ int RunExportCommand(Context& context, const ExportOptions& options) {
     return 0;
 }
 
-void AddExportCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareExportCommand(CLI::App& command, Context& context) {
     auto options = std::make_shared<ExportOptions>();
-    CLI::App& command =
-        AddCommand(app, context, "export", "export grades for the course's management system",
-                   [&context, options] { return RunExportCommand(context, *options); });
     command.add_option("WHICH", options->which, "all: every session; selected: the --sessions")
         ->required()
         ->check(CLI::IsMember({"all", "selected"}))
@@ -76,10 +75,7 @@ void AddExportCommand(CLI::App& app, Context& context) {
         ->type_name("blank|zero");
     AddOptionDialogOptions(command, context);
     AddByNameOption(command, context);
+    return [&context, options] { return RunExportCommand(context, *options); };
 }
-
-const CommandRegistration kRegistered("export", AddExportCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

@@ -8,19 +8,15 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
+#include "grid/ScoreGrid.h"
 #include "registration/Roster.h"
 
 namespace tallory::cli {
 
 namespace {
-
-// The grid's "Average:" figure: the total over all sessions, attended or not.
-double GridAverage(const Course& course, const StudentRec& student) {
-    return course.NumSessions < 1 ? 0 : Round(student.Score[0] / course.NumSessions, 2);
-}
 
 std::string GridText(const Course& course, const LoadedCourse& loaded) {
     std::ostringstream out;
@@ -28,7 +24,7 @@ std::string GridText(const Course& course, const LoadedCourse& loaded) {
     std::string header = "Student" + Padding(24, 7) + "Total   Average  ";
     out << header;
     for (int s = 1; s <= course.NumSessions; ++s) {
-        std::string label = Left(Trim(SessionLabel(course, s)), 12);
+        std::string label = SessionHeading(course, s);
         out << DisplayText(label) << Padding(14, label.size());
     }
     out << "\n";
@@ -41,11 +37,11 @@ std::string GridText(const Course& course, const LoadedCourse& loaded) {
         if (!last.empty() && last != name) name += " " + last + (first.empty() ? "" : ", " + first);
         name = Left(name, 30);
         std::string total = NumberText(student.Score[0]);
-        std::string average = NumberText(GridAverage(course, student));
+        std::string average = NumberText(StudentAverage(course, student));
         out << DisplayText(name) << Padding(31, name.size()) << total << Padding(8, total.size())
             << average << Padding(9, average.size());
         for (int s = 1; s <= course.NumSessions; ++s) {
-            std::string cell = student.Present[s] ? NumberText(student.Score[s]) : "Ab";
+            std::string cell = SessionCellText(student, s);
             out << cell << Padding(14, cell.size());
         }
         out << "\n";
@@ -134,7 +130,7 @@ void WriteStudents(std::string& out, GridJsonWriter& json, const Course& course)
         RosterRec entry = GetRosterEntry(course, student.StudentId);
         out += i == 1 ? "    {\n" : ",\n    {\n";
         json.Key("average", 6, true);
-        json.Number(GridAverage(course, student));
+        json.Number(StudentAverage(course, student));
         json.Key("first", 6);
         json.Text(JsonText(entry.FirstName));
         json.Key("id", 6);
@@ -191,7 +187,7 @@ std::string GridJson(const Context& context, const Course& course, const LoadedC
 }
 
 int RunGrid(Context& context) {
-    LoadedCourse loaded = LoadCourseReadOnly(context);
+    const LoadedCourse& loaded = context.loaded;
     const Course& course = context.course;
     if (context.json)
         std::cout << GridJson(context, course, loaded) << "\n";
@@ -200,15 +196,11 @@ int RunGrid(Context& context) {
     return 0;
 }
 
-void AddGridCommand(CLI::App& app, Context& context) {
-    CLI::App& command = AddCommand(app, context, "grid",
-                                   "the score grid of the course, as the main window shows it",
-                                   [&context] { return RunGrid(context); });
-    AddByNameOption(command, context);
-}
-
-const CommandRegistration kRegistered("grid", AddGridCommand);
-
 }  // namespace
+
+std::function<int()> DeclareGridCommand(CLI::App& command, Context& context) {
+    AddByNameOption(command, context);
+    return [&context] { return RunGrid(context); };
+}
 
 }  // namespace tallory::cli

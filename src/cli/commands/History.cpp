@@ -1,6 +1,6 @@
 // history: the course's finished changes, newest first, each with the files it changed.
 #include "common/History.h"
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 
 namespace tallory::cli {
 
@@ -31,14 +31,10 @@ int RunHistory(Context& context) {
     return 0;
 }
 
-void AddHistoryCommand(CLI::App& app, Context& context) {
-    AddCommand(app, context, "history",
-               "the course's changes, newest first, each with the files it changed",
-               [&context] { return RunHistory(context); });
-}
-
-const CommandRegistration kRegistered("history", AddHistoryCommand);
-
 }  // namespace
+
+std::function<int()> DeclareHistoryCommand(CLI::App&, Context& context) {
+    return [&context] { return RunHistory(context); };
+}
 
 }  // namespace tallory::cli

@@ -1,7 +1,7 @@
 // log FILE: one log read by path and scored; no other log of the course is read first.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Paths.h"
 #include "logs/SessionLog.h"
 #include "registration/RemoteTable.h"
@@ -25,15 +25,12 @@ int RunLog(Context& context, const std::string& given) {
     return 0;
 }
 
-void AddLogCommand(CLI::App& app, Context& context) {
-    auto file = std::make_shared<std::string>();
-    CLI::App& command = AddCommand(app, context, "log", "one log file read by path and scored",
-                                   [&context, file] { return RunLog(context, *file); });
-    command.add_option("FILE", *file, "the log file")->required()->type_name("");
-}
-
-const CommandRegistration kRegistered("log", AddLogCommand);
-
 }  // namespace
+
+std::function<int()> DeclareLogCommand(CLI::App& command, Context& context) {
+    auto file = std::make_shared<std::string>();
+    command.add_option("FILE", *file, "the log file")->required()->type_name("");
+    return [&context, file] { return RunLog(context, *file); };
+}
 
 }  // namespace tallory::cli

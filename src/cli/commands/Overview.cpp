@@ -2,7 +2,7 @@
 #include <memory>
 #include <sstream>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "overview/CourseOverview.h"
@@ -78,7 +78,6 @@ std::string OverviewText(const CourseOverview& overview) {
 }
 
 int RunOverview(Context& context, bool html) {
-    LoadCourseReadOnly(context);
     const CourseOverview overview = MakeCourseOverview(context.course);
     bool written = true;
     if (html) {
@@ -97,17 +96,12 @@ int RunOverview(Context& context, bool html) {
     return 0;
 }
 
-void AddOverviewCommand(CLI::App& app, Context& context) {
-    auto html = std::make_shared<bool>(false);
-    CLI::App& command = AddCommand(app, context, "overview",
-                                   "the course at a glance: attendance, averages, the spread of "
-                                   "totals, students at risk, questions answered",
-                                   [&context, html] { return RunOverview(context, *html); });
-    command.add_flag("--html", *html, "also write the page Reports/Overview.html");
-}
-
-const CommandRegistration kRegistered("overview", AddOverviewCommand);
-
 }  // namespace
+
+std::function<int()> DeclareOverviewCommand(CLI::App& command, Context& context) {
+    auto html = std::make_shared<bool>(false);
+    command.add_flag("--html", *html, "also write the page Reports/Overview.html");
+    return [&context, html] { return RunOverview(context, *html); };
+}
 
 }  // namespace tallory::cli

@@ -56,22 +56,16 @@ int RunPurge(Context& context, const PurgeRequest& request) {
     return 0;
 }
 
-void AddPurgeCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclarePurgeCommand(CLI::App& command, Context& context) {
     auto request = std::make_shared<PurgeRequest>();
-    CLI::App& command = AddCommand(
-        app, context, "purge",
-        "delete the votes of the ticked unregistered clickers from every log (asks first: --yes "
-        "confirms)",
-        [&context, request] { return RunPurge(context, *request); });
     command.add_option("REMOTE", request->remotes, "a clicker of the list to tick")->type_name("");
     command.add_flag("--all", request->all, "tick every clicker of the list (Select All)");
     AddByNameOption(command, context);
     AddSearchOptions(command, request->boxes);
     AddPreviewOption(command, context);
+    return [&context, request] { return RunPurge(context, *request); };
 }
-
-const CommandRegistration kRegistered("purge", AddPurgeCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

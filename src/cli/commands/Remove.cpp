@@ -33,17 +33,12 @@ int RunRemove(Context& context, const std::string& word) {
     return 0;
 }
 
-void AddRemoveCommand(CLI::App& app, Context& context) {
-    auto number = std::make_shared<std::string>();
-    CLI::App& command = AddCommand(
-        app, context, "remove",
-        "remove session N: its log is emptied, a copy xL... kept (asks first: --yes confirms)",
-        [&context, number] { return RunRemove(context, *number); });
-    AddSessionArgument(command, *number);
-}
-
-const CommandRegistration kRegistered("remove", AddRemoveCommand);
-
 }  // namespace
+
+std::function<int()> DeclareRemoveCommand(CLI::App& command, Context& context) {
+    auto number = std::make_shared<std::string>();
+    AddSessionArgument(command, *number);
+    return [&context, number] { return RunRemove(context, *number); };
+}
 
 }  // namespace tallory::cli

@@ -30,16 +30,13 @@ int RunRename(Context& context, const RenameOptions& options) {
     return 0;
 }
 
-void AddRenameCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareRenameCommand(CLI::App& command, Context& context) {
     auto options = std::make_shared<RenameOptions>();
-    CLI::App& command = AddCommand(app, context, "rename", "give session N a new title",
-                                   [&context, options] { return RunRename(context, *options); });
     AddSessionArgument(command, options->session);
     command.add_option("TITLE", options->title, "the new title")->required()->type_name("");
+    return [&context, options] { return RunRename(context, *options); };
 }
-
-const CommandRegistration kRegistered("rename", AddRenameCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

@@ -1,7 +1,7 @@
 // report [--filter N | --cancel]: the session summary report command, every page of the course.
 #include <sstream>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "reports/RunReports.h"
 
 namespace tallory::cli {
@@ -16,24 +16,18 @@ std::string FilesText(const Context& context) {
 }
 
 int RunReport(Context& context) {
-    LoadCourseReadOnly(context);
     RunReports(context.course, context.host);
     Print(context, {{"mode", context.course.ReportDisplayMode}}, FilesText(context),
           Extras{.files = true});
     return 0;
 }
 
-void AddReportCommand(CLI::App& app, Context& context) {
-    CLI::App& command =
-        AddCommand(app, context, "report",
-                   "write every HTML report: each session's summary and detail, the term pages",
-                   [&context] { return RunReport(context); });
+}  // namespace
+
+std::function<int()> DeclareReportCommand(CLI::App& command, Context& context) {
     AddOptionDialogOptions(command, context);
     AddByNameOption(command, context);
+    return [&context] { return RunReport(context); };
 }
-
-const CommandRegistration kRegistered("report", AddReportCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

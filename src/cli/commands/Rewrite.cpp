@@ -1,7 +1,7 @@
 // rewrite N: Set Scores opened on the session and saved with no edit: read, score, write back.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "scoring/SetScoresScreen.h"
 
 namespace tallory::cli {
@@ -9,7 +9,6 @@ namespace tallory::cli {
 namespace {
 
 int RunRewrite(Context& context, const std::string& word) {
-    LoadCourseReadOnly(context);
     Course& course = context.course;
     const int number = SessionNumber(context, word);
     ReadSessionForScoring(course, number);
@@ -21,17 +20,12 @@ int RunRewrite(Context& context, const std::string& word) {
     return screen.WriteSucceeded() ? 0 : 1;
 }
 
-void AddRewriteCommand(CLI::App& app, Context& context) {
-    auto number = std::make_shared<std::string>();
-    CLI::App& command =
-        AddCommand(app, context, "rewrite",
-                   "write session N's log back as saving Set Scores with no edit does",
-                   [&context, number] { return RunRewrite(context, *number); });
-    AddSessionArgument(command, *number);
-}
-
-const CommandRegistration kRegistered("rewrite", AddRewriteCommand);
-
 }  // namespace
+
+std::function<int()> DeclareRewriteCommand(CLI::App& command, Context& context) {
+    auto number = std::make_shared<std::string>();
+    AddSessionArgument(command, *number);
+    return [&context, number] { return RunRewrite(context, *number); };
+}
 
 }  // namespace tallory::cli

@@ -1,7 +1,7 @@
 // session N: a session read and scored as its "Set Scores" button does before its screen opens.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "scoring/SetScoresScreen.h"
 
 namespace tallory::cli {
@@ -9,7 +9,6 @@ namespace tallory::cli {
 namespace {
 
 int RunSession(Context& context, const std::string& word) {
-    LoadCourseReadOnly(context);
     const int number = SessionNumber(context, word);
     ReadSessionForScoring(context.course, number);
     const std::string& file = context.course.SessionFile[number];
@@ -18,16 +17,12 @@ int RunSession(Context& context, const std::string& word) {
     return 0;
 }
 
-void AddSessionCommand(CLI::App& app, Context& context) {
-    auto number = std::make_shared<std::string>();
-    CLI::App& command = AddCommand(app, context, "session",
-                                   "session N read and scored as its Set Scores button does",
-                                   [&context, number] { return RunSession(context, *number); });
-    AddSessionArgument(command, *number);
-}
-
-const CommandRegistration kRegistered("session", AddSessionCommand);
-
 }  // namespace
+
+std::function<int()> DeclareSessionCommand(CLI::App& command, Context& context) {
+    auto number = std::make_shared<std::string>();
+    AddSessionArgument(command, *number);
+    return [&context, number] { return RunSession(context, *number); };
+}
 
 }  // namespace tallory::cli

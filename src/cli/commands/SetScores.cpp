@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "scoring/SetScoresScreen.h"
@@ -159,7 +159,6 @@ class ScreenScript {
 
 int RunSetScores(Context& context, const SetScoresOptions& options) {
     std::vector<Edit> edits = options.OrderedEdits();
-    LoadCourseReadOnly(context);
     Course& course = context.course;
     const int number = SessionNumber(context, options.session);
     ReadSessionForScoring(course, number);
@@ -185,12 +184,10 @@ int RunSetScores(Context& context, const SetScoresOptions& options) {
     return screen.WriteSucceeded() ? 0 : 1;
 }
 
-void AddSetScoresCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareSetScoresCommand(CLI::App& command, Context& context) {
     auto options = std::make_shared<SetScoresOptions>();
-    CLI::App& command = AddCommand(
-        app, context, "set-scores",
-        "edit session N's scoring as the Set Scores screen does, in the order given, and save",
-        [&context, options] { return RunSetScores(context, *options); });
     options->command = &command;
     AddSessionArgument(command, options->session);
     AddPreviewOption(command, context);
@@ -203,10 +200,7 @@ void AddSetScoresCommand(CLI::App& app, Context& context) {
         option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
         options->edits[option] = &edit;
     }
+    return [&context, options] { return RunSetScores(context, *options); };
 }
-
-const CommandRegistration kRegistered("set-scores", AddSetScoresCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

@@ -4,7 +4,7 @@
 #include <memory>
 #include <optional>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Text.h"
 #include "grid/EditStudent.h"
 
@@ -57,8 +57,7 @@ std::string ScreenText(const EditStudentScreen& screen) {
 }
 
 int RunStudent(Context& context, const StudentRequest& request) {
-    HeadlessScreen grid(context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
-    LoadCourse(context.course, context.host, grid, ReadOnlyLoad());
+    HeadlessScreen& grid = context.grid;
     const Course& course = context.course;
     int row = 0;
     for (int s = 1; s <= course.NumStudents && row == 0; ++s)
@@ -89,13 +88,10 @@ int RunStudent(Context& context, const StudentRequest& request) {
     return 0;
 }
 
-void AddStudentCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareStudentCommand(CLI::App& command, Context& context) {
     auto request = std::make_shared<StudentRequest>();
-    CLI::App& command = AddCommand(
-        app, context, "student",
-        "the student editing screen of a name in the grid (\"#\" + remote for a clicker nobody "
-        "registered), and its buttons",
-        [&context, request] { return RunStudent(context, *request); });
     command.add_option("ID", request->id, "the student ID as the grid holds it")
         ->required()
         ->type_name("");
@@ -123,10 +119,7 @@ void AddStudentCommand(CLI::App& app, Context& context) {
     remove->excludes(deleteLogs);
     AddByNameOption(command, context);
     AddPreviewOption(command, context);
+    return [&context, request] { return RunStudent(context, *request); };
 }
-
-const CommandRegistration kRegistered("student", AddStudentCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

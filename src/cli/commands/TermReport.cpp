@@ -2,7 +2,7 @@
 #include <memory>
 #include <sstream>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "reports/RunReports.h"
 
 namespace tallory::cli {
@@ -10,7 +10,6 @@ namespace tallory::cli {
 namespace {
 
 int RunTermReport(Context& context, int mode) {
-    LoadCourseReadOnly(context);
     context.course.ReportDisplayMode = static_cast<int16_t>(mode);
     // Like the desktop command it makes no Reports folder: without one, the student term report
     // cannot be opened and the command ends with the run-time error.
@@ -21,12 +20,10 @@ int RunTermReport(Context& context, int mode) {
     return 0;
 }
 
-void AddTermReportCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareTermReportCommand(CLI::App& command, Context& context) {
     auto mode = std::make_shared<int>(0);
-    CLI::App& command = AddCommand(
-        app, context, "term-report",
-        "write the term summary, the student voting data and the student term report again",
-        [&context, mode] { return RunTermReport(context, *mode); });
     command
         .add_option("--mode", *mode,
                     "how students are shown, 0..4 as in the report's display preferences "
@@ -34,10 +31,7 @@ void AddTermReportCommand(CLI::App& app, Context& context) {
         ->check(CLI::Range(0, 4))
         ->type_name("N");
     AddByNameOption(command, context);
+    return [&context, mode] { return RunTermReport(context, *mode); };
 }
-
-const CommandRegistration kRegistered("term-report", AddTermReportCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

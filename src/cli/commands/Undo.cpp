@@ -1,7 +1,7 @@
 // undo [ID]: puts back the files of a change as they were before it, as a change of its own.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/History.h"
 
 namespace tallory::cli {
@@ -21,20 +21,14 @@ int RunUndo(Context& context, int id) {
     return 0;
 }
 
-void AddUndoCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareUndoCommand(CLI::App& command, Context& context) {
     auto id = std::make_shared<int>(0);
-    CLI::App& command = AddCommand(
-        app, context, "undo",
-        "put back the files of change ID (default: the newest change not undone) as they were "
-        "before it; files changed since are named in a question (--yes confirms)",
-        [&context, id] { return RunUndo(context, *id); });
     command.add_option("ID", *id, "the change, as `history` numbers it")
         ->check(CLI::PositiveNumber)
         ->type_name("");
+    return [&context, id] { return RunUndo(context, *id); };
 }
-
-const CommandRegistration kRegistered("undo", AddUndoCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

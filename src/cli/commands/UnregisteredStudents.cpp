@@ -2,7 +2,7 @@
 // students without a clicker, and the list screen's exports.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "common/Text.h"
 #include "housekeeping/UnregisteredStudents.h"
 
@@ -13,8 +13,6 @@ namespace {
 using Command = void (UnregisteredStudentsScreen::*)();
 
 int RunUnregisteredStudents(Context& context, const Command* command) {
-    HeadlessScreen grid(context.byName ? DisplayOrder::LastName : DisplayOrder::StudentId);
-    LoadCourse(context.course, context.host, grid, ReadOnlyLoad());
     UnregisteredTable list;
     BuildUnregisteredList(context.course, list);
     UnregisteredStudentsScreen screen(context.course, context.host, list);
@@ -37,12 +35,10 @@ int RunUnregisteredStudents(Context& context, const Command* command) {
     return 0;
 }
 
-void AddUnregisteredStudentsCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareUnregisteredStudentsCommand(CLI::App& sub, Context& context) {
     auto command = std::make_shared<Command>(nullptr);
-    CLI::App& sub =
-        AddCommand(app, context, "unregistered-students",
-                   "the roster students without a clicker; the options export the list",
-                   [&context, command] { return RunUnregisteredStudents(context, command.get()); });
     const struct {
         const char* name;
         Command handler;
@@ -68,10 +64,7 @@ void AddUnregisteredStudentsCommand(CLI::App& app, Context& context) {
         for (CLI::Option* b : options)
             if (a != b) a->excludes(b);
     AddByNameOption(sub, context);
+    return [&context, command] { return RunUnregisteredStudents(context, command.get()); };
 }
-
-const CommandRegistration kRegistered("unregistered-students", AddUnregisteredStudentsCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli

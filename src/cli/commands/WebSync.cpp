@@ -2,7 +2,7 @@
 // from the command line at every clicker that waits for a person.
 #include <memory>
 
-#include "cli/Cli.h"
+#include "cli/commands/Commands.h"
 #include "web/CurlFetcher.h"
 #include "web/WebSyncScreen.h"
 
@@ -27,7 +27,6 @@ nlohmann::json Rows(const ListState& list) {
 }
 
 int RunWebSync(Context& context, const WebSyncOptions& options) {
-    LoadCourseReadOnly(context);
     HeadlessScreen screen;
     CurlFetcher fetcher;
     nlohmann::json verify = nlohmann::json::array();
@@ -65,21 +64,17 @@ int RunWebSync(Context& context, const WebSyncOptions& options) {
     return 0;
 }
 
-void AddWebSyncCommand(CLI::App& app, Context& context) {
+}  // namespace
+
+std::function<int()> DeclareWebSyncCommand(CLI::App& command, Context& context) {
     auto options = std::make_shared<WebSyncOptions>();
-    CLI::App& command =
-        AddCommand(app, context, "websync", "register clickers from their web registrations",
-                   [&context, options] { return RunWebSync(context, *options); });
     command
         .add_option("--answer", options->answer,
                     "at each clicker that waits: accept the first roster row, ignore, or cancel "
                     "(default)")
         ->check(CLI::IsMember({"accept", "ignore", "cancel"}));
     AddPreviewOption(command, context);
+    return [&context, options] { return RunWebSync(context, *options); };
 }
-
-const CommandRegistration kRegistered("websync", AddWebSyncCommand);
-
-}  // namespace
 
 }  // namespace tallory::cli
