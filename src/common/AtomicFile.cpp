@@ -136,14 +136,6 @@ struct NamedError {
 constexpr NamedError kNamedErrors[] = {{"ENOSPC", ENOSPC}, {"EROFS", EROFS}, {"EACCES", EACCES},
                                        {"EISDIR", EISDIR}, {"EIO", EIO},     {"EDQUOT", EDQUOT}};
 
-// Makes a rename in the folder durable; a file system that cannot sync folders is left be.
-void SyncFolder(const std::string& folder) {
-    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
-    ::fsync(fd);
-    ::close(fd);
-}
-
 bool IsTemporaryLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
 }
@@ -280,9 +272,17 @@ bool AtomicFile::Commit() {
     committed_ = true;
     // A guarded file stays guarded: the next replacement checks against what was written now.
     if (read) RememberWritten(target_, size_, hash_.Value());
-    SyncFolder(FolderOf(target_));
+    const std::string folder = FolderOf(target_);
+    if (!ChangeJournal::SyncFolderLater(target_, folder)) SyncFolder(folder);
     if (host_) host_->FileWritten(path_);
     return true;
+}
+
+void SyncFolder(const std::string& folder) {
+    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
 }
 
 bool ReplaceFile(const std::string& path, std::string_view content, std::string* error,

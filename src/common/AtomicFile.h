@@ -66,6 +66,9 @@ class AtomicFile {
 bool ReplaceFile(const std::string& path, std::string_view content, std::string* error = nullptr,
                  Host* host = nullptr);
 
+// Makes the renames in a folder durable; a file system that cannot sync folders is left be.
+void SyncFolder(const std::string& folder);
+
 // The steps of a write where a test may make it fail.
 enum class WriteStep { Open, Write, Sync, Rename };
 

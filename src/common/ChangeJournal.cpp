@@ -25,6 +25,8 @@ bool unkept = false;  // an UnkeptChanges lives
 
 constexpr const char* kJournalName = ".tallory-change";
 constexpr const char* kPathSuffix = ".path";
+// Beside each record: the hashes of the contents the change gave the file after its first.
+constexpr const char* kLaterSuffix = ".later";
 constexpr const char* kActionFile = "action";
 // Names the change in the history once it is finished: a journal whose token stands there was
 // finished, and only its removal was cut short.
@@ -69,30 +71,31 @@ bool WriteDurably(const std::string& path, const std::string& text) {
     return ::close(fd) == 0 && ok;
 }
 
-void SyncFolder(const std::string& folder) {
-    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
-    ::fsync(fd);
-    ::close(fd);
-}
-
-// An entry's record is replaced whole: a record cut short would leave its file unrestorable.
-// A name that does not end in the record's suffix is no record to the undoing.
-bool WriteRecord(const std::string& path, const std::string& text) {
-    const std::string next = path + ".next";
-    if (!WriteDurably(next, text)) return false;
+// A file written again in the change adds its new content's hash to the entry's list of later
+// contents: one synced append, where replacing the record would cost a sync of the record and one
+// of the journal folder. The list exists from the start, so an append needs no folder sync; an
+// append cut short leaves a part of a hash that no content has, and nothing after it.
+bool AppendDurably(const std::string& path, const std::string& text) {
     WriteEvent();
-    if (::rename(next.c_str(), path.c_str()) != 0) return false;
-    SyncFolder(path.substr(0, path.rfind('/')));
-    return true;
+    int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (fd < 0) return false;
+    size_t done = 0;
+    while (done < text.size()) {
+        ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
+        if (wrote < 0 && errno == EINTR) continue;
+        if (wrote <= 0) break;
+        done += static_cast<size_t>(wrote);
+    }
+    const bool ok = done == text.size() && ::fdatasync(fd) == 0;
+    return ::close(fd) == 0 && ok;
 }
 
-// True when `hash` is one of the record's first line, the contents the change wrote.
 // What a change left in a file: its content's hash, or that it removed the file.
 std::string Wrote(std::optional<uint64_t> hash) {
     return hash ? std::to_string(*hash) : std::string(kGone);
 }
 
+// True when `hash` is one of `hashes` (blank-separated): the contents the change wrote.
 bool WroteContent(const std::string& hashes, const std::string& hash) {
     size_t at = 0;
     while (at <= hashes.size()) {
@@ -165,6 +168,9 @@ void ChangeJournal::Finish() {
 }
 
 void ChangeJournal::Commit() {
+    // The files' renames are made durable before the journal that could undo them goes.
+    for (const std::string& folder : unsynced_) SyncFolder(folder);
+    unsynced_.clear();
     Record();
     if (!journal_.empty()) RemoveJournal(journal_);
     journal_.clear();
@@ -198,6 +204,14 @@ bool ChangeJournal::BeforeReplace(const std::string& target, uint64_t newHash) {
     return active == nullptr || active->Keep(target, newHash);
 }
 
+bool ChangeJournal::SyncFolderLater(const std::string& target, const std::string& folder) {
+    if (active == nullptr) return false;
+    const std::string real = RealPath(target);
+    if (!active->kept_.contains(real.empty() ? target : real)) return false;
+    active->unsynced_.insert(folder);
+    return true;
+}
+
 bool ChangeJournal::RemoveFile(const std::string& target) {
     if (active && !active->Keep(target, std::nullopt)) return false;
     return ::unlink(target.c_str()) == 0 || errno == ENOENT;
@@ -213,12 +227,7 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
         // The state before the change is kept already; the file is written once more (a purge
         // of several clickers passes over every log once for each), and what it is given now
         // is the change's too.
-        auto& [entry, record] = kept->second;
-        const std::string more = record.substr(0, record.find('\n')) + " " + Wrote(newHash);
-        const std::string next = more + record.substr(record.find('\n'));
-        if (!WriteRecord(entry + kPathSuffix, next)) return false;
-        record = next;
-        return true;
+        return AppendDurably(kept->second + kLaterSuffix, " " + Wrote(newHash));
     }
     if (journal_.empty()) {
         const std::string journal = JournalFolder(folder_);
@@ -235,9 +244,10 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
     const bool stood = ReadWhole(path, text);
     if (stood && !WriteDurably(entry, text)) return false;
     const std::string record = Wrote(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
+    if (!WriteDurably(entry + kLaterSuffix, "")) return false;
     if (!WriteDurably(entry + kPathSuffix, record)) return false;
     SyncFolder(journal_);
-    kept_[path] = {entry, record};
+    kept_[path] = entry;
     files_.push_back({path, entry, stood});
     return true;
 }
@@ -285,6 +295,8 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
         const std::string entry = JoinPath(journal, name.substr(0, name.size() - 5));
         std::string record, text, current;
         if (!ReadWhole(JoinPath(journal, name), record)) continue;
+        std::string later;
+        ReadWhole(entry + kLaterSuffix, later);
         const size_t first = record.find('\n');
         const size_t second = first == std::string::npos ? first : record.find('\n', first + 1);
         if (second == std::string::npos) continue;  // written only in part: nothing was replaced
@@ -295,7 +307,7 @@ std::string UndoInterruptedChange(const std::string& courseFolder) {
         const bool stands = ReadWhole(target, current);
         if (before == stands && (!stands || current == text)) continue;  // never replaced
         const std::string now = stands ? std::to_string(ContentHash(current)) : kGone;
-        if (!WroteContent(record.substr(0, first), now)) {
+        if (!WroteContent(record.substr(0, first) + later, now)) {
             ++left;  // what the change wrote was changed again since, by someone else
             continue;
         }

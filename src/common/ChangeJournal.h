@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,11 @@ class ChangeJournal {
     // `newHash`: the open journal (if any, and if the file is the course's) keeps the file's
     // present bytes. False when they could not be kept; the file must then not be replaced.
     static bool BeforeReplace(const std::string& target, uint64_t newHash);
+    // The writer calls this once it renamed a file over `target` in `folder`. A file the open
+    // journal keeps needs its rename made durable only before the journal goes, when the change
+    // ends: until then a machine going down gets the file put back from the journal anyway. True
+    // when the journal takes the folder's sync on; false: the writer syncs it now.
+    static bool SyncFolderLater(const std::string& target, const std::string& folder);
     // Removes a course file, kept first like a replaced one; false when it could not be.
     static bool RemoveFile(const std::string& target);
 
@@ -58,9 +64,10 @@ class ChangeJournal {
     std::string folder_;   // the course folder
     std::string journal_;  // its journal folder, made at the first file kept
     std::string action_;
-    // Per file kept: its journal entry and the entry's record (every content the change gave
-    // it, whether it stood, its path).
-    std::map<std::string, std::pair<std::string, std::string>> kept_;
+    // Per file kept: its journal entry.
+    std::map<std::string, std::string> kept_;
+    // Folders where a kept file was replaced since the last commit.
+    std::set<std::string> unsynced_;
     std::string described_;  // the change as the history names it; empty: not described
     int undoes_ = 0;
     bool onlyDescribed_ = false;
