@@ -67,8 +67,9 @@ ReportRunEnd RunReports(Course& course, Host& host, PageOutput& output) {
     }
     host.SetProgressText("Exporting Term Summary");
     host.SetProgressValue(0);
-    WriteTermSummary(course, page);
-    WriteStudentTermReport(course, page);
+    SessionPasses passes;
+    WriteTermSummary(course, page, passes);
+    WriteStudentTermReport(course, page, passes);
     host.HideProgress();
     return ReportRunEnd::Written;
 }
@@ -81,8 +82,9 @@ void RunTermReports(Course& course, Host& host) {
 void RunTermReports(Course& course, Host& host, PageOutput& output) {
     host.ShowProgress();
     PageWriter page(course, host, output);
-    WriteTermSummary(course, page);
-    WriteStudentTermReport(course, page);
+    SessionPasses passes;
+    WriteTermSummary(course, page, passes);
+    WriteStudentTermReport(course, page, passes);
     host.HideProgress();
 }
 
