@@ -12,11 +12,14 @@ namespace tallory {
 
 // "\Reports\SessionSummary_n.html": the class-wide page of session n.
 void WriteSessionSummary(Course& course, PageWriter& page, int session);
+// The same for the session the tables hold.
+void WriteOpenedSessionSummary(const Course& course, PageWriter& page, int session);
 // One live question's block on the session summary; nothing for a deleted question.
 void WriteQuestionBlock(PageWriter& page, const Course& course, int question, int session);
 
 // "\Reports\SessionDetail_n.html": the votes of every student of session n.
 void WriteSessionDetail(Course& course, PageWriter& page, int session);
+void WriteOpenedSessionDetail(const Course& course, PageWriter& page, int session);
 
 // "\Term_Session Summary and Review.html", then the student voting data.
 void WriteTermSummary(Course& course, PageWriter& page);

@@ -4,8 +4,11 @@
 #include <bit>
 #include <cstdint>
 
+#include "common/LineReader.h"
 #include "logs/QuestionName.h"
+#include "logs/SessionLog.h"
 #include "scoring/Grading.h"
+#include "scoring/ScreenParts.h"
 
 namespace tallory {
 
@@ -73,7 +76,32 @@ SessionFigures FiguresOf(const Course& course) {
     return figures;
 }
 
+// The lines of a log's header: its settings, the questions' names, times and correct answers, and
+// the five Response lines.
+constexpr int kHeaderLines = 10;
+
 }  // namespace
+
+bool ReopeningChangesNothing(const Course& course, int session) {
+    if (session < 1 || session > course.NumSessions) return false;
+    LineReader file(SessionLogPath(course, course.SessionFile[session]));
+    if (!file.IsOpen()) return false;
+    const std::string_view text = file.Text();
+    std::string_view line;
+    size_t headEnd = 0;
+    for (int i = 0; i < kHeaderLines && file.ReadLine(line); ++i)
+        headEnd = static_cast<size_t>(line.data() + line.size() - text.data());
+    const std::string_view head = text.substr(0, headEnd);
+
+    // Any tables serve: what the header adds onto them it adds again the second time.
+    Course tables;
+    LineReader first(file.Path(), head);
+    const int asked = ReadLogHeader(tables, first);
+    const SessionTables once(tables);
+    LineReader second(file.Path(), head);
+    // A header that failed may have failed on a total it added up.
+    return asked > 0 && ReadLogHeader(tables, second) == asked && once.SameAs(tables);
+}
 
 SessionTables::SessionTables(const Course& course)
     : questions_(course.Questions),
@@ -116,6 +144,38 @@ void SessionPasses::Walk(Course& course, PassRule rule, const BeforeOpening& bef
                                          [](const auto& session) { return session.has_value(); });
     if (openedEvery) kept_[PassRule::Every] = figures;
     kept_[rule] = std::move(figures);
+}
+
+void SessionPasses::StartWalk(const Course& course) {
+    start_.emplace(course);
+    kept_.clear();
+    walk_.assign(Sessions(course), std::nullopt);
+    walkOpened_ = 0;
+    walkTitlesLive_ = IsLiveQuestion(course.Questions[0]);
+}
+
+void SessionPasses::WalkOpened(const Course& course, int session) {
+    if (walkOpened_ < 0 || session != walkOpened_ + 1 || walk_[session]) {
+        walkOpened_ = -1;
+        return;
+    }
+    walkOpened_ = session;
+    walk_[session] = FiguresOf(course);
+    // The title the next session of a pass would be tested on.
+    if (session < course.NumSessions && !IsLiveQuestion(course.Questions[0]))
+        walkTitlesLive_ = false;
+}
+
+void SessionPasses::FinishWalk(const Course& course) {
+    const bool pass = walkOpened_ == course.NumSessions && walk_.size() == Sessions(course);
+    if (!pass || !start_ || !start_->SameAs(course)) {
+        start_.reset();
+        kept_.clear();
+    } else {
+        if (walkTitlesLive_) kept_[PassRule::WhileTitleLive] = walk_;
+        kept_[PassRule::Every] = std::move(walk_);
+    }
+    walk_.clear();
 }
 
 void SessionPasses::Replay(const PassFigures& kept, const BeforeOpening& before,

@@ -39,6 +39,14 @@ struct SessionFigures {
     double average = 0;    // the class average
 };
 
+// Whether opening session `session` again, right after it was opened, leaves every table as the
+// first opening left it, so that the pages of that session may share one opening. A log's data
+// lines and its scoring overwrite whatever they read; its header does too, but for a response
+// total that a Response A line shorter than a later Response line leaves to be added onto what
+// the tables held. The header is read twice over tables of its own to find out; false whenever
+// that cannot tell, or the log cannot be read.
+bool ReopeningChangesNothing(const Course& course, int session);
+
 // Which sessions a term page's pass over the course opens.
 enum class PassRule {
     // A session is passed over while the tables hold a title that fails the question's live
@@ -60,6 +68,15 @@ class SessionPasses {
     // Calls `before(i)` then `opened(i, figures)` for every session i the rule opens, in order.
     void Walk(Course& course, PassRule rule, const BeforeOpening& before, const Opened& opened);
 
+    // The report's own walk over the sessions, ahead of the term pages, which opens each for its
+    // pages: StartWalk before it, WalkOpened each time it opened a session, FinishWalk after it.
+    // When it opened sessions 1 to NumSessions once each, in turn, and ended on the tables it
+    // started from, it was a pass by rule Every (and by WhileTitleLive, if every title it read
+    // before the last passed the live test), and is kept as one.
+    void StartWalk(const Course& course);
+    void WalkOpened(const Course& course, int session);
+    void FinishWalk(const Course& course);
+
     // How many passes read the logs: for the benchmark's doubts and for tests.
     int passesRead() const { return passesRead_; }
 
@@ -75,6 +92,11 @@ class SessionPasses {
     std::optional<SessionTables> start_;
     std::map<PassRule, PassFigures> kept_;
     int passesRead_ = 0;
+
+    // The report's walk while it goes on.
+    PassFigures walk_;
+    int walkOpened_ = 0;  // the sessions opened in turn so far; -1 once out of turn
+    bool walkTitlesLive_ = false;
 };
 
 }  // namespace tallory
