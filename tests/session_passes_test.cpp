@@ -7,6 +7,8 @@
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "logs/QuestionName.h"
+#include "reports/Reports.h"
+#include "reports/RunReports.h"
 #include "reports/SessionPasses.h"
 #include "scoring/Grading.h"
 
@@ -178,6 +180,106 @@ TEST(SessionPasses, TablesChangedBetweenPassesAreReadAgain) {
     OpenSession(kept.course, 1);
     walk();
     EXPECT_EQ(passes.passesRead(), 2);
+}
+
+// A course of the logs as sessions 1, 2, ..., loaded.
+void WriteLogs(test::LoadedCourse& course, const std::vector<std::string>& logs) {
+    for (size_t i = 0; i < logs.size(); ++i)
+        course.Write("SessionData/" + test::SeptemberLog(static_cast<int>(i) + 1), logs[i]);
+    course.Load();
+}
+
+TEST(ReopeningChangesNothing, OnlyWhereOpeningTheLogAgainLeavesTheTablesAsTheyAre) {
+    LogPlan wide = Plan("Wide", {Question("Q1", 1), Question("Q2", 2), Question("Q3", 3)}, "B");
+    LogPlan odd = Plan("Odd", {Question("Q1", 2), Question("Q2", 1)});
+    // A short line keeps the answers of the wider log before, a blank line and a line of two
+    // fields take no row, and a deleted question is not scored.
+    odd.voters.push_back(test::RawLine("#A3,\"S3\",0,C ,1,5,1,C ,5,"));
+    odd.voters.push_back(test::RawLine(""));
+    odd.voters.push_back(test::RawLine("#A4,\"S4\""));
+    LogPlan deleted = Plan("Dropping", {Question("Q1", 1), Question("Gone|Y", 1)});
+    LogPlan anonymous = Plan("Anonymous", {Question("Q1", 1, 2)}, "X");
+    LogPlan headerOnly;
+    headerOnly.title = "Settings";
+
+    struct Reopening {
+        const char* name;
+        std::string log;
+        bool unchanged;  // what the check says
+    };
+    const std::vector<Reopening> cases = {
+        {"a log as the polling application writes it", LogText(Plan("Plain", {Question("Q1", 1)})),
+         true},
+        {"short, blank and cut lines", LogText(odd), true},
+        {"a deleted question", LogText(deleted), true},
+        {"anonymous answers", LogText(anonymous), true},
+        {"every Response line short alike", ShortResponses(anonymous, 0, 4, 0), true},
+        {"a short Response A line with nothing after it to add",
+         ShortResponses(Plan("Zero", {Question("Q1", 1)}, "X"), 0, 0, 0), true},
+        {"a short Response A line before counts added onto the tables",
+         ShortResponses(anonymous, 0, 0, 0), false},
+        {"a header alone", LogText(headerOnly).substr(0, LogText(headerOnly).find("\r\n")), false},
+    };
+    for (const Reopening& c : cases) {
+        SCOPED_TRACE(c.name);
+        test::LoadedCourse course;
+        WriteLogs(course, {LogText(wide), c.log});
+        OpenSession(course.course, 1);
+        OpenSession(course.course, course.course.NumSessions);
+        const bool unchanged = ReopeningChangesNothing(course.course, course.course.NumSessions);
+        EXPECT_EQ(unchanged, c.unchanged);
+        const SessionTables once(course.course);
+        OpenSession(course.course, course.course.NumSessions);
+        if (unchanged) {
+            EXPECT_TRUE(once.SameAs(course.course));
+        }
+    }
+}
+
+// The report run against each page opening its own session, the term pages after them.
+TEST(RunReports, PagesAreThoseOfEveryPageOpeningItsSession) {
+    const std::string plain = LogText(Plan("Optics", {Question("Q1", 1), Question("Q2", 2)}));
+    std::string unreadable = LogText(Plan("Extra", {Question("Q1", 1)}));
+    unreadable.replace(unreadable.find("Response A,    ,   ,") + 20, 1, "x");
+    const std::vector<std::vector<std::string>> courses = {
+        {plain, LogText(Plan("Lenses", {Question("Q1", 3)})), plain},
+        {ShortResponses(Plan("Borrow", {Question("Q1", 1), Question("Q2", 1)}), 0, 4, 1),
+         LogText(Plan("Five", {Question("Q1", 1), Question("Q2", 5)})),
+         LogText(Plan("Three", {Question("Q1", 1), Question("Q2", 3)}))},
+        {ShortResponses(Plan("Grow", {Question("Q1", 1, 2)}, "X"), 0, 0, 0), plain},
+        {plain, LogText(Plan("Dropped|Y", {Question("Q1", 1)})), plain},
+        // The last log has a count that is no number: the load reads it, but it is no session,
+        // so the report starts on its tables and ends on the dropped session's.
+        {plain, LogText(Plan("Dropped|Y", {Question("Q1", 1)})), unreadable},
+    };
+    for (size_t c = 0; c < courses.size(); ++c) {
+        SCOPED_TRACE("course " + std::to_string(c));
+        test::LoadedCourse run;
+        WriteLogs(run, courses[c]);
+        run.host.option = OptionChoice{0, false};
+        MemoryPageOutput written;
+        ASSERT_EQ(RunReports(run.course, run.host, written), ReportRunEnd::Written);
+
+        // The same folder read afresh: the pages name it.
+        Course opened;
+        opened.AppPath = run.Path();
+        HeadlessScreen screen;
+        LoadCourse(opened, run.host, screen, ReadOnlyLoad());
+        opened.ReportDisplayMode = 0;
+        MemoryPageOutput expected;
+        PageWriter page(opened, run.host, expected);
+        for (int i = 1; i <= opened.NumSessions; ++i) {
+            WriteSessionSummary(opened, page, i);
+            WriteSessionDetail(opened, page, i);
+        }
+        WriteTermSummary(opened, page);
+        WriteStudentTermReport(opened, page);
+
+        EXPECT_EQ(written.order, expected.order);
+        for (const auto& [path, text] : expected.pages)
+            EXPECT_EQ(written.pages[path], text) << path;
+        EXPECT_TRUE(SessionTables(opened).SameAs(run.course));
+    }
 }
 
 }  // namespace
