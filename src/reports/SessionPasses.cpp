@@ -39,17 +39,11 @@ bool Same(const VoteSlot& a, const VoteSlot& b) {
            a.FirstAnswer == b.FirstAnswer && a.Attempts == b.Attempts;
 }
 
-// A slot no column has touched reads as an untouched one, and is one as far as any later
-// reading goes.
-bool Same(const VoteRec& a, const VoteRec& b) {
-    if (a.StudentId != b.StudentId || a.RemoteId != b.RemoteId) return false;
-    for (long q = 0; q <= kMaxQuestions; ++q) {
-        const VoteSlot* x = a.Slot(q, "Answer");
-        const VoteSlot* y = b.Slot(q, "Answer");
-        if (x == nullptr && y == nullptr) return true;
-        if (!Same(x ? *x : kUntouchedSlot, y ? *y : kUntouchedSlot)) return false;
-    }
-    return true;
+// Slots 0 up to the last a column touched.
+long TouchedSlots(const VoteRec& vote) {
+    long count = 0;
+    while (count <= kMaxQuestions && vote.Slot(count, "Answer") != nullptr) ++count;
+    return count;
 }
 
 // Rows never allocated read as the row a table starts with.
@@ -105,20 +99,70 @@ bool ReopeningChangesNothing(const Course& course, int session) {
 
 SessionTables::SessionTables(const Course& course)
     : questions_(course.Questions),
-      votes_(course.Votes),
       numQuestions_(course.NumQuestions),
       numVoters_(course.NumVoters),
       performance_(course.SessPerformance),
       participation_(course.SessParticipation),
       minReply_(course.SessMinReply),
-      minCorrect_(course.SessMinCorrect) {}
+      minCorrect_(course.SessMinCorrect) {
+    const long rows = course.Votes.Allocated();
+    size_t idBytes = 0;
+    size_t slots = 0;
+    for (long i = 0; i < rows; ++i) {
+        const VoteRec& vote = course.Votes[i];
+        idBytes += vote.StudentId.size() + vote.RemoteId.size();
+        slots += static_cast<size_t>(TouchedSlots(vote));
+    }
+    ids_.reserve(idBytes);
+    slots_.reserve(slots);
+    idEnds_.reserve(2 * static_cast<size_t>(rows));
+    slotEnds_.reserve(static_cast<size_t>(rows));
+    for (long i = 0; i < rows; ++i) {
+        const VoteRec& vote = course.Votes[i];
+        ids_ += vote.StudentId;
+        idEnds_.push_back(ids_.size());
+        ids_ += vote.RemoteId;
+        idEnds_.push_back(ids_.size());
+        for (long q = 0, touched = TouchedSlots(vote); q < touched; ++q)
+            slots_.push_back(*vote.Slot(q, "Answer"));
+        slotEnds_.push_back(slots_.size());
+    }
+}
+
+// A row never allocated, and a slot no column touched, read as the ones a table starts with.
+bool SessionTables::SameVotes(const Course& course) const {
+    const long kept = static_cast<long>(slotEnds_.size());
+    const long rows = std::max(kept, course.Votes.Allocated());
+    for (long i = 0; i < rows; ++i) {
+        const VoteRec& vote = course.Votes[i];
+        std::string_view studentId, remoteId;
+        size_t slotBegin = 0, slotEnd = 0;
+        if (i < kept) {
+            const size_t idBegin = i == 0 ? 0 : idEnds_[2 * i - 1];
+            studentId = std::string_view(ids_).substr(idBegin, idEnds_[2 * i] - idBegin);
+            remoteId =
+                std::string_view(ids_).substr(idEnds_[2 * i], idEnds_[2 * i + 1] - idEnds_[2 * i]);
+            slotBegin = i == 0 ? 0 : slotEnds_[i - 1];
+            slotEnd = slotEnds_[i];
+        }
+        if (vote.StudentId != studentId || vote.RemoteId != remoteId) return false;
+        const long keptSlots = static_cast<long>(slotEnd - slotBegin);
+        const long slots = std::max(keptSlots, TouchedSlots(vote));
+        for (long q = 0; q < slots; ++q) {
+            const VoteSlot* now = vote.Slot(q, "Answer");
+            const VoteSlot& before = q < keptSlots ? slots_[slotBegin + q] : kUntouchedSlot;
+            if (!Same(now ? *now : kUntouchedSlot, before)) return false;
+        }
+    }
+    return true;
+}
 
 bool SessionTables::SameAs(const Course& course) const {
     return numQuestions_ == course.NumQuestions && numVoters_ == course.NumVoters &&
            Same(performance_, course.SessPerformance) &&
            Same(participation_, course.SessParticipation) && minReply_ == course.SessMinReply &&
            minCorrect_ == course.SessMinCorrect && SameRows(questions_, course.Questions) &&
-           SameRows(votes_, course.Votes);
+           SameVotes(course);
 }
 
 void SessionPasses::Walk(Course& course, PassRule rule, const BeforeOpening& before,

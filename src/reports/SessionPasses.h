@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "common/Course.h"
@@ -20,8 +21,15 @@ class SessionTables {
     bool SameAs(const Course& course) const;
 
   private:
+    bool SameVotes(const Course& course) const;
+
     Table<QuestionRec, kMaxQuestions> questions_;
-    Table<VoteRec, kMaxVoters> votes_;
+    // The voters' rows laid end to end, in a few blocks rather than a few thousand: a copy held
+    // while every page is written would otherwise sit among the pages' own memory.
+    std::string ids_;               // each row's StudentId then RemoteId
+    std::vector<size_t> idEnds_;    // two per row
+    std::vector<VoteSlot> slots_;   // each row's touched slots
+    std::vector<size_t> slotEnds_;  // one per row
     int numQuestions_;
     int numVoters_;
     double performance_;
