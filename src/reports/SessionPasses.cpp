@@ -222,6 +222,11 @@ void SessionPasses::FinishWalk(const Course& course) {
     walk_.clear();
 }
 
+void SessionPasses::Forget() {
+    start_.reset();
+    kept_.clear();
+}
+
 void SessionPasses::Replay(const PassFigures& kept, const BeforeOpening& before,
                            const Opened& opened) const {
     for (size_t i = 1; i < kept.size(); ++i) {

@@ -85,6 +85,9 @@ class SessionPasses {
     void WalkOpened(const Course& course, int session);
     void FinishWalk(const Course& course);
 
+    // Lets go of the kept passes and the tables they started on, once no pass is to come.
+    void Forget();
+
     // How many passes read the logs: for the benchmark's doubts and for tests.
     int passesRead() const { return passesRead_; }
 

@@ -87,6 +87,9 @@ void WriteStudentTermReport(Course& course, PageWriter& page, SessionPasses& pas
         [&](int, const SessionFigures& session) {
             termPoints += session.participation + session.maxPoints;
         });
+    // The last pass of a run: the page of every student's scores is written without the tables'
+    // copy beside it.
+    passes.Forget();
     // Every row of the table counts, not only those in use; students without points do not.
     double sum = 0;
     int counted = 0;
