@@ -129,6 +129,7 @@ PageWriter::PageWriter(const Course& course, Host& host, PageOutput& output)
 
 void PageWriter::Open(const std::string& path) {
     path_ = path;
+    pending_.clear();
     open_ = output_.Begin(path);
     if (!open_) host_.Message(kOpenFailed);
 }
@@ -136,6 +137,8 @@ void PageWriter::Open(const std::string& path) {
 void PageWriter::Close() {
     if (!open_) return;
     open_ = false;
+    output_.Write(pending_);
+    pending_.clear();
     output_.End();
 }
 
@@ -143,7 +146,11 @@ void PageWriter::Write(std::string_view text) {
     // The page writers' own lines do not ask whether the page is open: the first of them on a
     // page that could not be opened ends the run.
     if (!open_) throw RunTimeError(kBadFileNameOrNumber, "writing " + path_);
-    output_.Write(text);
+    pending_.append(text);
+    if (pending_.size() >= kPendingSize) {
+        output_.Write(pending_);
+        pending_.clear();
+    }
 }
 
 PageWriter& PageWriter::Text(std::string_view text) {

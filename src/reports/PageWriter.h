@@ -148,6 +148,10 @@ class PageWriter {
     bool open_ = false;
     std::string path_;  // of the page last opened, or tried
     std::string courseName_;
+    // The items of a page go to the output a few lines at a time: a page of every student's
+    // votes is millions of items.
+    static constexpr size_t kPendingSize = 4096;
+    std::string pending_;
 
     // Roster rows up to the first without an ID, by normal key (first row wins), and the
     // registrations by normal student key; built at first use, as neither changes during a run.

@@ -2,6 +2,7 @@
 
 #include "common/Paths.h"
 #include "reports/Reports.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 
@@ -60,15 +61,25 @@ ReportRunEnd RunReports(Course& course, Host& host, PageOutput& output) {
     for (int i = 1; i <= count; ++i)
         host.SetProgressText("Checking Session Information - " + OfSessions(i, count));
     PageWriter page(course, host, output);
+    // Each page of a session reads it from its log, the detail after the summary. The detail
+    // shares the summary's opening when a second one would leave the tables as they are.
+    SessionPasses passes;
+    passes.StartWalk(course);
     for (int i = 1; i <= count; ++i) {
         host.SetProgressText("Gathering Lecture Summary - " + OfSessions(i, count));
-        WriteSessionSummary(course, page, i);
-        WriteSessionDetail(course, page, i);
+        OpenSession(course, i);
+        WriteOpenedSessionSummary(course, page, i);
+        if (ReopeningChangesNothing(course, i))
+            passes.WalkOpened(course, i);
+        else
+            OpenSession(course, i);
+        WriteOpenedSessionDetail(course, page, i);
     }
+    passes.FinishWalk(course);
     host.SetProgressText("Exporting Term Summary");
     host.SetProgressValue(0);
-    WriteTermSummary(course, page);
-    WriteStudentTermReport(course, page);
+    WriteTermSummary(course, page, passes);
+    WriteStudentTermReport(course, page, passes);
     host.HideProgress();
     return ReportRunEnd::Written;
 }
@@ -81,8 +92,9 @@ void RunTermReports(Course& course, Host& host) {
 void RunTermReports(Course& course, Host& host, PageOutput& output) {
     host.ShowProgress();
     PageWriter page(course, host, output);
-    WriteTermSummary(course, page);
-    WriteStudentTermReport(course, page);
+    SessionPasses passes;
+    WriteTermSummary(course, page, passes);
+    WriteStudentTermReport(course, page, passes);
     host.HideProgress();
 }
 

@@ -177,6 +177,10 @@ void WriteAnswerCell(PageWriter& page, int answer, int correct) {
 
 void WriteSessionDetail(Course& course, PageWriter& page, int session) {
     OpenSession(course, session);
+    WriteOpenedSessionDetail(course, page, session);
+}
+
+void WriteOpenedSessionDetail(const Course& course, PageWriter& page, int session) {
     double available = course.SessParticipation + course.Questions[0].MaxPoints;
     if (available == 0) available = 0.0001;
 

@@ -182,6 +182,10 @@ void WriteQuestionBlock(PageWriter& page, const Course& course, int q, int sessi
 
 void WriteSessionSummary(Course& course, PageWriter& page, int session) {
     OpenSession(course, session);
+    WriteOpenedSessionSummary(course, page, session);
+}
+
+void WriteOpenedSessionSummary(const Course& course, PageWriter& page, int session) {
     page.Open(SessionSummaryPath(course, session));
     page.SessionHead("Session " + SessionLabel(course, session) + " Summary");
     WriteHeadTable(page, course, session);

@@ -1,7 +1,6 @@
 #include "common/Numbers.h"
 #include "common/Text.h"
 #include "reports/Reports.h"
-#include "scoring/Grading.h"
 #include "scoring/SessionStore.h"
 
 namespace tallory {
@@ -70,16 +69,27 @@ void WriteNameCell(PageWriter& page, const StudentRec& student) {
 }  // namespace
 
 void WriteStudentTermReport(Course& course, PageWriter& page) {
+    SessionPasses passes;
+    WriteStudentTermReport(course, page, passes);
+}
+
+void WriteStudentTermReport(Course& course, PageWriter& page, SessionPasses& passes) {
     Host& host = page.host();
     const int sessions = course.NumSessions;
     double termPoints = 0;
-    for (int i = 1; i <= sessions; ++i) {
-        host.SetProgressText(std::string(kSteps) + "0 Of 3 (Reading Session(s)" +
-                             std::to_string(i) + " Of " + std::to_string(sessions) + ")");
-        host.SetProgressValue(0);
-        OpenSession(course, i);
-        termPoints += course.SessParticipation + course.Questions[0].MaxPoints;
-    }
+    passes.Walk(
+        course, PassRule::Every,
+        [&](int i) {
+            host.SetProgressText(std::string(kSteps) + "0 Of 3 (Reading Session(s)" +
+                                 std::to_string(i) + " Of " + std::to_string(sessions) + ")");
+            host.SetProgressValue(0);
+        },
+        [&](int, const SessionFigures& session) {
+            termPoints += session.participation + session.maxPoints;
+        });
+    // The last pass of a run: the page of every student's scores is written without the tables'
+    // copy beside it.
+    passes.Forget();
     // Every row of the table counts, not only those in use; students without points do not.
     double sum = 0;
     int counted = 0;

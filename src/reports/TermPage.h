@@ -4,6 +4,7 @@
 
 #include "common/Course.h"
 #include "reports/PageWriter.h"
+#include "reports/SessionPasses.h"
 
 namespace tallory {
 
@@ -17,6 +18,6 @@ struct TermPage {
     bool studentPage = false;  // the student voting data: links to the students' pages
 };
 
-void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind);
+void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind, SessionPasses& passes);
 
 }  // namespace tallory

@@ -2,11 +2,9 @@
 
 #include "common/Numbers.h"
 #include "common/Text.h"
-#include "logs/QuestionName.h"
 #include "logs/SessionLog.h"
 #include "reports/Reports.h"
 #include "reports/TermPage.h"
-#include "scoring/Grading.h"
 
 namespace tallory {
 
@@ -17,17 +15,8 @@ constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
 // What the first pass keeps of each session: index 0 of the points is the term's sum.
 struct TermFigures {
     std::array<double, kSessionTableUpper + 1> points{};
-    std::array<double, kSessionTableUpper + 1> averages{};
     std::array<double, kSessionTableUpper + 1> divisor{};
-    std::array<int, kSessionTableUpper + 1> voters{};
-    std::array<int, kSessionTableUpper + 1> asked{};
 };
-
-// A session counts when the title row of the tables passes the question's live test. The tables
-// hold the session read last, so the test looks at the session before the one about to be read.
-bool LastReadIsLive(const Course& course) {
-    return IsLiveQuestion(course.Questions[0]);
-}
 
 std::string OfSessions(int i, int count) {
     return std::to_string(i) + " Of " + std::to_string(count) + ")";
@@ -83,10 +72,10 @@ void WriteHeadTable(PageWriter& page, const Course& course, const TermPage& kind
 }
 
 void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kind, int i,
-                     double divisor) {
-    const double participation = course.SessParticipation;
-    const double maximum = course.Questions[0].MaxPoints;
-    const double average = course.Questions[0].AveragePoints;
+                     const SessionFigures& session, double divisor) {
+    const double participation = session.participation;
+    const double maximum = session.maxPoints;
+    const double average = session.average;
     const std::string number = std::to_string(i);
     page.Text("<tr bgcolor=").Text(RowColour(i)).Line(">");
     page.Text("<th align=left> ")
@@ -110,11 +99,11 @@ void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kin
     }
     page.Text("<td align=right>")
         .Text(kFont)
-        .Text(std::to_string(course.NumVoters))
+        .Text(std::to_string(session.voters))
         .Line("</font></td>");
     page.Text("<td align=right>")
         .Text(kFont)
-        .Text(std::to_string(course.NumQuestions))
+        .Text(std::to_string(session.asked))
         .Line("</font></td>");
     // One place here, where the session's own page shows two.
     page.Text("<td align=right>")
@@ -135,41 +124,43 @@ void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kin
 
 }  // namespace
 
-void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind) {
+void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind, SessionPasses& passes) {
     Host& host = page.host();
     const int count = course.NumSessions;
     host.SetProgressText(kind.steps + "0 Of 3");
     host.SetProgressValue(0);
     TermFigures figures;
-    for (int i = 1; i <= count; ++i) {
-        if (!LastReadIsLive(course)) continue;
-        host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " + OfSessions(i, count));
-        host.SetProgressValue(0);
-        OpenSession(course, i);
-        const double points = course.SessParticipation + course.Questions[0].MaxPoints;
-        figures.voters[i] = course.NumVoters;
-        figures.asked[i] = course.NumQuestions;
-        figures.points[i] = points;
-        figures.points[0] += points;
-        figures.averages[i] = course.Questions[0].AveragePoints;
-        figures.averages[0] += figures.averages[i];
-        figures.divisor[i] = points;
-    }
+    passes.Walk(
+        course, PassRule::WhileTitleLive,
+        [&](int i) {
+            host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " +
+                                 OfSessions(i, count));
+            host.SetProgressValue(0);
+        },
+        [&](int i, const SessionFigures& session) {
+            const double points = session.participation + session.maxPoints;
+            figures.points[i] = points;
+            figures.points[0] += points;
+            figures.divisor[i] = points;
+        });
     host.SetProgressText(kind.steps + "1 Of 3");
     host.SetProgressValue(1.0 / 3);
 
     page.Open(kind.path);
     page.TermHead(kind.title);
     WriteHeadTable(page, course, kind, figures);
-    for (int i = 1; i <= count; ++i) {
-        // The student page has a row for every session; one left out of the first pass has no
-        // points to measure its average against.
-        if (!kind.studentPage && !LastReadIsLive(course)) continue;
-        host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " + OfSessions(i, count));
-        host.SetProgressValue(2.0 / 3);
-        OpenSession(course, i);
-        WriteSessionRow(page, course, kind, i, figures.divisor[i]);
-    }
+    // The student page has a row for every session; one left out of the first pass has no
+    // points to measure its average against.
+    passes.Walk(
+        course, kind.studentPage ? PassRule::Every : PassRule::WhileTitleLive,
+        [&](int i) {
+            host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " +
+                                 OfSessions(i, count));
+            host.SetProgressValue(2.0 / 3);
+        },
+        [&](int i, const SessionFigures& session) {
+            WriteSessionRow(page, course, kind, i, session, figures.divisor[i]);
+        });
     host.SetProgressText(kind.finishedText);
     host.SetProgressValue(1);
     // The table is left open.
@@ -178,13 +169,18 @@ void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind) {
 }
 
 void WriteTermSummary(Course& course, PageWriter& page) {
+    SessionPasses passes;
+    WriteTermSummary(course, page, passes);
+}
+
+void WriteTermSummary(Course& course, PageWriter& page, SessionPasses& passes) {
     TermPage kind;
     kind.path = TermSummaryPath(course);
     kind.title = "Term/Session Summary and Review";
     kind.steps = "Exporting Term Summary Steps ";
     kind.finishedText = "Exporting Term Summary Steps 3 Of 3";
-    WriteTermPage(course, page, kind);
-    WriteStudentVotingData(course, page);
+    WriteTermPage(course, page, kind, passes);
+    WriteStudentVotingData(course, page, passes);
 }
 
 }  // namespace tallory
