@@ -19,12 +19,6 @@ std::string DemoCourse() {
     return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 }
 
-const json* AtRiskEntry(const json& overview, const std::string& id) {
-    for (const json& student : overview["at_risk"])
-        if (student["id"] == id) return &student;
-    return nullptr;
-}
-
 // The demo course, worked out by hand from its files. Roster.txt holds 30 students (29 named and
 // the bare ID 20269930); RemoteID.csv registers a clicker for every one of them but 20260220
 // (Rossi, Giulia). Each question is worth 1 point for its correct choice; ParticipationRequirement
@@ -76,39 +70,12 @@ TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
     EXPECT_EQ(question, json::parse(R"({"session": "09/10/2026", "question": "Speed vs velocity",
                                         "answered": 21, "correct": 13})"));
 
-    const json& bins = overview["totals"]["bins"];
-    ASSERT_EQ(bins.size(), 10u);
-    int students = 0;
-    for (const json& count : bins) students += count.get<int>();
-    EXPECT_EQ(students, 30);
-    EXPECT_GE(bins[0], 1);  // Rossi
-    EXPECT_GE(bins[4], 1);  // Alvarez
-    EXPECT_GE(bins[6], 1);  // Dubois
+    // Rossi in tenth 0, Alvarez in 4, Dubois in 6; all 30 roster students, no stray clicker.
+    EXPECT_EQ(overview["totals"]["bins"], json::parse("[1, 0, 0, 1, 4, 14, 8, 2, 0, 0]"));
 
     ASSERT_EQ(overview["at_risk"].size(), 1u);
     EXPECT_EQ(overview["at_risk"][0], json::parse(R"({"id": "20260220", "name": "Rossi, Giulia",
                                                       "attended": 0, "total": 0})"));
-    EXPECT_EQ(AtRiskEntry(overview, "20260101"), nullptr);
-    EXPECT_EQ(AtRiskEntry(overview, "20260122"), nullptr);
-
-    // The bins rest on the grid's totals: the same students fall in the same tenths.
-    const test::CliResult grid = test::RunCli({"--course", DemoCourse(), "grid", "--json"});
-    ASSERT_EQ(grid.status, 0) << grid.err;
-    std::vector<int> fromGrid(10, 0);
-    const json gridJson = json::parse(grid.out);
-    for (const json& student : gridJson["students"]) {
-        const std::string id = student["id"];
-        if (id[0] == '#') continue;
-        const double total = student["total"];
-        if (id == "20260101") {
-            EXPECT_EQ(total, 19);
-        }
-        if (id == "20260122") {
-            EXPECT_EQ(total, 31.5);
-        }
-        ++fromGrid[TotalBin(total, 46)];
-    }
-    EXPECT_EQ(bins.get<std::vector<int>>(), fromGrid);
 }
 
 TEST(Overview, TotalBins) {

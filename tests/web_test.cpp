@@ -119,12 +119,8 @@ void Silence(int connection, const std::atomic<bool>& stopping) {
     }
 }
 
-// The misbehaving servers: after the request, silence; a head and part of a body, then silence;
-// a body without end; a body that announces a size beyond the limit.
-void StallHead(int connection, const std::atomic<bool>& stopping) {
-    Silence(connection, stopping);
-}
-
+// The misbehaving servers: after the request, silence (`Silence` itself); a head and part of a
+// body, then silence; a body without end; a body that announces a size beyond the limit.
 void StallBody(int connection, const std::atomic<bool>& stopping) {
     SendAll(connection,
             "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
@@ -198,7 +194,7 @@ TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
         std::string message;
         int leastTurns;  // the screen kept its turns while the server was silent
     } cases[] = {
-        {"head stalls", StallHead, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"head stalls", Silence, FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body stalls", StallBody, FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body without end", SendForever, FetchStop::TooLarge, "is larger than 64 KB", 32},
         {"announced too large", AnnounceTooMuch, FetchStop::TooLarge, "is larger than 64 KB", 1},
@@ -258,7 +254,7 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
 
 // Cancel from the progress window, heard while the server is silent: no message, nothing kept.
 TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
-    LocalHttpServer server(StallHead);
+    LocalHttpServer server(Silence);
     FetchLimits limits;  // the program's own: only the cancel can end it soon
     CurlFetcher fetcher(kCurlLibrary, limits);
     struct CancellingHost : RecordingHost {
@@ -296,26 +292,29 @@ TEST(WebRegistration, KeysCodesAndHosts) {
     EXPECT_EQ(UrlHostName(""), "");
 }
 
+// "remote|first|last|ID" per registration read.
+test::Strings Rows(const WebRegistrations& regs) {
+    test::Strings rows;
+    for (int i = 0; i < regs.NumWebRegs; ++i) {
+        const auto& r = regs.WebRegs[i];
+        rows.push_back(r.RemoteId + "|" + r.FirstName + "|" + r.LastName + "|" + r.StudentId);
+    }
+    return rows;
+}
+
 TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
     WebRegistrations regs;
     // Fields after the ignored first one: remote, first name, last name, student ID.
     ASSERT_TRUE(
         ReadStudentReply(regs, "  i\t0000AB12\tAnn\t\"Lee\"\tS1\r\n\r\n \r\nx\t0000AB12\tBo\n;\n"));
-    ASSERT_EQ(regs.NumWebRegs, 2);  // ";" is too short to count
-    EXPECT_EQ(regs.WebRegs[0].RemoteId, "0000AB12");
-    EXPECT_EQ(regs.WebRegs[0].FirstName, "Ann");
-    EXPECT_EQ(regs.WebRegs[0].LastName, "'Lee'");
-    EXPECT_EQ(regs.WebRegs[0].StudentId, "S1");
-    EXPECT_EQ(regs.WebRegs[1].FirstName, "Bo");
-    EXPECT_EQ(regs.WebRegs[1].LastName, "");  // a short line leaves the rest blank
+    // ";" is too short to count; a short line leaves the rest blank.
+    EXPECT_EQ(Rows(regs), (test::Strings{"0000AB12|Ann|'Lee'|S1", "0000AB12|Bo||"}));
     EXPECT_FALSE(ReadStudentReply(regs, "   "));
     EXPECT_EQ(regs.NumWebRegs, 0);
 
     // The confirmation splits at CR LF only and keeps quotes.
     ASSERT_TRUE(ReadConfirmReply(regs, "i\tA\t\"Ann\"\tLee\tS1\r\ni\tB\tBo\tMo\tS2\nmore"));
-    ASSERT_EQ(regs.NumWebRegs, 2);
-    EXPECT_EQ(regs.WebRegs[0].FirstName, "\"Ann\"");
-    EXPECT_EQ(regs.WebRegs[1].StudentId, "S2\nmore");
+    EXPECT_EQ(Rows(regs), (test::Strings{"A|\"Ann\"|Lee|S1", "B|Bo|Mo|S2\nmore"}));
 
     // A file record matches its remote in normal form; several matches give several lines.
     const std::string file = "#00ab12,Lee,Ann,S1\r\nAB12,Mo,Bo,S2\r\nAB123,No,One,S3\r\n\r\n";
@@ -333,11 +332,7 @@ struct Roster : test::LoadedCourse {
 };
 
 RosterRec Student(const char* id, const char* first, const char* last) {
-    RosterRec row;
-    row.StudentId = id;
-    row.FirstName = first;
-    row.LastName = last;
-    return row;
+    return {.StudentId = id, .FirstName = first, .LastName = last};
 }
 
 void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string& first,
@@ -730,7 +725,7 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
 // A server that stops answering ends the run at the first fetch: the message says why, and the
 // course is left as it was.
 TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
-    LocalHttpServer server(StallHead);
+    LocalHttpServer server(Silence);
     struct Case {
         std::string webcode;
     } cases[] = {
