@@ -130,10 +130,7 @@ TEST(ClassView, SortsByAnyColumn) {
 }
 
 TEST(ClassView, SearchesIdsAndNames) {
-    struct Case {
-        const char* text;
-        Ids ids;
-    } cases[] = {
+    const std::tuple<const char*, Ids> cases[] = {
         {"", {"S1", "S2", "S3", "S4", "S9", "#B1"}},
         {"s1", {"S1"}},
         {"  ames ", {"S2"}},
@@ -145,10 +142,10 @@ TEST(ClassView, SearchesIdsAndNames) {
         {"nobody here", {}},
     };
     ClassCourse open;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        open.view.Search(c.text);
-        EXPECT_EQ(open.Ids(), c.ids);
+    for (const auto& [text, ids] : cases) {
+        SCOPED_TRACE(text);
+        open.view.Search(text);
+        EXPECT_EQ(open.Ids(), ids);
     }
 }
 

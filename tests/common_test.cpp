@@ -34,20 +34,16 @@ TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
 }
 
 TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
-    struct Case {
-        double value;
-        int places;
-        double even;
-        const char* fixed;  // to two places
-    } cases[] = {
+    // The value, the places, Round's result, and FormatFixed's to two places.
+    const std::tuple<double, int, double, const char*> cases[] = {
         {47.5, 0, 48, "47.50"},        {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
         {2.675, 2, 2.68, "2.68"},      {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
         {0.125, 2, 0.12, "0.13"},      {0, 2, 0, "0.00"},        {1e-10, 2, 0, "0.00"},
         {123.456, 1, 123.5, "123.46"}, {0.5, 0, 0, "0.50"},      {1.5, 0, 2, "1.50"},
     };
-    for (const auto& c : cases) {
-        EXPECT_DOUBLE_EQ(Round(c.value, c.places), c.even) << c.value;
-        EXPECT_EQ(FormatFixed(c.value, 2), c.fixed) << c.value;
+    for (const auto& [value, places, even, fixed] : cases) {
+        EXPECT_DOUBLE_EQ(Round(value, places), even) << value;
+        EXPECT_EQ(FormatFixed(value, 2), fixed) << value;
     }
     EXPECT_EQ(Int(2.9), 2);
     EXPECT_EQ(Int(-2.1), -3);

@@ -128,19 +128,16 @@ TEST(EditSession, ClearedTitleReachesTheLogAndTheHeadingAtTheNextLoad) {
 // applied, and the grid's figures stand.
 TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
     const std::string refused = "Unable to store changes to file {log} Changes not saved!";
-    struct {
-        const char* name;
-        test::LogPlan first;  // the session renamed; a plain session is loaded after it
-        bool written;
-    } cases[] = {
+    // The session renamed is the first; a plain session is loaded after it.
+    const std::tuple<const char*, test::LogPlan, bool> cases[] = {
         {"anonymous question", {.voters = {{"#A1", "", {"X"}}, {"#A2", "", {"X"}}}}, false},
         {"every question deleted",
          {.questions = {{.name = "Q1|Y"}}, .voters = {{"#A1", "", {"A"}}}},
          true},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, first, written] : cases) {
         test::LoadedCourse fixture;
-        fixture.WriteLog("L0909111030.csv", c.first);
+        fixture.WriteLog("L0909111030.csv", first);
         fixture.WriteLog("L0909121030.csv", {.voters = {{"#A1", "", {"A"}}, {"#A2", "", {"B"}}}});
         fixture.Load();
         const std::string before = fixture.Log("L0909111030.csv");
@@ -150,23 +147,22 @@ TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
         EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
         screen.txtSessionNameChange("Optics");
         screen.cmdSaveClick();
-        EXPECT_EQ(screen.WriteSucceeded(), c.written) << c.name;
+        EXPECT_EQ(screen.WriteSucceeded(), written) << name;
         const std::string after = fixture.Log("L0909111030.csv");
-        if (c.written) {
-            EXPECT_TRUE(fixture.host.messages.empty()) << c.name;
+        if (written) {
+            EXPECT_TRUE(fixture.host.messages.empty()) << name;
             EXPECT_EQ(after.rfind("Scoring,  Performance =  10 , Participation =  1 ,", 0), 0u)
-                << c.name << "\n"
+                << name << "\n"
                 << after;
-            EXPECT_NE(after.find("\"Optics\""), std::string::npos) << c.name;
+            EXPECT_NE(after.find("\"Optics\""), std::string::npos) << name;
         } else {
             std::string message = refused;
             message.replace(message.find("{log}"), 5, fixture.File("SessionData/L0909111030.csv"));
-            EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + message})
-                << c.name;
-            EXPECT_EQ(after, before) << c.name;
+            EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + message}) << name;
+            EXPECT_EQ(after, before) << name;
         }
         for (int s = 1; s <= fixture.course.NumStudents; ++s)
-            EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << c.name;
+            EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << name;
     }
 }
 

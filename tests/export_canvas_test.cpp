@@ -210,10 +210,7 @@ TEST(ExportCanvas, SessionTitlesBecomeHeadingsCanvasTakes) {
 // ---- Cells: numbers Canvas reads in any locale (the golden uploads hold absences blank and 0).
 
 TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
-    struct Case {
-        double score;
-        const char* cell;
-    } cases[] = {
+    const std::tuple<double, const char*> cases[] = {
         {12, "12"},
         {7.5, "7.5"},
         {1.0 / 3, "0.3333"},
@@ -227,14 +224,14 @@ TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
     BiologyCourse biology;
     biology.Load();
     const int row = biology.Row("20260101");
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cell);
-        biology.course.Students[row].Score[1] = c.score;
+    for (const auto& [score, cell] : cases) {
+        SCOPED_TRACE(cell);
+        biology.course.Students[row].Score[1] = score;
         biology.Export(true, CanvasChoice{});
         const std::vector<std::string> lines = biology.Upload();
         ASSERT_GE(lines.size(), 3u);
         EXPECT_TRUE(lines[2].starts_with(
-            std::string("\"Alvarez, Maria\",5101,20260101,malvarez,BIO 110 - 001,") + c.cell + ","))
+            std::string("\"Alvarez, Maria\",5101,20260101,malvarez,BIO 110 - 001,") + cell + ","))
             << lines[2];
     }
 }
@@ -243,12 +240,8 @@ TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
 
 TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
     using std::filesystem::last_write_time;
-    struct Case {
-        const char* why;
-        const char* newest;  // the file written last
-        const char* text;
-        const char* row;  // S1's identifying cells in the upload
-    } cases[] = {
+    // Why, the file written last and its text, and S1's identifying cells in the upload.
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"a byte-order mark and \";\" separators, decimal commas and a quoted \";\"", "export.CSV",
          "\xEF\xBB\xBFStudent;ID;SIS User ID;SIS Login ID;Section;Quiz (12)\r\n"
          "Points Possible;;;;;12,5\r\n"
@@ -263,8 +256,8 @@ TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
          "Student,ID,SIS User ID,SIS Login ID,Section\r\n\"Up, Sam\",999,S1,,X\r\n",
          "\"Old, Sam\",100,S1,sold,Old"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, newest, text, row] : cases) {
+        SCOPED_TRACE(why);
         test::LoadedCourse open;
         open.WriteSettings({{"CMS", "canvas"}});
         open.WriteRemotes("#A1,\"S1\"\r\n");
@@ -272,14 +265,14 @@ TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
         open.Write(
             "old.csv",
             "Student,ID,SIS User ID,SIS Login ID,Section\r\n\"Old, Sam\",100,S1,sold,Old\r\n");
-        open.Write(c.newest, c.text);
+        open.Write(newest, text);
         last_write_time(open.File("old.csv"),
-                        last_write_time(open.File(c.newest)) - std::chrono::hours(1));
+                        last_write_time(open.File(newest)) - std::chrono::hours(1));
         open.Load();
         ExportAll(open.course, open.host, "CANVAS", CanvasChoice{});
         const std::vector<std::string> lines = Lines(open.Read(kUpload));
         ASSERT_EQ(lines.size(), 3u);
-        EXPECT_TRUE(lines[2].starts_with(std::string(c.row) + ",")) << lines[2];
+        EXPECT_TRUE(lines[2].starts_with(std::string(row) + ",")) << lines[2];
     }
 }
 

@@ -36,25 +36,22 @@ struct Session {
 };
 
 TEST(Grading, RequiredResponsesFollowTheSetting) {
-    struct Case {
-        const char* setting;  // nullptr: not in the settings
-        int questions;
-        int required;
-    } cases[] = {
+    // The setting (nullptr: none), the live questions, the responses required.
+    const std::tuple<const char*, int, int> cases[] = {
         {"0", 6, 5},     {"1", 6, 4},         {"2", 6, 3},    {"3", 6, 6}, {"4", 6, 1}, {"9", 6, 4},
         {nullptr, 6, 4}, {"2 of them", 6, 3}, {"none", 6, 5}, {"2", 5, 2}, {"1", 5, 3}, {"3", 0, 0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [setting, questions, required] : cases) {
         Session session(-1);
-        if (c.setting) SetParam(session.course, "ParticipationRequirement", c.setting);
-        for (int q = 0; q < c.questions; ++q) session.AddQuestion({1, 0, 0, 0, 0});
+        if (setting) SetParam(session.course, "ParticipationRequirement", setting);
+        for (int q = 0; q < questions; ++q) session.AddQuestion({1, 0, 0, 0, 0});
         // Neither a deleted nor a nameless question counts.
         session.AddQuestion({1, 0, 0, 0, 0}).Deleted = kTrue;
         session.AddQuestion({1, 0, 0, 0, 0}, " ");
-        EXPECT_EQ(RequiredResponses(session.course), c.required)
-            << (c.setting ? c.setting : "default") << " with " << c.questions;
+        EXPECT_EQ(RequiredResponses(session.course), required)
+            << (setting ? setting : "default") << " with " << questions;
         SetRequiredResponses(session.course);
-        EXPECT_EQ(session.course.SessMinReply, c.required);
+        EXPECT_EQ(session.course.SessMinReply, required);
     }
 }
 

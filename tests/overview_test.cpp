@@ -79,16 +79,13 @@ TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
 }
 
 TEST(Overview, TotalBins) {
-    const struct {
-        double total, available;
-        int bin;
-    } cases[] = {
+    const std::tuple<double, double, int> cases[] = {
         {-3, 46, 0},   {0, 46, 0},    {4.59, 46, 0}, {4.6, 46, 1}, {19, 46, 4},
         {45.9, 46, 9}, {46, 46, 9},   {50, 46, 9},   {3, 10, 3},   {0.3, 1, 3},
         {0.7, 1, 7},   {0.99, 10, 0}, {0, 0, 9},     {-1, 0, 0},   {2, 0, 9},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(TotalBin(c.total, c.available), c.bin) << c.total << " of " << c.available;
+    for (const auto& [total, available, bin] : cases)
+        EXPECT_EQ(TotalBin(total, available), bin) << total << " of " << available;
 }
 
 TEST(Overview, AtRisk) {

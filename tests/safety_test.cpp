@@ -338,13 +338,7 @@ TEST(Safety, EveryWriterLeavesTheOldFileAndSaysWhy) {
 }
 
 TEST(Safety, AFailureIsNamedInTheEnvironmentAsStepErrorAndPath) {
-    struct Case {
-        const char* text;
-        bool valid;
-        WriteStep step;
-        int error;
-        const char* part;
-    } cases[] = {
+    const std::tuple<const char*, bool, WriteStep, int, const char*> cases[] = {
         {"write:ENOSPC:SessionData/L", true, WriteStep::Write, ENOSPC, "SessionData/L"},
         {"rename:EISDIR:", true, WriteStep::Rename, EISDIR, ""},
         {"open:EROFS:a:b", true, WriteStep::Open, EROFS, "a:b"},
@@ -353,14 +347,14 @@ TEST(Safety, AFailureIsNamedInTheEnvironmentAsStepErrorAndPath) {
         {"write:ENOSPC", false, WriteStep::Write, 0, ""},
         {"", false, WriteStep::Write, 0, ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        std::optional<WriteFault> fault = ParseWriteFault(c.text);
-        ASSERT_EQ(fault.has_value(), c.valid);
+    for (const auto& [text, valid, step, error, part] : cases) {
+        SCOPED_TRACE(text);
+        std::optional<WriteFault> fault = ParseWriteFault(text);
+        ASSERT_EQ(fault.has_value(), valid);
         if (!fault) continue;
-        EXPECT_EQ(fault->step, c.step);
-        EXPECT_EQ(fault->error, c.error);
-        EXPECT_EQ(fault->pathPart, c.part);
+        EXPECT_EQ(fault->step, step);
+        EXPECT_EQ(fault->error, error);
+        EXPECT_EQ(fault->pathPart, part);
     }
 }
 
@@ -694,21 +688,18 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
 // Grade books that split into no line at all once quotes or the byte-order mark are gone: the
 // reader treats them as it treats any grade book too short to use.
 TEST(Safety, GradeBooksOfNothingButMarksReadAsMissing) {
-    struct Case {
-        const char* cms;
-        const char* text;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"BLACKBOARD", "\""},
         {"BLACKBOARD", "\"\"\""},
         {"D2L", "\xEF\xBB\xBF"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
+    for (const auto& [cms, text] : cases) {
+        SCOPED_TRACE(text);
         TempCourse folder;
         Course course;
         course.AppPath = folder.Path();
         RecordingHost host;
-        EXPECT_TRUE(ReadGradeBookText(course, host, c.cms, c.text));
+        EXPECT_TRUE(ReadGradeBookText(course, host, cms, text));
         EXPECT_EQ(course.NumRosterIDs, 0);
         EXPECT_EQ(host.messages.size(), 1u);
     }

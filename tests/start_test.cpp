@@ -18,11 +18,7 @@ namespace {
 using test::TempCourse;
 
 TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
-    struct Case {
-        const char* invokedAs;
-        const char* current;
-        const char* folder;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"tallory", "/home/ann/Physics", "/home/ann/Physics"},  // found through PATH
         {"./tallory", "/home/ann/Physics", "/home/ann/Physics"},
         {"/courses/Optics/tallory", "/tmp", "/courses/Optics"},
@@ -30,20 +26,17 @@ TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
         {"../Optics/tallory", "/courses/Physics", "/courses/Physics/../Optics"},
         {"/tallory", "/tmp", "/"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(ProgramFolderOf(c.invokedAs, c.current), c.folder) << c.invokedAs;
+    for (const auto& [invokedAs, current, folder] : cases)
+        EXPECT_EQ(ProgramFolderOf(invokedAs, current), folder) << invokedAs;
 }
 
 TEST(ProgramStart, DebugIsTheWholeCommandLine) {
-    struct Case {
-        std::vector<std::string> arguments;
-        bool debug;
-    } cases[] = {
+    const std::tuple<std::vector<std::string>, bool> cases[] = {
         {{"DEBUG"}, true},         {{" debug "}, true},   {{"Debug"}, true}, {{}, false},
         {{"DEBUG", "now"}, false}, {{"DEBUGGER"}, false}, {{""}, false},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(IsDebugCommand(c.arguments), c.debug) << testing::PrintToString(c.arguments);
+    for (const auto& [arguments, debug] : cases)
+        EXPECT_EQ(IsDebugCommand(arguments), debug) << testing::PrintToString(arguments);
 }
 
 // An installed program in a folder of its own (usr/bin, data in usr/share/tallory, bin a link to

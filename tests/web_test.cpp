@@ -28,6 +28,8 @@ namespace {
 
 using test::LocalHttpServer;
 using test::ReadBytes;
+using test::SendAll;
+using test::Silence;
 using test::TempCourse;
 
 std::string DataFile(std::string_view name) {
@@ -101,26 +103,8 @@ using Clock = std::chrono::steady_clock;
 constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::milliseconds(1000),
                                   64 * 1024};
 
-void SendAll(int connection, const std::string& text) {
-    for (size_t sent = 0; sent < text.size();) {
-        const ssize_t wrote =
-            send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-        if (wrote <= 0) return;
-        sent += static_cast<size_t>(wrote);
-    }
-}
-
-// Holds the connection open, silent, until the client gives up or the server stops.
-void Silence(int connection, const std::atomic<bool>& stopping) {
-    char buffer[256];
-    while (!stopping) {
-        pollfd readable{connection, POLLIN, 0};
-        if (poll(&readable, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0) return;
-    }
-}
-
-// The misbehaving servers: after the request, silence (`Silence` itself); a head and part of a
-// body, then silence; a body without end; a body that announces a size beyond the limit.
+// The misbehaving servers: after the request, silence (`Silence`); a head and part of a body,
+// then silence; a body without end; a body that announces a size beyond the limit.
 void StallBody(int connection, const std::atomic<bool>& stopping) {
     SendAll(connection,
             "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
@@ -557,11 +541,7 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
     });
-    struct Case {
-        std::string webcode;
-        std::string base;
-        std::string message;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string> cases[] = {
         {"demo", unused, "Error: unable to download registrations. Check internet connection."},
         {"short", server.Base(),
          "Error: unable to download registrations. Check internet connection."},
@@ -569,12 +549,12 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
          "Error: unable to download registrations. Check school code."},
         {"local", server.Base(), "Error unable to open local data file WebReg.dat."},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, c.base);
+    for (const auto& [webcode, base, message] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, base);
         web.Sync(VerifyAnswer::Accept);
         ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_EQ(web.host.messages[0].text, c.message);
+        EXPECT_EQ(web.host.messages[0].text, message);
         EXPECT_EQ(web.host.messages[0].icon, Icon::None);
         EXPECT_EQ(web.recordsUpdated, 0);
         EXPECT_EQ(web.doneNote,
@@ -726,15 +706,13 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
 // course is left as it was.
 TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
     LocalHttpServer server(Silence);
-    struct Case {
-        std::string webcode;
-    } cases[] = {
-        {server.Base() + "WebReg.csv"},  // the registration file
-        {"SQL"},                         // the service, asked per clicker
+    const std::string webcodes[] = {
+        server.Base() + "WebReg.csv",  // the registration file
+        "SQL",                         // the service, asked per clicker
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, server.Base());
+    for (const std::string& webcode : webcodes) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, server.Base());
         const size_t requests = server.Targets().size();
         const Clock::time_point start = Clock::now();
         web.Sync(VerifyAnswer::Accept, kTestLimits);
@@ -761,10 +739,7 @@ struct CountingFetcher : UrlFetcher {
 // With no registration server set up, a code that needs one is said to be out of reach before
 // anything is asked; codes that name their own source go on.
 TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
-    struct Case {
-        std::string webcode;
-        bool reachable;
-    } cases[] = {
+    const std::tuple<std::string, bool> cases[] = {
         {"SQL", false},
         {"", false},  // the default
         {"demo", false},
@@ -772,12 +747,12 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         {"http://127.0.0.1:1/WebReg.csv", true},
         {"local", true},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, "");
+    for (const auto& [webcode, reachable] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, "");
         CountingFetcher fetcher;
         web.Sync(VerifyAnswer::Accept, fetcher);
-        if (c.reachable) {
+        if (reachable) {
             EXPECT_NE(web.recordsUpdated, -1);  // the screen ran
             continue;
         }
@@ -797,10 +772,8 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
                                    std::to_string(TALLORY_VERSION_MINOR),
                                    std::to_string(TALLORY_VERSION_REV)};
     const char* keys[] = {"tallory.exe.major", "tallory.exe.minor", "tallory.exe.rev"};
-    struct Case {
-        const char* name;
-        std::string config;  // empty: no Config.csv, and none afterwards
-    } cases[] = {
+    // An empty Config.csv: none before, and none afterwards.
+    const std::tuple<const char*, std::string> cases[] = {
         {"first start", "\"CMS\" ,\"General\" ,\"\"\r\n"},
         {"downgrade", "\"tallory.exe.major\" ,\"99\" ,\"\"\r\n"},
         {"same version", "\"tallory.exe.major\" ,\"" + version[0] +
@@ -808,11 +781,11 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
                              "\" ,\"\"\r\n\"tallory.exe.rev\" ,\"" + version[2] + "\" ,\"\"\r\n"},
         {"no settings file", ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, config] : cases) {
+        SCOPED_TRACE(name);
         TempCourse folder;
         folder.Write("SessionData/.keep", "");
-        if (!c.config.empty()) folder.Write("SessionData/Config.csv", c.config);
+        if (!config.empty()) folder.Write("SessionData/Config.csv", config);
         Course course;
         RecordingHost host;
         course.AppPath = folder.Path();
@@ -823,9 +796,9 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
         ReadConfig(reread, host);
         for (int k = 0; k < 3; ++k) {
             EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
-            EXPECT_EQ(GetParam(reread, keys[k], ""), c.config.empty() ? "" : version[k]);
+            EXPECT_EQ(GetParam(reread, keys[k], ""), config.empty() ? "" : version[k]);
         }
-        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !c.config.empty());
+        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !config.empty());
     }
 }
 

@@ -251,24 +251,18 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
 
 TEST(Keyboard, MessageBoxesHaveNoMinimiseButtonAndDestructiveOnesDefaultToNo) {
     QtHost host;
-    const struct {
-        Buttons buttons;
-        MessageStyle style;
-        QMessageBox::StandardButton shown;
-        Answer enter;
-    } cases[] = {
+    const std::tuple<Buttons, MessageStyle, QMessageBox::StandardButton, Answer> cases[] = {
         {Buttons::YesNo, kDestructive, QMessageBox::No, Answer::No},
         {Buttons::OkCancel, kDestructive, QMessageBox::Cancel, Answer::Cancel},
         {Buttons::YesNo, {}, QMessageBox::Yes, Answer::Yes},
     };
-    for (const auto& test : cases) {
+    for (const auto& [buttons, style, shown, enter] : cases) {
         MessageBoxes boxes({MessageBoxes::Enter});
-        EXPECT_EQ(
-            host.Message("Remove it?", "Confirm Remove", Icon::Question, test.buttons, test.style),
-            test.enter);
+        EXPECT_EQ(host.Message("Remove it?", "Confirm Remove", Icon::Question, buttons, style),
+                  enter);
         ASSERT_EQ(boxes.shown.size(), 1u);
         const Qt::WindowFlags flags = boxes.shown[0].flags;
-        EXPECT_EQ(boxes.shown[0].defaultButton, test.shown);
+        EXPECT_EQ(boxes.shown[0].defaultButton, shown);
         EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
         EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
     }
