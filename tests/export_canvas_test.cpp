@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <sstream>
 
 #include "TestSupport.h"
 #include "common/RecordingHost.h"

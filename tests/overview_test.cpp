@@ -2,7 +2,6 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -90,20 +89,17 @@ TEST(Overview, TotalBins) {
 
 TEST(Overview, AtRisk) {
     // Present marks for sessions 1..n, "x" present, "." absent.
-    const struct {
-        const char* sessions;
-        bool atRisk;
-    } cases[] = {
+    const std::tuple<const char*, bool> cases[] = {
         {"", false},      {"x", false},         {".", true},         {"x.", true},
         {"xx", false},    {"xx.", false},       {"x..", true},       {"...xx", true},
         {"xxx..", false}, {"xxx..x", false},    {"xxxxxx...", true}, {"xxx.xx.x..", false},
         {"xx..x.", true}, {"xxxx.....x", true},
     };
-    for (const auto& c : cases) {
+    for (const auto& [sessions, atRisk] : cases) {
         StudentRec student;
-        const int n = static_cast<int>(std::string(c.sessions).size());
-        for (int s = 1; s <= n; ++s) student.Present[s] = c.sessions[s - 1] == 'x' ? kTrue : kFalse;
-        EXPECT_EQ(IsAtRisk(student, n), c.atRisk) << c.sessions;
+        const int n = static_cast<int>(std::string(sessions).size());
+        for (int s = 1; s <= n; ++s) student.Present[s] = sessions[s - 1] == 'x' ? kTrue : kFalse;
+        EXPECT_EQ(IsAtRisk(student, n), atRisk) << sessions;
     }
 }
 

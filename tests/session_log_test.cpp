@@ -161,10 +161,7 @@ TEST(SessionLog, HeaderEndsAndFailures) {
     };
     std::string badCount = full;
     badCount.replace(badCount.find("Response C,    ,   , 0 "), 23, "Response C,    ,   , many ");
-    struct Case {
-        std::string text;
-        int questions, voters;
-    } cases[] = {
+    const std::tuple<std::string, int, int> cases[] = {
         {"", 0, 0},            // empty file
         {upToLine(1), 5, 0},   // ends after line 1: the count of the log read before stays
         {upToLine(2), 2, 0},   // ends after line 2
@@ -173,12 +170,12 @@ TEST(SessionLog, HeaderEndsAndFailures) {
         {upToLine(10), 2, 0},  // no voters
         {full, 2, 1},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, questions, voters] : cases) {
         LogReading log;
         log.course.NumQuestions = 5;
-        log.Read(c.text);
-        EXPECT_EQ(log.course.NumQuestions, c.questions) << c.text;
-        EXPECT_EQ(log.course.NumVoters, c.voters) << c.text;
+        log.Read(text);
+        EXPECT_EQ(log.course.NumQuestions, questions) << text;
+        EXPECT_EQ(log.course.NumVoters, voters) << text;
     }
 }
 

@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <thread>
 
 #include "LogBuilder.h"

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QPushButton>
 #include <QTreeWidget>
 #include <cstdlib>
 #include <string>

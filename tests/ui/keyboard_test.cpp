@@ -8,7 +8,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -198,16 +197,13 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
             return dialog.focusWidget() ? dialog.focusWidget() : &dialog;
         };
         points->setFocus();
-        const struct {
-            QKeyCombination key;
-            const char* question;
-        } walk[] = {
+        const std::tuple<QKeyCombination, const char*> walk[] = {
             {Qt::Key_PageDown, "2"}, {Qt::ALT | Qt::Key_Right, "3"}, {Qt::Key_PageDown, "3"},
             {Qt::Key_PageUp, "2"},   {Qt::ALT | Qt::Key_Left, "1"},  {Qt::Key_PageUp, "1"},
         };
-        for (const auto& step : walk) {
-            QTest::keyClick(focus(), step.key.key(), step.key.keyboardModifiers());
-            EXPECT_EQ(number->text(), step.question) << step.key.toCombined();
+        for (const auto& [key, question] : walk) {
+            QTest::keyClick(focus(), key.key(), key.keyboardModifiers());
+            EXPECT_EQ(number->text(), question) << key.toCombined();
         }
         // A point typed and not yet handed over is an edit: Escape asks, and No keeps it.
         points->setFocus();
