@@ -69,12 +69,7 @@ TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
 }
 
 TEST(Fields, SplitsAsTheCourseFilesNeed) {
-    struct Case {
-        const char* line;
-        int top;
-        int count;
-        std::vector<std::string> fields;
-    } cases[] = {
+    const std::tuple<const char*, int, int, std::vector<std::string>> cases[] = {
         {"a,b,c,d,e,f,g,h", 5, 5, {"a", "b", "c", "d", "e", "f:g:h"}},
         {"", 9, -1, {}},
         {"a,b,", 9, 1, {"a", "b"}},
@@ -86,12 +81,12 @@ TEST(Fields, SplitsAsTheCourseFilesNeed) {
         {"\"open, to the end", 9, 0, {"open, to the end"}},
         {" a , b ", 9, 1, {" a ", " b "}},
     };
-    for (const auto& c : cases) {
-        Fields fields(c.top);
-        SplitFields(c.line, fields);
-        EXPECT_EQ(fields.Count(), c.count) << c.line;
-        for (size_t i = 0; i < c.fields.size(); ++i)
-            EXPECT_EQ(fields[static_cast<int>(i)], c.fields[i]) << c.line << " field " << i;
+    for (const auto& [line, top, count, expected] : cases) {
+        Fields fields(top);
+        SplitFields(line, fields);
+        EXPECT_EQ(fields.Count(), count) << line;
+        for (size_t i = 0; i < expected.size(); ++i)
+            EXPECT_EQ(fields[static_cast<int>(i)], expected[i]) << line << " field " << i;
     }
     EXPECT_TRUE(SameText(" abc ", "ABC"));
     EXPECT_FALSE(SameText("abc", "abd"));

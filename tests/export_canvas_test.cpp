@@ -91,38 +91,34 @@ struct BiologyCourse : test::LoadedCourse {
 // ---- Golden uploads: each layout from export all and from export selected (sessions 2 and 4).
 
 TEST(ExportCanvas, TheUploadCanvasImports) {
-    struct Case {
-        bool all;
-        CanvasChoice choice;
-        const char* expected;
-        std::vector<std::pair<std::string, double>> columns;
-    } cases[] = {
-        {true,
-         {false, false},
-         "all.sessions.blank.expected",
-         {{"Clicker 09/08/2026 (4107)", 3},
-          {"Clicker Final-Grade review", 3},
-          {"Clicker 09/15/2026", 3},
-          {"Clicker 09/15/2026-2", 3},
-          {"Clicker Final-grade review-2", 3}}},
-        {true, {true, true}, "all.total.zero.expected", {{"Clicker Total", 15}}},
-        {false,
-         {false, true},
-         "selected.sessions.zero.expected",
-         {{"Clicker Final-Grade review", 3}, {"Clicker 09/15/2026-2", 3}}},
-        {false, {true, false}, "selected.total.blank.expected", {{"Clicker Total", 6}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.expected);
+    const std::tuple<bool, CanvasChoice, const char*, std::vector<std::pair<std::string, double>>>
+        cases[] = {
+            {true,
+             {false, false},
+             "all.sessions.blank.expected",
+             {{"Clicker 09/08/2026 (4107)", 3},
+              {"Clicker Final-Grade review", 3},
+              {"Clicker 09/15/2026", 3},
+              {"Clicker 09/15/2026-2", 3},
+              {"Clicker Final-grade review-2", 3}}},
+            {true, {true, true}, "all.total.zero.expected", {{"Clicker Total", 15}}},
+            {false,
+             {false, true},
+             "selected.sessions.zero.expected",
+             {{"Clicker Final-Grade review", 3}, {"Clicker 09/15/2026-2", 3}}},
+            {false, {true, false}, "selected.total.blank.expected", {{"Clicker Total", 6}}},
+        };
+    for (const auto& [all, choice, expected, headings] : cases) {
+        SCOPED_TRACE(expected);
         BiologyCourse biology;
         biology.Load();
         EXPECT_EQ(test::Messages(biology.host), test::Strings{}) << "at course start";
         biology.course.ExportSel[2] = biology.course.ExportSel[4] = 1;
-        const std::vector<UploadColumn> columns = biology.Export(c.all, c.choice);
-        EXPECT_EQ(biology.Read(kUpload), CanvasData(c.expected));
+        const std::vector<UploadColumn> columns = biology.Export(all, choice);
+        EXPECT_EQ(biology.Read(kUpload), CanvasData(expected));
         std::vector<std::pair<std::string, double>> seen;
         for (const UploadColumn& column : columns) seen.emplace_back(column.title, column.points);
-        EXPECT_EQ(seen, c.columns);
+        EXPECT_EQ(seen, headings);
         EXPECT_EQ(biology.host.written, std::vector<std::string>{biology.File(kUpload)});
         ASSERT_EQ(biology.host.messages.size(), 1u);
         EXPECT_TRUE(biology.host.messages[0].text.starts_with("Wrote the Canvas upload file " +

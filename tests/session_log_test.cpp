@@ -183,11 +183,7 @@ TEST(SessionLog, HeaderEndsAndFailures) {
 TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
     std::vector<LogVoter> many;
     for (int i = 0; i <= kMaxVoters; ++i) many.push_back({"#A" + std::to_string(i), "", {"A"}});
-    struct Case {
-        std::vector<LogVoter> voters;
-        int number;
-        const char* message;
-    } cases[] = {
+    const std::tuple<std::vector<LogVoter>, int, const char*> cases[] = {
         {{{"#A1", "", {"A"}}, test::RawLine("#B2, , lots ,A")},
          kTypeMismatch,
          "Run-time error '13': Type mismatch\nFile {log}, line 12"},
@@ -195,12 +191,12 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
          "Run-time error '9': Subscript out of range\nTable Votes, row 4001 (rows 0 to 4000)\nFile "
          "{log}, line 4011"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [voters, number, expected] : cases) {
         LogReading log;
-        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, c.voters)); });
-        std::string message = c.message;
+        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, voters)); });
+        std::string message = expected;
         message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
-        EXPECT_EQ(ending.number, c.number);
+        EXPECT_EQ(ending.number, number);
         EXPECT_EQ(ending.message, message);
     }
 }
