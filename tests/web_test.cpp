@@ -323,13 +323,8 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
     struct Web {
         const char *first, *last, *id;
     };
-    struct Case {
-        const char* name;
-        std::vector<Web> web;
-        std::vector<int> scores;  // MatchScore of the three roster rows
-        int matchCount;
-        bool note;
-    } cases[] = {
+    // The web rows, the MatchScore of the three roster rows, the matches, whether a note is made.
+    const std::tuple<const char*, std::vector<Web>, std::vector<int>, int, bool> cases[] = {
         {"name and ID", {{"ann", " LEE ", "s1"}}, {3, 0, 0}, 1, false},
         {"last name only", {{"Xy", "Lee", ""}}, {1, 0, 0}, 1, false},
         {"blank last name and ID", {{"Ann", "", ""}}, {0, 0, 0}, 0, false},
@@ -338,15 +333,15 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
         {"ambiguous", {{"Bo", "Mo", "S1"}}, {1, 2, 0}, 1, true},
         {"nobody", {{"Nemo", "Nobody", "S9"}}, {0, 0, 0}, 0, false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, web, scores, matchCount, noted] : cases) {
+        SCOPED_TRACE(name);
         Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo"), Student("", "", "")};
         WebRegistrations regs;
-        for (const Web& w : c.web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
+        for (const Web& w : web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
         const std::string note = ScoreWebRegistrations(roster.course, regs);
-        for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, c.scores[k]) << k;
-        EXPECT_EQ(regs.WebMatchCount, c.matchCount);
-        EXPECT_EQ(!note.empty(), c.note);
+        for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, scores[k]) << k;
+        EXPECT_EQ(regs.WebMatchCount, matchCount);
+        EXPECT_EQ(!note.empty(), noted);
     }
 }
 
@@ -459,10 +454,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
             }
         return {404, "<h1>Object not found!</h1>"};
     });
-    struct Case {
-        std::string webcode;
-        size_t requests;
-    } cases[] = {
+    const std::tuple<std::string, size_t> cases[] = {
         {"http://127.0.0.1:" + std::to_string(server.Port()) + "/files/WebReg.csv", 1},
         {"demo", 1},     // a school's file on the registration server
         {"local", 0},    // WebReg.dat in the course folder
@@ -470,9 +462,9 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         {"SQL " + server.Base() + "other?key=", 8},
     };
     size_t before = 0;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, server.Base());
+    for (const auto& [webcode, asked] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, server.Base());
         web.Write("WebReg.dat", file);
         web.Sync(VerifyAnswer::Accept);
         EXPECT_TRUE(web.host.messages.empty());
@@ -494,7 +486,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
                                                               "1005", "#AA0002", "#BB0009"}));
         const size_t requests = server.Targets().size() - before;
         before = server.Targets().size();
-        EXPECT_EQ(requests, c.requests);
+        EXPECT_EQ(requests, asked);
     }
     const std::vector<std::string> targets = server.Targets();
     EXPECT_NE(std::find(targets.begin(), targets.end(), "/GetRegistered.aspx?c=00BB0001"),
