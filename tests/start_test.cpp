@@ -31,12 +31,15 @@ TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
 }
 
 TEST(ProgramStart, DebugIsTheWholeCommandLine) {
-    const std::tuple<std::vector<std::string>, bool> cases[] = {
+    struct Case {
+        std::vector<std::string> arguments;
+        bool debug;
+    } cases[] = {
         {{"DEBUG"}, true},         {{" debug "}, true},   {{"Debug"}, true}, {{}, false},
         {{"DEBUG", "now"}, false}, {{"DEBUGGER"}, false}, {{""}, false},
     };
-    for (const auto& [arguments, debug] : cases)
-        EXPECT_EQ(IsDebugCommand(arguments), debug) << testing::PrintToString(arguments);
+    for (const Case& c : cases)
+        EXPECT_EQ(IsDebugCommand(c.arguments), c.debug) << testing::PrintToString(c.arguments);
 }
 
 // An installed program in a folder of its own (usr/bin, data in usr/share/tallory, bin a link to

@@ -311,7 +311,11 @@ struct Roster : test::LoadedCourse {
 };
 
 RosterRec Student(const char* id, const char* first, const char* last) {
-    return {.StudentId = id, .FirstName = first, .LastName = last};
+    RosterRec row;
+    row.StudentId = id;
+    row.FirstName = first;
+    row.LastName = last;
+    return row;
 }
 
 void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string& first,
