@@ -11,27 +11,20 @@ namespace {
 using Step = CourseWatch::Step;
 
 TEST(CourseWatch, ReloadsOnlyWhenQuietAndNothingIsOpen) {
-    struct Case {
-        const char* what;
-        std::vector<std::int64_t> events;
-        std::int64_t pollAt;
-        bool screenOpen;
-        bool commandRunning;
-        Step expected;
-    };
-    const Case cases[] = {
-        {"no event", {}, 1000, false, false, Step::Idle},
-        {"quiet long enough", {0}, 500, false, false, Step::Reload},
-        {"too soon", {0}, 499, false, false, Step::Wait},
-        {"burst counts from the last event", {0, 300, 600}, 900, false, false, Step::Wait},
-        {"burst then quiet", {0, 300, 600}, 1100, false, false, Step::Reload},
-        {"screen open", {0}, 5000, true, false, Step::Wait},
-        {"command running", {0}, 5000, false, true, Step::Wait},
-    };
-    for (const Case& c : cases) {
+    const std::tuple<const char*, std::vector<std::int64_t>, std::int64_t, bool, bool, Step>
+        cases[] = {
+            {"no event", {}, 1000, false, false, Step::Idle},
+            {"quiet long enough", {0}, 500, false, false, Step::Reload},
+            {"too soon", {0}, 499, false, false, Step::Wait},
+            {"burst counts from the last event", {0, 300, 600}, 900, false, false, Step::Wait},
+            {"burst then quiet", {0, 300, 600}, 1100, false, false, Step::Reload},
+            {"screen open", {0}, 5000, true, false, Step::Wait},
+            {"command running", {0}, 5000, false, true, Step::Wait},
+        };
+    for (const auto& [what, events, pollAt, screenOpen, commandRunning, expected] : cases) {
         CourseWatch watch;
-        for (std::int64_t at : c.events) watch.FileEvent(at);
-        EXPECT_EQ(watch.Poll(c.pollAt, c.screenOpen, c.commandRunning), c.expected) << c.what;
+        for (std::int64_t at : events) watch.FileEvent(at);
+        EXPECT_EQ(watch.Poll(pollAt, screenOpen, commandRunning), expected) << what;
     }
 }
 
@@ -53,8 +46,7 @@ TEST(CourseWatch, DiffAndNotice) {
         LogSnapshot after;
         std::vector<LogChange> changes;
         std::string notice;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"nothing", before, {}, ""},
         {"grew",
          {{"L1.csv", {30, 1}}, {"L2.csv", {20, 2}}},
