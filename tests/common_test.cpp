@@ -96,10 +96,7 @@ TEST(Fields, SplitsAsTheCourseFilesNeed) {
 // on a text instead.
 TEST(LineReader, EndsLinesAtCrOrCrLfKeepsLoneLfAndReadsATextAsItsFile) {
     const std::string longLine(200000, 'x');  // longer than any read buffer
-    const struct {
-        std::string text;
-        std::vector<std::string> lines;
-    } cases[] = {
+    const std::tuple<std::string, std::vector<std::string>> cases[] = {
         {"one\r\ntwo\rthree\nstill three\r\n\r\nlast",
          {"one", "two", "three\nstill three", "", "last"}},
         {"", {}},
@@ -112,17 +109,17 @@ TEST(LineReader, EndsLinesAtCrOrCrLfKeepsLoneLfAndReadsATextAsItsFile) {
         {longLine + "\r\n" + longLine + "\r", {longLine, longLine}},
     };
     test::TempCourse course;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text.substr(0, 20));
-        course.Write("a.txt", c.text);
+    for (const auto& [content, lines] : cases) {
+        SCOPED_TRACE(content.substr(0, 20));
+        course.Write("a.txt", content);
         LineReader file(course.File("a.txt"));
-        LineReader text("a.txt", c.text);
-        EXPECT_EQ(file.Text(), c.text);
+        LineReader text("a.txt", content);
+        EXPECT_EQ(file.Text(), content);
         std::vector<std::string> fromFile, fromText;
         for (std::string line; file.ReadLine(line);) fromFile.push_back(line);
         for (std::string line; text.ReadLine(line);) fromText.push_back(line);
-        EXPECT_EQ(fromFile, c.lines);
-        EXPECT_EQ(fromText, c.lines);
+        EXPECT_EQ(fromFile, lines);
+        EXPECT_EQ(fromText, lines);
         EXPECT_EQ(file.LineNumber(), text.LineNumber());
     }
     std::string line;

@@ -249,10 +249,8 @@ TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
 // target's empty-list message, and no file.
 
 TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
-    struct Case {
-        const char* cms;
-        std::vector<std::string> messages;  // "[title] text"
-    } cases[] = {
+    // The course's setting and the messages of the export, each as "[title] text".
+    const std::tuple<const char*, std::vector<std::string>> cases[] = {
         {"WEB CT",
          {"[Tallory] Exporting in WebCT format requires the grade book to be downloaded and placed "
           "in the main directory with name class.txt",
@@ -294,14 +292,14 @@ TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
           "Moodle in '\r\n{course}' folder and rename it to 'MoodleRoster.Txt' and then try "
           "again"}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cms);
-        OpenCourse open(c.cms, DataPath("export/students.csv"));
+    for (const auto& [cms, said] : cases) {
+        SCOPED_TRACE(cms);
+        OpenCourse open(cms, DataPath("export/students.csv"));
         // The course start reported the same missing file in its own words.
         EXPECT_FALSE(open.host.messages.empty());
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
-        std::vector<std::string> messages = c.messages;
+        std::vector<std::string> messages = said;
         for (std::string& text : messages)
             if (size_t at = text.find("{course}"); at != std::string::npos)
                 text.replace(at, 8, open.course.AppPath);

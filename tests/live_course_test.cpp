@@ -41,12 +41,7 @@ TEST(CourseWatch, DiffAndNotice) {
     auto label = [](const std::string& file) {
         return file == "L1.csv" ? std::string("10/03/2026") : std::string();
     };
-    struct Case {
-        const char* what;
-        LogSnapshot after;
-        std::vector<LogChange> changes;
-        std::string notice;
-    } cases[] = {
+    const std::tuple<const char*, LogSnapshot, std::vector<LogChange>, std::string> cases[] = {
         {"nothing", before, {}, ""},
         {"grew",
          {{"L1.csv", {30, 1}}, {"L2.csv", {20, 2}}},
@@ -69,10 +64,10 @@ TEST(CourseWatch, DiffAndNotice) {
          {{"L9.csv", LogChangeKind::Updated}, {"L2.csv", LogChangeKind::Removed}},
          "Sessions updated"},
     };
-    for (const Case& c : cases) {
-        const std::vector<LogChange> changes = DiffLogs(before, c.after);
-        EXPECT_EQ(changes, c.changes) << c.what;
-        EXPECT_EQ(ChangeNotice(changes, label), c.notice) << c.what;
+    for (const auto& [what, after, expected, notice] : cases) {
+        const std::vector<LogChange> changes = DiffLogs(before, after);
+        EXPECT_EQ(changes, expected) << what;
+        EXPECT_EQ(ChangeNotice(changes, label), notice) << what;
     }
 }
 
