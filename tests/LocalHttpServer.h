@@ -16,6 +16,25 @@
 
 namespace tallory::test {
 
+inline void SendAll(int connection, const std::string& text) {
+    for (size_t sent = 0; sent < text.size();) {
+        const ssize_t wrote =
+            send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+        if (wrote <= 0) return;
+        sent += static_cast<size_t>(wrote);
+    }
+}
+
+// Holds the connection open, silent, until the client gives up or the server stops: a raw handler
+// of a server that takes the request and never answers.
+inline void Silence(int connection, const std::atomic<bool>& stopping) {
+    char buffer[256];
+    while (!stopping) {
+        pollfd readable{connection, POLLIN, 0};
+        if (poll(&readable, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0) return;
+    }
+}
+
 // A small HTTP server on 127.0.0.1 (a free port) for the tests of the registration fetches. It
 // answers each GET from a handler, one connection at a time, and stops with the object. Requests
 // never leave the machine: the test sets no_proxy for the loopback address.
@@ -121,17 +140,11 @@ class LocalHttpServer {
         }
         if (raw_) return raw_(connection, stop_);
         const Reply reply = handler_(target);
-        std::string text =
-            "HTTP/1.1 " + std::to_string(reply.status) +
-            (reply.status == 200 ? " OK" : " Not Found") +
-            "\r\nContent-Type: text/plain\r\nContent-Length: " + std::to_string(reply.body.size()) +
-            "\r\nConnection: close\r\n\r\n" + reply.body;
-        for (size_t sent = 0; sent < text.size();) {
-            const ssize_t wrote =
-                send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-            if (wrote <= 0) return;
-            sent += static_cast<size_t>(wrote);
-        }
+        SendAll(connection, "HTTP/1.1 " + std::to_string(reply.status) +
+                                (reply.status == 200 ? " OK" : " Not Found") +
+                                "\r\nContent-Type: text/plain\r\nContent-Length: " +
+                                std::to_string(reply.body.size()) +
+                                "\r\nConnection: close\r\n\r\n" + reply.body);
     }
 
     Handler handler_;

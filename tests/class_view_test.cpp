@@ -102,12 +102,7 @@ TEST(ClassView, SortsByAnyColumn) {
     const int day1 = ClassView::kFirstSessionColumn, day2 = day1 + 1;
     const int name = ClassView::kNameColumn, total = ClassView::kTotalColumn;
     const DisplayOrder last = DisplayOrder::LastName, id = DisplayOrder::StudentId;
-    struct Case {
-        DisplayOrder order;
-        int column;
-        bool ascending;
-        Ids ids;
-    } cases[] = {
+    const std::tuple<DisplayOrder, int, bool, Ids> cases[] = {
         // Names as text, without regard to case: "cole" between "Ames" and "Doe".
         {last, name, true, {"#B1", "S2", "S3", "S1", "S9", "S4"}},
         {last, name, false, {"S4", "S9", "S1", "S3", "S2", "#B1"}},
@@ -121,19 +116,16 @@ TEST(ClassView, SortsByAnyColumn) {
         // Out of range: back to the grid's order.
         {id, 99, true, {"S1", "S2", "S3", "S4", "S9", "#B1"}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.column << (c.ascending ? " up" : " down"));
-        ClassCourse open(c.order);
-        open.view.Sort(c.column, c.ascending);
-        EXPECT_EQ(open.Ids(), c.ids);
+    for (const auto& [order, column, ascending, ids] : cases) {
+        SCOPED_TRACE(testing::Message() << column << (ascending ? " up" : " down"));
+        ClassCourse open(order);
+        open.view.Sort(column, ascending);
+        EXPECT_EQ(open.Ids(), ids);
     }
 }
 
 TEST(ClassView, SearchesIdsAndNames) {
-    struct Case {
-        const char* text;
-        Ids ids;
-    } cases[] = {
+    const std::tuple<const char*, Ids> cases[] = {
         {"", {"S1", "S2", "S3", "S4", "S9", "#B1"}},
         {"s1", {"S1"}},
         {"  ames ", {"S2"}},
@@ -145,10 +137,10 @@ TEST(ClassView, SearchesIdsAndNames) {
         {"nobody here", {}},
     };
     ClassCourse open;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        open.view.Search(c.text);
-        EXPECT_EQ(open.Ids(), c.ids);
+    for (const auto& [text, ids] : cases) {
+        SCOPED_TRACE(text);
+        open.view.Search(text);
+        EXPECT_EQ(open.Ids(), ids);
     }
 }
 
@@ -171,13 +163,9 @@ TEST(ClassView, KeepsSortAndSearchAcrossARefresh) {
 
 TEST(ClassView, KeepsTheChosenStudentThroughAReorder) {
     const int day2 = ClassView::kFirstSessionColumn + 1, total = ClassView::kTotalColumn;
-    struct Case {
-        const char* what;
-        ClassView::Cell chosen;  // in the grid's order: S1 S2 S3 S4 S9 #B1
-        const char* search;
-        int sessions;  // left after the refresh
-        int row, column;
-    } cases[] = {
+    // The chosen cell in the grid's order (S1 S2 S3 S4 S9 #B1), the search, the sessions left
+    // after the refresh, and the cell kept.
+    const std::tuple<const char*, ClassView::Cell, const char*, int, int, int> cases[] = {
         // Sorted by total going down: S2 S1 #B1 S3 S4 S9.
         {"followed into the new order", {0, total}, "", 2, 1, total},
         {"nobody chosen", {}, "", 2, -1, -1},
@@ -185,17 +173,17 @@ TEST(ClassView, KeepsTheChosenStudentThroughAReorder) {
         // A session gone takes the chosen column back to the last one there is.
         {"column gone", {3, day2}, "", 1, 4, day2 - 1},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [what, chosen, search, sessions, row, column] : cases) {
+        SCOPED_TRACE(what);
         ClassCourse open;
-        open.view.KeepChoice(c.chosen);
-        open.course.NumSessions = c.sessions;
+        open.view.KeepChoice(chosen);
+        open.course.NumSessions = sessions;
         open.view.Refresh(DisplayOrder::StudentId);
         open.view.Sort(total, false);
-        open.view.Search(c.search);
+        open.view.Search(search);
         const ClassView::Cell kept = open.view.KeptChoice();
-        EXPECT_EQ(kept.row, c.row);
-        EXPECT_EQ(kept.column, c.column);
+        EXPECT_EQ(kept.row, row);
+        EXPECT_EQ(kept.column, column);
     }
 }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
 #include <tuple>
 
@@ -34,20 +33,16 @@ TEST(Numbers, TextsOfTheLinePrinterAndPlainConversion) {
 }
 
 TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
-    struct Case {
-        double value;
-        int places;
-        double even;
-        const char* fixed;  // to two places
-    } cases[] = {
+    // The value, the places, Round's result, and FormatFixed's to two places.
+    const std::tuple<double, int, double, const char*> cases[] = {
         {47.5, 0, 48, "47.50"},        {52.5, 0, 52, "52.50"},   {7.0 / 3, 2, 2.33, "2.33"},
         {2.675, 2, 2.68, "2.68"},      {2.665, 2, 2.66, "2.67"}, {-2.5, 0, -2, "-2.50"},
         {0.125, 2, 0.12, "0.13"},      {0, 2, 0, "0.00"},        {1e-10, 2, 0, "0.00"},
         {123.456, 1, 123.5, "123.46"}, {0.5, 0, 0, "0.50"},      {1.5, 0, 2, "1.50"},
     };
-    for (const auto& c : cases) {
-        EXPECT_DOUBLE_EQ(Round(c.value, c.places), c.even) << c.value;
-        EXPECT_EQ(FormatFixed(c.value, 2), c.fixed) << c.value;
+    for (const auto& [value, places, even, fixed] : cases) {
+        EXPECT_DOUBLE_EQ(Round(value, places), even) << value;
+        EXPECT_EQ(FormatFixed(value, 2), fixed) << value;
     }
     EXPECT_EQ(Int(2.9), 2);
     EXPECT_EQ(Int(-2.1), -3);
@@ -74,12 +69,7 @@ TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
 }
 
 TEST(Fields, SplitsAsTheCourseFilesNeed) {
-    struct Case {
-        const char* line;
-        int top;
-        int count;
-        std::vector<std::string> fields;
-    } cases[] = {
+    const std::tuple<const char*, int, int, std::vector<std::string>> cases[] = {
         {"a,b,c,d,e,f,g,h", 5, 5, {"a", "b", "c", "d", "e", "f:g:h"}},
         {"", 9, -1, {}},
         {"a,b,", 9, 1, {"a", "b"}},
@@ -91,12 +81,12 @@ TEST(Fields, SplitsAsTheCourseFilesNeed) {
         {"\"open, to the end", 9, 0, {"open, to the end"}},
         {" a , b ", 9, 1, {" a ", " b "}},
     };
-    for (const auto& c : cases) {
-        Fields fields(c.top);
-        SplitFields(c.line, fields);
-        EXPECT_EQ(fields.Count(), c.count) << c.line;
-        for (size_t i = 0; i < c.fields.size(); ++i)
-            EXPECT_EQ(fields[static_cast<int>(i)], c.fields[i]) << c.line << " field " << i;
+    for (const auto& [line, top, count, expected] : cases) {
+        Fields fields(top);
+        SplitFields(line, fields);
+        EXPECT_EQ(fields.Count(), count) << line;
+        for (size_t i = 0; i < expected.size(); ++i)
+            EXPECT_EQ(fields[static_cast<int>(i)], expected[i]) << line << " field " << i;
     }
     EXPECT_TRUE(SameText(" abc ", "ABC"));
     EXPECT_FALSE(SameText("abc", "abd"));
@@ -106,10 +96,7 @@ TEST(Fields, SplitsAsTheCourseFilesNeed) {
 // on a text instead.
 TEST(LineReader, EndsLinesAtCrOrCrLfKeepsLoneLfAndReadsATextAsItsFile) {
     const std::string longLine(200000, 'x');  // longer than any read buffer
-    const struct {
-        std::string text;
-        std::vector<std::string> lines;
-    } cases[] = {
+    const std::tuple<std::string, std::vector<std::string>> cases[] = {
         {"one\r\ntwo\rthree\nstill three\r\n\r\nlast",
          {"one", "two", "three\nstill three", "", "last"}},
         {"", {}},
@@ -122,17 +109,17 @@ TEST(LineReader, EndsLinesAtCrOrCrLfKeepsLoneLfAndReadsATextAsItsFile) {
         {longLine + "\r\n" + longLine + "\r", {longLine, longLine}},
     };
     test::TempCourse course;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text.substr(0, 20));
-        course.Write("a.txt", c.text);
+    for (const auto& [content, lines] : cases) {
+        SCOPED_TRACE(content.substr(0, 20));
+        course.Write("a.txt", content);
         LineReader file(course.File("a.txt"));
-        LineReader text("a.txt", c.text);
-        EXPECT_EQ(file.Text(), c.text);
+        LineReader text("a.txt", content);
+        EXPECT_EQ(file.Text(), content);
         std::vector<std::string> fromFile, fromText;
         for (std::string line; file.ReadLine(line);) fromFile.push_back(line);
         for (std::string line; text.ReadLine(line);) fromText.push_back(line);
-        EXPECT_EQ(fromFile, c.lines);
-        EXPECT_EQ(fromText, c.lines);
+        EXPECT_EQ(fromFile, lines);
+        EXPECT_EQ(fromText, lines);
         EXPECT_EQ(file.LineNumber(), text.LineNumber());
     }
     std::string line;

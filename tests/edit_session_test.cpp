@@ -56,12 +56,8 @@ TEST(EditSession, RefusedTitlesLeaveTheLog) {
     const char* const duplicate =
         "Session name already exists, D2L does not allow duplicate session name(s). Please "
         "specify a unique session name";
-    struct {
-        const char* cms;
-        int session;
-        const char *title, *message;  // nullptr: taken
-        size_t selectionStart, selectionLength;
-    } rows[] = {
+    // The message is nullptr where the title is taken.
+    const std::tuple<const char*, int, const char*, const char*, size_t, size_t> rows[] = {
         {"General", 2, "Week 3, part 2", "Session name may not contain a comma", 6, 1},
         {"General", 2, "The \"hard\" one, really", "Session name may not contain a comma", 14, 1},
         {"General", 2, "The \"hard\" one", "Session name may not contain a double quote", 4, 1},
@@ -71,21 +67,20 @@ TEST(EditSession, RefusedTitlesLeaveTheLog) {
         {"D2L", 2, "09/13/2009", nullptr, 0, 0},  // untitled session 3's date is no title
         {"General", 2, "Forces", nullptr, 0, 0},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::string(row.cms) + " " + row.title);
-        SessionsCourse fixture(row.cms);
+    for (const auto& [cms, session, title, message, selectionStart, selectionLength] : rows) {
+        SCOPED_TRACE(std::string(cms) + " " + title);
+        SessionsCourse fixture(cms);
         fixture.host.messages.clear();  // a course without its grade book says so at start
-        const std::string before = fixture.Log(row.session);
-        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, row.session);
-        screen.txtSessionNameChange(row.title);
+        const std::string before = fixture.Log(session);
+        EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, session);
+        screen.txtSessionNameChange(title);
         screen.txtSessionNameEnter();
-        EXPECT_EQ(screen.Saved(), row.message == nullptr);
-        EXPECT_EQ(fixture.Log(row.session) == before, row.message != nullptr);
-        if (row.message == nullptr) continue;
-        EXPECT_EQ(test::Messages(fixture.host),
-                  test::Strings{"[Tallory] " + std::string(row.message)});
-        EXPECT_EQ(screen.txtSessionName().selectionStart, row.selectionStart);
-        EXPECT_EQ(screen.txtSessionName().selectionLength, row.selectionLength);
+        EXPECT_EQ(screen.Saved(), message == nullptr);
+        EXPECT_EQ(fixture.Log(session) == before, message != nullptr);
+        if (message == nullptr) continue;
+        EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + std::string(message)});
+        EXPECT_EQ(screen.txtSessionName().selectionStart, selectionStart);
+        EXPECT_EQ(screen.txtSessionName().selectionLength, selectionLength);
         EXPECT_FALSE(screen.Closed());
     }
 }
@@ -128,19 +123,16 @@ TEST(EditSession, ClearedTitleReachesTheLogAndTheHeadingAtTheNextLoad) {
 // applied, and the grid's figures stand.
 TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
     const std::string refused = "Unable to store changes to file {log} Changes not saved!";
-    struct {
-        const char* name;
-        test::LogPlan first;  // the session renamed; a plain session is loaded after it
-        bool written;
-    } cases[] = {
+    // The session renamed is the first; a plain session is loaded after it.
+    const std::tuple<const char*, test::LogPlan, bool> cases[] = {
         {"anonymous question", {.voters = {{"#A1", "", {"X"}}, {"#A2", "", {"X"}}}}, false},
         {"every question deleted",
          {.questions = {{.name = "Q1|Y"}}, .voters = {{"#A1", "", {"A"}}}},
          true},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, first, written] : cases) {
         test::LoadedCourse fixture;
-        fixture.WriteLog("L0909111030.csv", c.first);
+        fixture.WriteLog("L0909111030.csv", first);
         fixture.WriteLog("L0909121030.csv", {.voters = {{"#A1", "", {"A"}}, {"#A2", "", {"B"}}}});
         fixture.Load();
         const std::string before = fixture.Log("L0909111030.csv");
@@ -150,23 +142,22 @@ TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
         EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
         screen.txtSessionNameChange("Optics");
         screen.cmdSaveClick();
-        EXPECT_EQ(screen.WriteSucceeded(), c.written) << c.name;
+        EXPECT_EQ(screen.WriteSucceeded(), written) << name;
         const std::string after = fixture.Log("L0909111030.csv");
-        if (c.written) {
-            EXPECT_TRUE(fixture.host.messages.empty()) << c.name;
+        if (written) {
+            EXPECT_TRUE(fixture.host.messages.empty()) << name;
             EXPECT_EQ(after.rfind("Scoring,  Performance =  10 , Participation =  1 ,", 0), 0u)
-                << c.name << "\n"
+                << name << "\n"
                 << after;
-            EXPECT_NE(after.find("\"Optics\""), std::string::npos) << c.name;
+            EXPECT_NE(after.find("\"Optics\""), std::string::npos) << name;
         } else {
             std::string message = refused;
             message.replace(message.find("{log}"), 5, fixture.File("SessionData/L0909111030.csv"));
-            EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + message})
-                << c.name;
-            EXPECT_EQ(after, before) << c.name;
+            EXPECT_EQ(test::Messages(fixture.host), test::Strings{"[Tallory] " + message}) << name;
+            EXPECT_EQ(after, before) << name;
         }
         for (int s = 1; s <= fixture.course.NumStudents; ++s)
-            EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << c.name;
+            EXPECT_EQ(fixture.course.Students[s].Score[0], totals[s - 1]) << name;
     }
 }
 

@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <sstream>
 
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
@@ -92,38 +91,34 @@ struct BiologyCourse : test::LoadedCourse {
 // ---- Golden uploads: each layout from export all and from export selected (sessions 2 and 4).
 
 TEST(ExportCanvas, TheUploadCanvasImports) {
-    struct Case {
-        bool all;
-        CanvasChoice choice;
-        const char* expected;
-        std::vector<std::pair<std::string, double>> columns;
-    } cases[] = {
-        {true,
-         {false, false},
-         "all.sessions.blank.expected",
-         {{"Clicker 09/08/2026 (4107)", 3},
-          {"Clicker Final-Grade review", 3},
-          {"Clicker 09/15/2026", 3},
-          {"Clicker 09/15/2026-2", 3},
-          {"Clicker Final-grade review-2", 3}}},
-        {true, {true, true}, "all.total.zero.expected", {{"Clicker Total", 15}}},
-        {false,
-         {false, true},
-         "selected.sessions.zero.expected",
-         {{"Clicker Final-Grade review", 3}, {"Clicker 09/15/2026-2", 3}}},
-        {false, {true, false}, "selected.total.blank.expected", {{"Clicker Total", 6}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.expected);
+    const std::tuple<bool, CanvasChoice, const char*, std::vector<std::pair<std::string, double>>>
+        cases[] = {
+            {true,
+             {false, false},
+             "all.sessions.blank.expected",
+             {{"Clicker 09/08/2026 (4107)", 3},
+              {"Clicker Final-Grade review", 3},
+              {"Clicker 09/15/2026", 3},
+              {"Clicker 09/15/2026-2", 3},
+              {"Clicker Final-grade review-2", 3}}},
+            {true, {true, true}, "all.total.zero.expected", {{"Clicker Total", 15}}},
+            {false,
+             {false, true},
+             "selected.sessions.zero.expected",
+             {{"Clicker Final-Grade review", 3}, {"Clicker 09/15/2026-2", 3}}},
+            {false, {true, false}, "selected.total.blank.expected", {{"Clicker Total", 6}}},
+        };
+    for (const auto& [all, choice, expected, headings] : cases) {
+        SCOPED_TRACE(expected);
         BiologyCourse biology;
         biology.Load();
         EXPECT_EQ(test::Messages(biology.host), test::Strings{}) << "at course start";
         biology.course.ExportSel[2] = biology.course.ExportSel[4] = 1;
-        const std::vector<UploadColumn> columns = biology.Export(c.all, c.choice);
-        EXPECT_EQ(biology.Read(kUpload), CanvasData(c.expected));
+        const std::vector<UploadColumn> columns = biology.Export(all, choice);
+        EXPECT_EQ(biology.Read(kUpload), CanvasData(expected));
         std::vector<std::pair<std::string, double>> seen;
         for (const UploadColumn& column : columns) seen.emplace_back(column.title, column.points);
-        EXPECT_EQ(seen, c.columns);
+        EXPECT_EQ(seen, headings);
         EXPECT_EQ(biology.host.written, std::vector<std::string>{biology.File(kUpload)});
         ASSERT_EQ(biology.host.messages.size(), 1u);
         EXPECT_TRUE(biology.host.messages[0].text.starts_with("Wrote the Canvas upload file " +
@@ -207,36 +202,10 @@ TEST(ExportCanvas, SessionTitlesBecomeHeadingsCanvasTakes) {
     }
 }
 
-// ---- Cells: the figures of the grid, absences blank or 0, numbers Canvas reads in any locale.
-
-TEST(ExportCanvas, CellsAreTheGridsFiguresWithAbsencesBlankOrZero) {
-    struct Case {
-        CanvasChoice choice;
-        const char* row;  // wchen: present in sessions 1, 2, 4 and 5 of five
-        const char* neverVoted;
-    } cases[] = {
-        {{false, false}, ",5103,wchen,wchen,BIO 110 - 001,2,3,,3,2", ",,,,,"},
-        {{false, true}, ",5103,wchen,wchen,BIO 110 - 001,2,3,0,3,2", ",0,0,0,0,0"},
-        {{true, false}, ",5103,wchen,wchen,BIO 110 - 001,10", ","},
-        {{true, true}, ",5103,wchen,wchen,BIO 110 - 001,10", ",0"},
-    };
-    for (const Case& c : cases) {
-        BiologyCourse biology;
-        biology.Load();
-        biology.Export(true, c.choice);
-        const std::vector<std::string> lines = biology.Upload();
-        ASSERT_EQ(lines.size(), 8u);
-        EXPECT_EQ(lines[7], std::string("\"Chen, Wei\"") + c.row);
-        EXPECT_EQ(lines[3], std::string("\"Brooks, Ella\",5102,20260108,ebrooks,BIO 110 - 002") +
-                                c.neverVoted);
-    }
-}
+// ---- Cells: numbers Canvas reads in any locale (the golden uploads hold absences blank and 0).
 
 TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
-    struct Case {
-        double score;
-        const char* cell;
-    } cases[] = {
+    const std::tuple<double, const char*> cases[] = {
         {12, "12"},
         {7.5, "7.5"},
         {1.0 / 3, "0.3333"},
@@ -250,14 +219,14 @@ TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
     BiologyCourse biology;
     biology.Load();
     const int row = biology.Row("20260101");
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cell);
-        biology.course.Students[row].Score[1] = c.score;
+    for (const auto& [score, cell] : cases) {
+        SCOPED_TRACE(cell);
+        biology.course.Students[row].Score[1] = score;
         biology.Export(true, CanvasChoice{});
         const std::vector<std::string> lines = biology.Upload();
         ASSERT_GE(lines.size(), 3u);
         EXPECT_TRUE(lines[2].starts_with(
-            std::string("\"Alvarez, Maria\",5101,20260101,malvarez,BIO 110 - 001,") + c.cell + ","))
+            std::string("\"Alvarez, Maria\",5101,20260101,malvarez,BIO 110 - 001,") + cell + ","))
             << lines[2];
     }
 }
@@ -266,12 +235,8 @@ TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
 
 TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
     using std::filesystem::last_write_time;
-    struct Case {
-        const char* why;
-        const char* newest;  // the file written last
-        const char* text;
-        const char* row;  // S1's identifying cells in the upload
-    } cases[] = {
+    // Why, the file written last and its text, and S1's identifying cells in the upload.
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"a byte-order mark and \";\" separators, decimal commas and a quoted \";\"", "export.CSV",
          "\xEF\xBB\xBFStudent;ID;SIS User ID;SIS Login ID;Section;Quiz (12)\r\n"
          "Points Possible;;;;;12,5\r\n"
@@ -286,8 +251,8 @@ TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
          "Student,ID,SIS User ID,SIS Login ID,Section\r\n\"Up, Sam\",999,S1,,X\r\n",
          "\"Old, Sam\",100,S1,sold,Old"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, newest, text, row] : cases) {
+        SCOPED_TRACE(why);
         test::LoadedCourse open;
         open.WriteSettings({{"CMS", "canvas"}});
         open.WriteRemotes("#A1,\"S1\"\r\n");
@@ -295,14 +260,14 @@ TEST(ExportCanvas, TheNewestGradeBookCountsWhateverItsNameOrSeparator) {
         open.Write(
             "old.csv",
             "Student,ID,SIS User ID,SIS Login ID,Section\r\n\"Old, Sam\",100,S1,sold,Old\r\n");
-        open.Write(c.newest, c.text);
+        open.Write(newest, text);
         last_write_time(open.File("old.csv"),
-                        last_write_time(open.File(c.newest)) - std::chrono::hours(1));
+                        last_write_time(open.File(newest)) - std::chrono::hours(1));
         open.Load();
         ExportAll(open.course, open.host, "CANVAS", CanvasChoice{});
         const std::vector<std::string> lines = Lines(open.Read(kUpload));
         ASSERT_EQ(lines.size(), 3u);
-        EXPECT_TRUE(lines[2].starts_with(std::string(c.row) + ",")) << lines[2];
+        EXPECT_TRUE(lines[2].starts_with(std::string(row) + ",")) << lines[2];
     }
 }
 

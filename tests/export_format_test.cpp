@@ -18,9 +18,7 @@ struct GradeBook : test::LoadedCourse {
 };
 
 TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
-    struct Case {
-        const char *cms, *caption, *tag, *roster, *upload;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         // The key is trimmed and upper-cased; "BLACKBOARD" is an alias of "BB" with its own
         // caption; an unknown or empty key is General.
         {" d2l ", "Desire2Learn", "D2L", "gradesexport.csv", "UploadFile.csv"},
@@ -28,12 +26,12 @@ TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
         {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
         {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
     };
-    for (const Case& c : cases) {
-        ExportFormat format = FindExportFormat(c.cms);
-        EXPECT_EQ(format.caption, c.caption) << c.cms;
-        EXPECT_EQ(format.tag, c.tag) << c.cms;
-        EXPECT_EQ(format.rosterFile, c.roster) << c.cms;
-        EXPECT_EQ(format.uploadFile, c.upload) << c.cms;
+    for (const auto& [cms, caption, tag, roster, upload] : cases) {
+        ExportFormat format = FindExportFormat(cms);
+        EXPECT_EQ(format.caption, caption) << cms;
+        EXPECT_EQ(format.tag, tag) << cms;
+        EXPECT_EQ(format.rosterFile, roster) << cms;
+        EXPECT_EQ(format.uploadFile, upload) << cms;
     }
 }
 
@@ -46,9 +44,7 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
               "This file will be saved in the Polvane application folder as \"UploadFile.csv\" "
               "and can then be easily uploaded into  Angel {Ver 6, 7.1, 7.2, 7.3}");
 
-    struct Case {
-        const char *cms, *contains, *endsWith;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"WEB CT", "as \"UpLoadFile.csv\"", "uploaded into  Web Ct Campus Edition"},
         {"BB80", "into  Blackboard {Ver 8}\r\n\r\nImportant: Please make sure",
          "export data, or HTML reports. "},
@@ -62,10 +58,10 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
         {"elsewhere", "If you are using a course management system to report / record grades, ",
          "consistent with your course management system."},
     };
-    for (const Case& c : cases) {
-        std::string text = FindExportFormat(c.cms).text;
-        EXPECT_NE(text.find(c.contains), std::string::npos) << c.cms << "\n" << text;
-        EXPECT_TRUE(text.ends_with(c.endsWith)) << c.cms << "\n" << text;
+    for (const auto& [cms, contains, endsWith] : cases) {
+        std::string text = FindExportFormat(cms).text;
+        EXPECT_NE(text.find(contains), std::string::npos) << cms << "\n" << text;
+        EXPECT_TRUE(text.ends_with(endsWith)) << cms << "\n" << text;
     }
     EXPECT_EQ(FindExportFormat("GENERAL").text, "");
 }

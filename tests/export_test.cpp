@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "TestSupport.h"
@@ -182,12 +181,7 @@ TEST(Export, ExportSelectedWithoutATickedSessionWritesNothing) {
 }
 
 TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
-    struct Case {
-        bool all;
-        Answer answer;
-        const char* title;
-        const char* text;
-    } cases[] = {
+    const std::tuple<bool, Answer, const char*, const char*> cases[] = {
         {true, Answer::No, "Confirm General Export : UploadFile.csv",
          "No default or Invalid output Format selected for export, Would you like to proceed "
          "with general export for the selected session(s)"},
@@ -197,28 +191,28 @@ TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
         {true, Answer::Yes, "Confirm General Export : UploadFile.csv", nullptr},
         {false, Answer::Yes, "Confirm General Export : Tallory", nullptr},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.all << (c.answer == Answer::Yes));
+    for (const auto& [all, answer, title, text] : cases) {
+        SCOPED_TRACE(testing::Message() << all << (answer == Answer::Yes));
         OpenCourse open("General", DataPath("export/students.csv"),
                         {{"Roster.txt", ExportData("general/Roster.txt")}});
         open.Select({1, 3});
-        open.host.answers.push_back(c.answer);
-        open.host.option = OptionChoice{c.all ? 0 : 2, false};
-        if (c.all) {
+        open.host.answers.push_back(answer);
+        open.host.option = OptionChoice{all ? 0 : 2, false};
+        if (all) {
             ExportAll(open.course, open.host, "Web CT CE 4.1");
         } else {
             ExportSelected(open.course, open.host, "unknown");
         }
         ASSERT_FALSE(open.host.messages.empty());
-        EXPECT_EQ(open.host.messages[0].title, c.title);
+        EXPECT_EQ(open.host.messages[0].title, title);
         EXPECT_EQ(open.host.messages[0].buttons, Buttons::YesNo);
-        if (c.text) {
-            EXPECT_EQ(open.host.messages[0].text, c.text);
+        if (text) {
+            EXPECT_EQ(open.host.messages[0].text, text);
             EXPECT_EQ(open.host.messages.size(), 1u);
             EXPECT_FALSE(open.Exists("UploadFile.csv"));
         } else {
             EXPECT_EQ(open.Read("UploadFile.csv"),
-                      ExportData(c.all ? "general/all.expected" : "general/selected.expected"));
+                      ExportData(all ? "general/all.expected" : "general/selected.expected"));
         }
     }
 }
@@ -255,10 +249,8 @@ TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
 // target's empty-list message, and no file.
 
 TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
-    struct Case {
-        const char* cms;
-        std::vector<std::string> messages;  // "[title] text"
-    } cases[] = {
+    // The course's setting and the messages of the export, each as "[title] text".
+    const std::tuple<const char*, std::vector<std::string>> cases[] = {
         {"WEB CT",
          {"[Tallory] Exporting in WebCT format requires the grade book to be downloaded and placed "
           "in the main directory with name class.txt",
@@ -300,14 +292,14 @@ TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
           "Moodle in '\r\n{course}' folder and rename it to 'MoodleRoster.Txt' and then try "
           "again"}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cms);
-        OpenCourse open(c.cms, DataPath("export/students.csv"));
+    for (const auto& [cms, said] : cases) {
+        SCOPED_TRACE(cms);
+        OpenCourse open(cms, DataPath("export/students.csv"));
         // The course start reported the same missing file in its own words.
         EXPECT_FALSE(open.host.messages.empty());
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
-        std::vector<std::string> messages = c.messages;
+        std::vector<std::string> messages = said;
         for (std::string& text : messages)
             if (size_t at = text.find("{course}"); at != std::string::npos)
                 text.replace(at, 8, open.course.AppPath);
@@ -385,28 +377,22 @@ TEST(Export, TheUploadToolStartsAfterAnExportAndIsNamedInTheMessages) {
 // ---- An upload that cannot be written: the one message, and nothing half-written left behind.
 
 TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
-    struct Case {
-        const char* cms;
-        const char* file;
-        const char* gradeBook;
-        const char* upload;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"General", "Roster.txt", "general/Roster.txt", "UploadFile.csv"},
         {"WEB CT", "class.txt", "webct/class.crlf.txt", "UploadFile.csv"},
         {"MOODLE", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "MoodleUpload.xls"},
         {"D2L", "gradesexport.csv", "d2l/gradesexport.lf.csv", "UploadFile.csv"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cms);
-        OpenCourse open(c.cms, DataPath("export/students.csv"),
-                        {{c.file, ExportData(c.gradeBook)}});
-        if (std::string_view(c.cms) == "MOODLE")
+    for (const auto& [cms, file, gradeBook, upload] : cases) {
+        SCOPED_TRACE(cms);
+        OpenCourse open(cms, DataPath("export/students.csv"), {{file, ExportData(gradeBook)}});
+        if (std::string_view(cms) == "MOODLE")
             open.course.Students[1].StudentId = "ann@uni.example";
         // A folder of the upload's name cannot be replaced by a file.
-        std::filesystem::create_directory(open.File(c.upload));
+        std::filesystem::create_directory(open.File(upload));
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
-        const std::string name = c.upload;
+        const std::string name = upload;
         std::string text = "The " + name +
                            " is already open (with write access by another program). Please "
                            "close this file before attempting to export scores from Tallory.\r\n"
@@ -418,10 +404,10 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
                            " before continuing with your work and exporting session data from "
                            "Tallory";
         // The General export's own text has a single blank after "overwritten.".
-        if (std::string_view(c.cms) == "General") text.erase(text.find(".  Please close") + 1, 1);
+        if (std::string_view(cms) == "General") text.erase(text.find(".  Please close") + 1, 1);
         EXPECT_EQ(test::Messages(open.host), test::Strings{"[Error] " + text});
         EXPECT_EQ(open.host.messages[0].icon, Icon::Information);
-        std::vector<std::string> expected{c.file, c.upload};
+        std::vector<std::string> expected{file, upload};
         std::sort(expected.begin(), expected.end());
         EXPECT_EQ(open.Written(), expected);
         EXPECT_TRUE(open.host.written.empty());

@@ -36,34 +36,27 @@ struct Session {
 };
 
 TEST(Grading, RequiredResponsesFollowTheSetting) {
-    struct Case {
-        const char* setting;  // nullptr: not in the settings
-        int questions;
-        int required;
-    } cases[] = {
+    // The setting (nullptr: none), the live questions, the responses required.
+    const std::tuple<const char*, int, int> cases[] = {
         {"0", 6, 5},     {"1", 6, 4},         {"2", 6, 3},    {"3", 6, 6}, {"4", 6, 1}, {"9", 6, 4},
         {nullptr, 6, 4}, {"2 of them", 6, 3}, {"none", 6, 5}, {"2", 5, 2}, {"1", 5, 3}, {"3", 0, 0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [setting, questions, required] : cases) {
         Session session(-1);
-        if (c.setting) SetParam(session.course, "ParticipationRequirement", c.setting);
-        for (int q = 0; q < c.questions; ++q) session.AddQuestion({1, 0, 0, 0, 0});
+        if (setting) SetParam(session.course, "ParticipationRequirement", setting);
+        for (int q = 0; q < questions; ++q) session.AddQuestion({1, 0, 0, 0, 0});
         // Neither a deleted nor a nameless question counts.
         session.AddQuestion({1, 0, 0, 0, 0}).Deleted = kTrue;
         session.AddQuestion({1, 0, 0, 0, 0}, " ");
-        EXPECT_EQ(RequiredResponses(session.course), c.required)
-            << (c.setting ? c.setting : "default") << " with " << c.questions;
+        EXPECT_EQ(RequiredResponses(session.course), required)
+            << (setting ? setting : "default") << " with " << questions;
         SetRequiredResponses(session.course);
-        EXPECT_EQ(session.course.SessMinReply, c.required);
+        EXPECT_EQ(session.course.SessMinReply, required);
     }
 }
 
 TEST(Grading, CapHoldsAtEveryStepButNotForParticipation) {
-    struct Case {
-        double cap;
-        std::vector<double> pointsOfA;
-        double total, available;
-    } cases[] = {
+    const std::tuple<double, std::vector<double>, double, double> cases[] = {
         {5, {3, 3, 3, 3}, 5 + 1, 5},     // 3, 5, 5, 5
         {5, {3, 3, -2}, 3 + 1, 5},       // 3, 5, 3
         {-1, {3, 3, 3, 3}, 12 + 1, 12},  // no cap
@@ -72,13 +65,13 @@ TEST(Grading, CapHoldsAtEveryStepButNotForParticipation) {
         {-1, {0}, 0, 1E-10},
         {-1, {0, 2}, 2 + 1, 1E-10 + 2},
     };
-    for (const auto& c : cases) {
-        Session session(c.cap);
-        for (double points : c.pointsOfA) session.AddQuestion({points, 0, 0, 0, 0});
-        session.AddVoter(std::vector<int16_t>(c.pointsOfA.size(), A));
+    for (const auto& [cap, pointsOfA, total, available] : cases) {
+        Session session(cap);
+        for (double points : pointsOfA) session.AddQuestion({points, 0, 0, 0, 0});
+        session.AddVoter(std::vector<int16_t>(pointsOfA.size(), A));
         RecomputeSession(session.course);
-        EXPECT_EQ(session.Total(1), c.total) << c.cap;
-        EXPECT_EQ(session.course.Questions[0].MaxPoints, c.available) << c.cap;
+        EXPECT_EQ(session.Total(1), total) << cap;
+        EXPECT_EQ(session.course.Questions[0].MaxPoints, available) << cap;
     }
 }
 
@@ -121,36 +114,33 @@ TEST(Grading, AnonymousAnswersCountAsResponsesButEarnNothing) {
 // The cap holds the running total after every question (none when negative); an answer outside
 // 0..7 stops the run with error 9 and leaves what the voters before it had, as voter by voter.
 TEST(Grading, CapAndAnAnswerOutOfRange) {
-    struct Case {
-        double cap;
-        int16_t badAnswer;  // the second voter's answer to question 2; 0: none
-        double first, second;
-    } cases[] = {
+    // The bad answer is the second voter's to question 2 (0: none).
+    const std::tuple<double, int16_t, double, double> cases[] = {
         {-1, 0, 2 + 3 + 1, 1 + 3 + 1}, {4, 0, 4 + 1, 4 + 1},  {2.5, 0, 2.5 + 1, 2.5 + 1},
         {0, 0, 0 + 1, 0 + 1},          {-1, 9, 2 + 3 + 1, 1}, {-1, -1, 2 + 3 + 1, 1},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::to_string(c.cap) + " " + std::to_string(c.badAnswer));
-        Session session(c.cap);
+    for (const auto& [cap, badAnswer, first, second] : cases) {
+        SCOPED_TRACE(std::to_string(cap) + " " + std::to_string(badAnswer));
+        Session session(cap);
         session.AddQuestion({1, 2, 0, 0, 0});
         session.AddQuestion({0, 0, 3, 0, 0});
         session.AddQuestion({0, 0, 0, 0, 0}, "Q3").Anonymous = kTrue;
         session.AddVoter({B, 3, None});
-        session.AddVoter({A, c.badAnswer ? c.badAnswer : int16_t{3}, Anon});
-        if (c.badAnswer) {
+        session.AddVoter({A, badAnswer ? badAnswer : int16_t{3}, Anon});
+        if (badAnswer) {
             EXPECT_EQ(test::EndingOf([&] { RecomputeSession(session.course); }).number,
                       kSubscriptOutOfRange);
         } else {
             RecomputeSession(session.course);
         }
         const Course& course = session.course;
-        EXPECT_EQ(session.Total(1), c.first);
-        EXPECT_EQ(session.Total(2), c.second);
+        EXPECT_EQ(session.Total(1), first);
+        EXPECT_EQ(session.Total(2), second);
         EXPECT_EQ(course.Votes[2].Score[1], 1);
         EXPECT_DOUBLE_EQ(course.Questions[1].AveragePoints, (2 + 1) / 2.0);
-        EXPECT_DOUBLE_EQ(course.Questions[2].AveragePoints, c.badAnswer ? 1.5 : 3);
+        EXPECT_DOUBLE_EQ(course.Questions[2].AveragePoints, badAnswer ? 1.5 : 3);
         // The third question was reached by the first voter only when the second stopped.
-        EXPECT_EQ(course.Questions[3].Anonymous, c.badAnswer ? kFalse : kTrue);
+        EXPECT_EQ(course.Questions[3].Anonymous, badAnswer ? kFalse : kTrue);
     }
 }
 

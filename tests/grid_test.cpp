@@ -53,27 +53,27 @@ struct OpenGrid {
 };
 
 TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
-    struct Case {
-        int sessions, pageNo;
-        bool previous, lastColumnShown;  // the bar shows with Previous, its maximum the page
-    } cases[] = {{3, 0, false, false}, {4, 0, false, true}, {5, 1, true, true}, {9, 5, true, true}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.sessions);
+    // Sessions, the page shown, Previous (the bar shows with it, its maximum the page), and
+    // whether the fourth column is in use.
+    const std::tuple<int, int, bool, bool> cases[] = {
+        {3, 0, false, false}, {4, 0, false, true}, {5, 1, true, true}, {9, 5, true, true}};
+    for (const auto& [sessions, pageNo, previous, lastColumnShown] : cases) {
+        SCOPED_TRACE(sessions);
         OpenGrid open;
-        open.WriteSessions(c.sessions, Voters(2));
+        open.WriteSessions(sessions, Voters(2));
         open.Open();
         const GridView& view = open.view();
-        EXPECT_EQ(open.grid.PageNo(), c.pageNo);
+        EXPECT_EQ(open.grid.PageNo(), pageNo);
         EXPECT_FALSE(view.lblNext.visible);
-        EXPECT_EQ(view.lblPrevious.visible, c.previous);
-        EXPECT_EQ(view.sessionScroll.visible, c.previous);
-        EXPECT_EQ(view.sessionScroll.maximum, c.pageNo);
-        EXPECT_EQ(view.sessionScroll.value, c.pageNo);
-        EXPECT_EQ(open.Heading(0), DateOf(c.pageNo + 1));
-        EXPECT_EQ(view.cmdEdit[3].visible, c.lastColumnShown);
-        EXPECT_EQ(view.chkExport[3].visible, c.lastColumnShown);
-        EXPECT_EQ(open.Heading(3), c.lastColumnShown ? DateOf(c.pageNo + 4) : " ");
-        EXPECT_EQ(open.Cell(1, 3), c.lastColumnShown ? "2" : " ");
+        EXPECT_EQ(view.lblPrevious.visible, previous);
+        EXPECT_EQ(view.sessionScroll.visible, previous);
+        EXPECT_EQ(view.sessionScroll.maximum, pageNo);
+        EXPECT_EQ(view.sessionScroll.value, pageNo);
+        EXPECT_EQ(open.Heading(0), DateOf(pageNo + 1));
+        EXPECT_EQ(view.cmdEdit[3].visible, lastColumnShown);
+        EXPECT_EQ(view.chkExport[3].visible, lastColumnShown);
+        EXPECT_EQ(open.Heading(3), lastColumnShown ? DateOf(pageNo + 4) : " ");
+        EXPECT_EQ(open.Cell(1, 3), lastColumnShown ? "2" : " ");
     }
 }
 
@@ -129,14 +129,7 @@ TEST(ScoreGrid, StudentScrollBarAndWheel) {
 
 TEST(ScoreGrid, KeysMoveOnlyWhatTheMouseCouldMove) {
     // Where the keys leave the first session column (pageNo) and the first student row.
-    struct Case {
-        const char* what;
-        int sessions, students;
-        bool help;
-        GridKey key;
-        int pageNo, firstRow;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, int, int, bool, GridKey, int, int> cases[] = {
         {"left", 7, 12, false, GridKey::Left, 2, 0},
         {"right at the end", 7, 12, false, GridKey::Right, 3, 0},
         {"home", 7, 12, false, GridKey::Home, 0, 0},
@@ -151,19 +144,19 @@ TEST(ScoreGrid, KeysMoveOnlyWhatTheMouseCouldMove) {
         {"help open: home", 7, 12, true, GridKey::Home, 3, 0},
         {"help open: page down", 7, 12, true, GridKey::PageDown, 3, 0},
     };
-    for (const Case& test : cases) {
+    for (const auto& [what, sessions, students, help, key, pageNo, firstRow] : cases) {
         OpenGrid open;
-        open.WriteSessions(test.sessions, Voters(test.students));
+        open.WriteSessions(sessions, Voters(students));
         open.Open();
-        if (test.help) open.grid.ToggleHelp();
-        open.grid.KeyDown(test.key);
-        EXPECT_EQ(open.grid.PageNo(), test.pageNo) << test.what;
-        EXPECT_EQ(open.view().sessionScroll.value, test.pageNo) << test.what;
-        EXPECT_EQ(open.view().studentScroll.value, test.firstRow) << test.what;
+        if (help) open.grid.ToggleHelp();
+        open.grid.KeyDown(key);
+        EXPECT_EQ(open.grid.PageNo(), pageNo) << what;
+        EXPECT_EQ(open.view().sessionScroll.value, pageNo) << what;
+        EXPECT_EQ(open.view().studentScroll.value, firstRow) << what;
         // The view was redrawn there.
         EXPECT_EQ(open.view().lblStudentName[1].text,
-                  " " + open.course.Students[test.firstRow + 1].StudentId)
-            << test.what;
+                  " " + open.course.Students[firstRow + 1].StudentId)
+            << what;
     }
 }
 

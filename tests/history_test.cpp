@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <random>
 
@@ -45,10 +44,7 @@ struct HistoryCourse : test::TempCourse {
 // Each kind of change is one entry named in the program's words, and its undo puts the course
 // back byte for byte.
 TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
-    const struct {
-        std::vector<std::string> command;
-        std::string action;
-    } kChanges[] = {
+    const std::tuple<std::vector<std::string>, std::string> kChanges[] = {
         {{"set-scores", "1", "--question", "1", "--correct", "C", "--participation", "2"},
          "Set Scores of 09/08/2026"},
         {{"set-scores", "3", "--question", "2", "--delete"}, "Set Scores of 09/15/2026"},
@@ -64,17 +60,17 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
          "Deletion of the logs of clicker 7F00A1"},
         {{"websync", "--answer", "accept"}, "WebSync"},
     };
-    for (const auto& change : kChanges) {
-        SCOPED_TRACE(change.action);
+    for (const auto& [command, action] : kChanges) {
+        SCOPED_TRACE(action);
         HistoryCourse course;
         const Snapshot before = test::FolderFiles(course.Path());
-        const test::CliResult result = course.Cli(change.command);
+        const test::CliResult result = course.Cli(command);
         ASSERT_TRUE(result.status == 0 || result.status == 3) << result.err;
         const Snapshot after = test::FolderFiles(course.Path());
         ASSERT_FALSE(after == before);
         const json entries = course.Entries();
         ASSERT_EQ(entries.size(), 1u);
-        EXPECT_EQ(entries[0]["action"], change.action);
+        EXPECT_EQ(entries[0]["action"], action);
         EXPECT_EQ(entries[0]["undone"], false);
 
         const test::CliResult undo = course.Cli({"undo", "--json"});
@@ -83,7 +79,7 @@ TEST(History, UndoAfterEachKindOfChangeRestoresTheCourse) {
         EXPECT_TRUE(test::FolderFiles(course.Path()) == before);
         const json now = course.Entries();
         ASSERT_EQ(now.size(), 2u);
-        EXPECT_EQ(now[0]["action"], "Undo of " + change.action);
+        EXPECT_EQ(now[0]["action"], "Undo of " + action);
         EXPECT_EQ(now[1]["undone"], true);
     }
 }
@@ -273,22 +269,19 @@ TEST(History, BoundsKeepTheNewestAndTheRecentWithinTheBytes) {
     const std::string copies = HistoryFolder(course.Path()) + "/copies";
     EXPECT_EQ(ListFiles(copies).size(), 9u);
 
-    const struct {
-        HistoryBounds bounds;
-        int oldestKept;
-    } kCases[] = {
+    const std::tuple<HistoryBounds, int> kCases[] = {
         {{3, 30, 1 << 20}, 1},  // all within the days and the bytes
         {{3, 5, 1 << 20}, 5},   // older than five days: dropped
         {{3, 30, 450}, 7},      // four copies fit in 450 bytes
         {{3, 0, 0}, 8},         // the newest three stay whatever the bounds
     };
-    for (const auto& each : kCases) {
-        PruneHistory(HistoryFolder(course.Path()), each.bounds, now);
+    for (const auto& [bounds, oldestKept] : kCases) {
+        PruneHistory(HistoryFolder(course.Path()), bounds, now);
         const std::vector<HistoryEntry> entries = ReadHistory(course.Path());
         ASSERT_FALSE(entries.empty());
-        EXPECT_EQ(entries.front().id, each.oldestKept);
+        EXPECT_EQ(entries.front().id, oldestKept);
         EXPECT_EQ(entries.back().id, 10);
-        EXPECT_EQ(ListFiles(copies).size(), entries.size() - (each.oldestKept <= 1 ? 1 : 0));
+        EXPECT_EQ(ListFiles(copies).size(), entries.size() - (oldestKept <= 1 ? 1 : 0));
     }
     // A change that left its file as it was makes no entry.
     ASSERT_TRUE(

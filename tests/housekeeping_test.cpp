@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <filesystem>
 #include <set>
 
 #include "TestSupport.h"
@@ -363,16 +362,14 @@ TEST(PurgeClickerLogs, ProgressOfAPassWithAndWithoutSessions) {
 // so a log keeps counting the votes of the clicker dropped last until it is rewritten again.
 TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
     using Counts = std::array<int, 4>;  // choices A to D of the one question, per log
-    struct {
-        std::vector<int> ticked;  // rows of the list: 0 AAA, 1 BBB
-        std::array<Counts, 3> counts;
-    } cases[] = {
+    // The rows ticked (0 AAA, 1 BBB) and the counts of each log afterwards.
+    const std::tuple<std::vector<int>, std::array<Counts, 3>> cases[] = {
         {{0}, {Counts{1, 1, 1, 0}, Counts{1, 1, 1, 1}, Counts{1, 1, 0, 1}}},
         {{1}, {Counts{1, 1, 1, 0}, Counts{1, 1, 1, 1}, Counts{1, 1, 0, 1}}},
         {{0, 1}, {Counts{1, 1, 0, 0}, Counts{1, 1, 0, 1}, Counts{1, 1, 0, 1}}},
     };
     const char* const logs[] = {"L2609071000.csv", "L2609091000.csv", "L2609111000.csv"};
-    for (const auto& c : cases) {
+    for (const auto& [ticked, expected] : cases) {
         test::LoadedCourse fixture;
         fixture.WriteRoster("Adams,Ann,S1\r\nBaker,Bob,S2\r\n");
         fixture.WriteRemotes("#111,\"S1\"\r\n#222,\"S2\"\r\n");
@@ -389,7 +386,7 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
         screen.Load();
         ASSERT_EQ(screen.GhostCount(), 2);
         ASSERT_EQ(screen.GhostList()[0].RemoteId, "00000AAA");
-        for (int row : c.ticked) screen.ChkSelectClick(row, true);
+        for (int row : ticked) screen.ChkSelectClick(row, true);
         fixture.host.answers = {Answer::Ok};
         screen.CmdDeleteClick();
         for (int i = 0; i < 3; ++i) {
@@ -398,8 +395,8 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
             const Counts counts = {
                 read.Questions[1].ResponseCount[1], read.Questions[1].ResponseCount[2],
                 read.Questions[1].ResponseCount[3], read.Questions[1].ResponseCount[4]};
-            EXPECT_EQ(counts, c.counts[i]) << logs[i] << " ticked " << c.ticked.size();
-            for (int row : c.ticked)
+            EXPECT_EQ(counts, expected[i]) << logs[i] << " ticked " << ticked.size();
+            for (int row : ticked)
                 EXPECT_EQ(fixture.Log(logs[i]).find(row == 0 ? "#AAA" : "#BBB"), std::string::npos);
         }
     }

@@ -6,7 +6,6 @@
 #include <signal.h>
 
 #include <filesystem>
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "LogBuilder.h"

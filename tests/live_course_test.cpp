@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "TestSupport.h"
@@ -12,27 +11,20 @@ namespace {
 using Step = CourseWatch::Step;
 
 TEST(CourseWatch, ReloadsOnlyWhenQuietAndNothingIsOpen) {
-    struct Case {
-        const char* what;
-        std::vector<std::int64_t> events;
-        std::int64_t pollAt;
-        bool screenOpen;
-        bool commandRunning;
-        Step expected;
-    };
-    const Case cases[] = {
-        {"no event", {}, 1000, false, false, Step::Idle},
-        {"quiet long enough", {0}, 500, false, false, Step::Reload},
-        {"too soon", {0}, 499, false, false, Step::Wait},
-        {"burst counts from the last event", {0, 300, 600}, 900, false, false, Step::Wait},
-        {"burst then quiet", {0, 300, 600}, 1100, false, false, Step::Reload},
-        {"screen open", {0}, 5000, true, false, Step::Wait},
-        {"command running", {0}, 5000, false, true, Step::Wait},
-    };
-    for (const Case& c : cases) {
+    const std::tuple<const char*, std::vector<std::int64_t>, std::int64_t, bool, bool, Step>
+        cases[] = {
+            {"no event", {}, 1000, false, false, Step::Idle},
+            {"quiet long enough", {0}, 500, false, false, Step::Reload},
+            {"too soon", {0}, 499, false, false, Step::Wait},
+            {"burst counts from the last event", {0, 300, 600}, 900, false, false, Step::Wait},
+            {"burst then quiet", {0, 300, 600}, 1100, false, false, Step::Reload},
+            {"screen open", {0}, 5000, true, false, Step::Wait},
+            {"command running", {0}, 5000, false, true, Step::Wait},
+        };
+    for (const auto& [what, events, pollAt, screenOpen, commandRunning, expected] : cases) {
         CourseWatch watch;
-        for (std::int64_t at : c.events) watch.FileEvent(at);
-        EXPECT_EQ(watch.Poll(c.pollAt, c.screenOpen, c.commandRunning), c.expected) << c.what;
+        for (std::int64_t at : events) watch.FileEvent(at);
+        EXPECT_EQ(watch.Poll(pollAt, screenOpen, commandRunning), expected) << what;
     }
 }
 
@@ -49,13 +41,7 @@ TEST(CourseWatch, DiffAndNotice) {
     auto label = [](const std::string& file) {
         return file == "L1.csv" ? std::string("10/03/2026") : std::string();
     };
-    struct Case {
-        const char* what;
-        LogSnapshot after;
-        std::vector<LogChange> changes;
-        std::string notice;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, LogSnapshot, std::vector<LogChange>, std::string> cases[] = {
         {"nothing", before, {}, ""},
         {"grew",
          {{"L1.csv", {30, 1}}, {"L2.csv", {20, 2}}},
@@ -78,10 +64,10 @@ TEST(CourseWatch, DiffAndNotice) {
          {{"L9.csv", LogChangeKind::Updated}, {"L2.csv", LogChangeKind::Removed}},
          "Sessions updated"},
     };
-    for (const Case& c : cases) {
-        const std::vector<LogChange> changes = DiffLogs(before, c.after);
-        EXPECT_EQ(changes, c.changes) << c.what;
-        EXPECT_EQ(ChangeNotice(changes, label), c.notice) << c.what;
+    for (const auto& [what, after, expected, notice] : cases) {
+        const std::vector<LogChange> changes = DiffLogs(before, after);
+        EXPECT_EQ(changes, expected) << what;
+        EXPECT_EQ(ChangeNotice(changes, label), notice) << what;
     }
 }
 

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <bit>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <random>
-#include <cstdio>
 #include <string>
 #include <vector>
 

@@ -43,27 +43,22 @@ using Ids = std::vector<std::string>;
 // ---- Roster.txt
 
 TEST(Roster, ReadsLastFirstAndIdFromEachLine) {
-    struct Case {
-        const char* line;
-        const char* id;
-        const char* first;
-        const char* last;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"Doe, Jane, 12345", "12345", "Jane", "Doe"},
         {"12345", "12345", "", "12345"},
         {"\"Doe, Jr.\",Jane,22222", "22222", "Jane", "Doe, Jr."},
         {"Roe,John,X", "Roe", "John", "Roe"},  // a one-character third field is no ID
         {"Poe,Edgar,\"33333\",extra,fields,here,and,more", "33333", "Edgar", "Poe"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [line, id, first, last] : cases) {
         Folder f;
-        f.ReadRosterText(std::string(c.line) + "\r\n");
-        ASSERT_EQ(f.course.NumRoster, 1) << c.line;
+        f.ReadRosterText(std::string(line) + "\r\n");
+        ASSERT_EQ(f.course.NumRoster, 1) << line;
         const RosterRec& entry = f.course.Roster[0];
-        EXPECT_EQ(entry.StudentId, c.id) << c.line;
-        EXPECT_EQ(entry.FirstName, c.first) << c.line;
-        EXPECT_EQ(entry.LastName, c.last) << c.line;
-        EXPECT_EQ(f.RosterIds(), Ids{c.id}) << c.line;
+        EXPECT_EQ(entry.StudentId, id) << line;
+        EXPECT_EQ(entry.FirstName, first) << line;
+        EXPECT_EQ(entry.LastName, last) << line;
+        EXPECT_EQ(f.RosterIds(), Ids{id}) << line;
     }
 }
 
@@ -136,21 +131,16 @@ TEST(Roster, LookUpIgnoresCaseAndBlanksAndAddsOnlyWhenAsked) {
 }
 
 TEST(Roster, UpdateRosterRemoteKeepsTheLargerRemoteWhenAsked) {
-    struct Case {
-        const char* held;
-        const char* offered;
-        bool keepLarger;
-        const char* result;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool, const char*> cases[] = {
         {"", "A1", true, "A1"},    {"B2", "A1", true, "B2"}, {"A1", "B2", true, "B2"},
         {"B2", "A1", false, "A1"}, {"b2", "B2", true, "b2"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [held, offered, keepLarger, result] : cases) {
         Folder f;
         f.ReadRosterText("Doe,Jane,S1\r\n");
-        f.course.Roster[0].RemoteId = c.held;
-        EXPECT_EQ(UpdateRosterRemote(f.course, "S1", c.offered, c.keepLarger), 0);
-        EXPECT_EQ(f.course.Roster[0].RemoteId, c.result) << c.held << " " << c.offered;
+        f.course.Roster[0].RemoteId = held;
+        EXPECT_EQ(UpdateRosterRemote(f.course, "S1", offered, keepLarger), 0);
+        EXPECT_EQ(f.course.Roster[0].RemoteId, result) << held << " " << offered;
     }
     // A student found only in the logs enters the roster with empty names.
     Folder f;
@@ -222,11 +212,7 @@ TEST(WebCTRoster, NoStudentsAtAllIsReported) {
 // ---- RemoteID.csv
 
 TEST(RemoteIds, ReadsRegistrationsAndDropsConflictingLines) {
-    struct Case {
-        const char* file;
-        Ids rows;
-        int conflicts;
-    } cases[] = {
+    const std::tuple<const char*, Ids, int> cases[] = {
         {"#00123ABC,\"S1\"\r\n123abc,S1\r\n", {"S1=123ABC", "S1=123ABC"}, 0},
         {"123ABC,\"S1\"\r\n123ABC,\"s1\"\r\n", {"S1=123ABC"}, 1},  // the test has case
         {"123ABC,\"S1\"\r\n#0123abc,\"S2\"\r\n77,S3\r\n", {"S1=123ABC", "S3=77"}, 1},
@@ -236,11 +222,11 @@ TEST(RemoteIds, ReadsRegistrationsAndDropsConflictingLines) {
         {"#000, S1 \r\n 0x1,S2\r\n", {"S1=0", "S2=X1"}, 0},
         {"\"AB\"\"12\",\"S\"\"1\"\r\n", {"S1=AB12"}, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [file, rows, conflicts] : cases) {
         Folder f;
-        f.ReadRemotesText(c.file);
-        EXPECT_EQ(f.Remotes(), c.rows) << c.file;
-        EXPECT_EQ(static_cast<int>(f.host.messages.size()), c.conflicts) << c.file;
+        f.ReadRemotesText(file);
+        EXPECT_EQ(f.Remotes(), rows) << file;
+        EXPECT_EQ(static_cast<int>(f.host.messages.size()), conflicts) << file;
     }
 }
 
@@ -280,12 +266,8 @@ TEST(RemoteIds, ConflictNamesBothStudentsAndTheFirstOneKeepsTheRemote) {
 }
 
 TEST(RemoteIds, SameRemoteComparesNormalForms) {
-    struct Case {
-        const char* a;
-        const char* b;
-        bool same;
-        const char* normal;  // of a
-    } cases[] = {
+    // Two remotes, whether they are the same, and the normal form of the first.
+    const std::tuple<const char*, const char*, bool, const char*> cases[] = {
         {"#00ABCD12", "abcd12", true, "ABCD12"},
         {" 000 ", "0", true, "0"},
         {"##", "#", true, "#"},
@@ -303,9 +285,9 @@ TEST(RemoteIds, SameRemoteComparesNormalForms) {
          "1"},
         {"AB12", "AB123", false, "AB12"},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(SameRemote(c.a, c.b), c.same) << c.a << " " << c.b;
-        EXPECT_EQ(NormalRemote(c.a), c.normal) << c.a;
+    for (const auto& [a, b, same, normal] : cases) {
+        EXPECT_EQ(SameRemote(a, b), same) << a << " " << b;
+        EXPECT_EQ(NormalRemote(a), normal) << a;
     }
 }
 

@@ -31,12 +31,7 @@ TEST(SessionLog, NamesAndTextHelpers) {
     EXPECT_EQ(SessionDate("L0809151030.csv"), "09/15/2008");
     EXPECT_EQ(SessionTime("L0809151030.csv"), "10:30");
     EXPECT_EQ(SessionDate("L08"), "//2008");
-    struct Case {
-        const char* text;
-        const char* hashless;
-        const char* zeroless;
-        const char* leadingTrimmed;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"#0012", "0012", "#0012", "#0012"},
         {"###", "#", "###", "###"},
         {"000", "000", "0", "000"},
@@ -45,10 +40,10 @@ TEST(SessionLog, NamesAndTextHelpers) {
         {" Q1", " Q1", " Q1", "Q1"},
         {"Q", "Q", "Q", ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(StripLeadingHash(c.text), c.hashless) << c.text;
-        EXPECT_EQ(StripLeadingZeros(c.text), c.zeroless) << c.text;
-        EXPECT_EQ(TrimLeadingSpaces(c.text), c.leadingTrimmed) << c.text;
+    for (const auto& [text, hashless, zeroless, leadingTrimmed] : cases) {
+        EXPECT_EQ(StripLeadingHash(text), hashless) << text;
+        EXPECT_EQ(StripLeadingZeros(text), zeroless) << text;
+        EXPECT_EQ(TrimLeadingSpaces(text), leadingTrimmed) << text;
     }
 }
 
@@ -62,13 +57,7 @@ TEST(SessionLog, AnswerLettersTakeTheLastChoiceAndXBeatsAll) {
 }
 
 TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
-    struct Case {
-        const char* line1;
-        double performance, participation;
-        int minReply, minCorrect;
-        const char* title;
-        int deleted;
-    } cases[] = {
+    const std::tuple<const char*, double, double, int, int, const char*, int> cases[] = {
         {"Scoring", 0, 1, 1, 1, "", kFalse},
         {"Scoring,  Performance = -1 , Participation =  .5 , Min Reply =  2.5 , Min Correct =  0 "
          ",\"Review\"",
@@ -76,15 +65,16 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
         {"Scoring, Performance = lots, 3,Min Reply=,x, \"Review |y\" ", 0, 3, 1, 1, "Review ",
          kTrue},
     };
-    for (const auto& c : cases) {
+    for (const auto& [line1, performance, participation, minReply, minCorrect, title, deleted] :
+         cases) {
         LogReading log;
-        log.Read(std::string(c.line1) + "\r\n");
-        EXPECT_EQ(log.course.SessPerformance, c.performance) << c.line1;
-        EXPECT_EQ(log.course.SessParticipation, c.participation) << c.line1;
-        EXPECT_EQ(log.course.SessMinReply, c.minReply) << c.line1;
-        EXPECT_EQ(log.course.SessMinCorrect, c.minCorrect) << c.line1;
-        EXPECT_EQ(log.course.Questions[0].Name, c.title) << c.line1;
-        EXPECT_EQ(log.course.Questions[0].Deleted, c.deleted) << c.line1;
+        log.Read(std::string(line1) + "\r\n");
+        EXPECT_EQ(log.course.SessPerformance, performance) << line1;
+        EXPECT_EQ(log.course.SessParticipation, participation) << line1;
+        EXPECT_EQ(log.course.SessMinReply, minReply) << line1;
+        EXPECT_EQ(log.course.SessMinCorrect, minCorrect) << line1;
+        EXPECT_EQ(log.course.Questions[0].Name, title) << line1;
+        EXPECT_EQ(log.course.Questions[0].Deleted, deleted) << line1;
     }
 }
 
@@ -171,10 +161,7 @@ TEST(SessionLog, HeaderEndsAndFailures) {
     };
     std::string badCount = full;
     badCount.replace(badCount.find("Response C,    ,   , 0 "), 23, "Response C,    ,   , many ");
-    struct Case {
-        std::string text;
-        int questions, voters;
-    } cases[] = {
+    const std::tuple<std::string, int, int> cases[] = {
         {"", 0, 0},            // empty file
         {upToLine(1), 5, 0},   // ends after line 1: the count of the log read before stays
         {upToLine(2), 2, 0},   // ends after line 2
@@ -183,12 +170,12 @@ TEST(SessionLog, HeaderEndsAndFailures) {
         {upToLine(10), 2, 0},  // no voters
         {full, 2, 1},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, questions, voters] : cases) {
         LogReading log;
         log.course.NumQuestions = 5;
-        log.Read(c.text);
-        EXPECT_EQ(log.course.NumQuestions, c.questions) << c.text;
-        EXPECT_EQ(log.course.NumVoters, c.voters) << c.text;
+        log.Read(text);
+        EXPECT_EQ(log.course.NumQuestions, questions) << text;
+        EXPECT_EQ(log.course.NumVoters, voters) << text;
     }
 }
 
@@ -196,11 +183,7 @@ TEST(SessionLog, HeaderEndsAndFailures) {
 TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
     std::vector<LogVoter> many;
     for (int i = 0; i <= kMaxVoters; ++i) many.push_back({"#A" + std::to_string(i), "", {"A"}});
-    struct Case {
-        std::vector<LogVoter> voters;
-        int number;
-        const char* message;
-    } cases[] = {
+    const std::tuple<std::vector<LogVoter>, int, const char*> cases[] = {
         {{{"#A1", "", {"A"}}, test::RawLine("#B2, , lots ,A")},
          kTypeMismatch,
          "Run-time error '13': Type mismatch\nFile {log}, line 12"},
@@ -208,12 +191,12 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
          "Run-time error '9': Subscript out of range\nTable Votes, row 4001 (rows 0 to 4000)\nFile "
          "{log}, line 4011"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [voters, number, expected] : cases) {
         LogReading log;
-        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, c.voters)); });
-        std::string message = c.message;
+        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, voters)); });
+        std::string message = expected;
         message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
-        EXPECT_EQ(ending.number, c.number);
+        EXPECT_EQ(ending.number, number);
         EXPECT_EQ(ending.message, message);
     }
 }

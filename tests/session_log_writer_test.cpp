@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "TestSupport.h"
 #include "common/Paths.h"
 #include "common/RecordingHost.h"

@@ -96,11 +96,7 @@ TEST(Settings, SetParamChangesTheFirstRowOrAddsATrimmedOne) {
 }
 
 TEST(Settings, WebVotingIsReadStraightFromTheFile) {
-    struct Case {
-        const char* file;
-        const char* content;
-        bool enabled;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"SessionData/Config.csv", "\"EnableWebVoting\" ,\"True\" ,\"\"\r\n", true},
         {"sessiondata/CONFIG.CSV", " enablewebvoting , true \r\n", true},
         {"SessionData/Config.csv", "ENABLEWEBVOTING,yes\r\n", false},
@@ -109,10 +105,10 @@ TEST(Settings, WebVotingIsReadStraightFromTheFile) {
         {"SessionData/Config.csv", "CMS,General\r\n", false},
         {"SessionData/Other.csv", "ENABLEWEBVOTING,TRUE\r\n", false},
     };
-    for (const Case& c : cases) {
+    for (const auto& [file, content, enabled] : cases) {
         TempCourse folder;
-        folder.Write(c.file, c.content);
-        EXPECT_EQ(IsWebVotingEnabled(folder.Path()), c.enabled) << c.content;
+        folder.Write(file, content);
+        EXPECT_EQ(IsWebVotingEnabled(folder.Path()), enabled) << content;
     }
 }
 

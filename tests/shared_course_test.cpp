@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <thread>
 
 #include "LogBuilder.h"
@@ -40,6 +39,8 @@ CliResult RunCliWith(const std::vector<std::pair<std::string, std::string>>& env
 
 TEST(SharedCourse, AFileNotWrittenEndsWithStatusThreeAndIsListed) {
     const std::string newest = "SessionData/" + test::SeptemberLog(3);
+    const std::vector<std::string> every = {"SessionData/" + test::SeptemberLog(1),
+                                            "SessionData/" + test::SeptemberLog(2), newest};
     struct Case {
         const char* name;
         std::vector<std::string> command;
@@ -48,37 +49,14 @@ TEST(SharedCourse, AFileNotWrittenEndsWithStatusThreeAndIsListed) {
         std::vector<std::string> unsaved;
         const char* cause;
     } cases[] = {
-        {"rewrite, full disk",
-         {"rewrite", "3"},
-         "write:ENOSPC:SessionData/L",
-         3,
-         {newest},
-         "the disk is full"},
-        {"rewrite, read-only disk",
-         {"rewrite", "3"},
-         "open:EROFS:SessionData/L",
-         3,
-         {newest},
-         "the disk is read-only"},
-        {"rename, a folder in the way",
-         {"rename", "3", "Optics"},
-         "rename:EISDIR:L",
-         3,
-         {newest},
-         "a folder is in the way"},
-        {"purge, full disk on every log",
-         {"purge", "2B0001", "--yes"},
-         "sync:ENOSPC:SessionData/L",
-         3,
-         {"SessionData/" + test::SeptemberLog(1), "SessionData/" + test::SeptemberLog(2), newest},
-         "the disk is full"},
-        {"delete logs, full disk",
-         {"student", "#2B0001", "--delete-logs", "--yes"},
-         "write:ENOSPC:SessionData/L",
-         3,
-         {"SessionData/" + test::SeptemberLog(1), "SessionData/" + test::SeptemberLog(2), newest},
-         "the disk is full"},
+        // clang-format off
+        {"rewrite, full disk", {"rewrite", "3"}, "write:ENOSPC:SessionData/L", 3, {newest}, "the disk is full"},
+        {"rewrite, read-only disk", {"rewrite", "3"}, "open:EROFS:SessionData/L", 3, {newest}, "the disk is read-only"},
+        {"rename, a folder in the way", {"rename", "3", "Optics"}, "rename:EISDIR:L", 3, {newest}, "a folder is in the way"},
+        {"purge, full disk on every log", {"purge", "2B0001", "--yes"}, "sync:ENOSPC:SessionData/L", 3, every, "the disk is full"},
+        {"delete logs, full disk", {"student", "#2B0001", "--delete-logs", "--yes"}, "write:ENOSPC:SessionData/L", 3, every, "the disk is full"},
         {"rewrite, nothing in the way", {"rewrite", "3"}, "", 0, {}, ""},
+        // clang-format on
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

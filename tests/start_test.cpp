@@ -18,11 +18,7 @@ namespace {
 using test::TempCourse;
 
 TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
-    struct Case {
-        const char* invokedAs;
-        const char* current;
-        const char* folder;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"tallory", "/home/ann/Physics", "/home/ann/Physics"},  // found through PATH
         {"./tallory", "/home/ann/Physics", "/home/ann/Physics"},
         {"/courses/Optics/tallory", "/tmp", "/courses/Optics"},
@@ -30,8 +26,8 @@ TEST(ProgramStart, ProgramFolderIsWhereTheProgramWasInvoked) {
         {"../Optics/tallory", "/courses/Physics", "/courses/Physics/../Optics"},
         {"/tallory", "/tmp", "/"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(ProgramFolderOf(c.invokedAs, c.current), c.folder) << c.invokedAs;
+    for (const auto& [invokedAs, current, folder] : cases)
+        EXPECT_EQ(ProgramFolderOf(invokedAs, current), folder) << invokedAs;
 }
 
 TEST(ProgramStart, DebugIsTheWholeCommandLine) {
@@ -142,11 +138,8 @@ TEST(ProgramStart, OnlyAnExact1024By768LargeFontScreenGetsTheLargeLayout) {
 }
 
 TEST(ProgramStart, FixRosterFileNames) {
-    struct Case {
-        std::vector<const char*> before;
-        std::vector<const char*> after;
-        const char* title;  // of the one message, or nullptr
-    } cases[] = {
+    // The files before and after, and the title of the one message (nullptr: none).
+    const std::tuple<std::vector<const char*>, std::vector<const char*>, const char*> cases[] = {
         {{"Roster.txt.txt"}, {"Roster.txt"}, nullptr},
         {{"class.txt.txt"}, {"class.txt"}, nullptr},
         {{"ROSTER.TXT.TXT", "class.txt.txt"}, {"Roster.txt", "class.txt"}, nullptr},
@@ -156,25 +149,25 @@ TEST(ProgramStart, FixRosterFileNames) {
          "Warning!"},
         {{"class.txt", "class.txt.txt"}, {"class.txt", "class.txt.txt"}, "Warning!"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.before));
+    for (const auto& [before, left, title] : cases) {
+        SCOPED_TRACE(testing::PrintToString(before));
         TempCourse folder;
-        for (const char* name : c.before) folder.Write(name, name);
+        for (const char* name : before) folder.Write(name, name);
         Course course;
         course.AppPath = folder.Path();
         RecordingHost host;
         FixRosterFileNames(course, host);
         std::vector<std::string> after = ListFiles(folder.Path());
         std::sort(after.begin(), after.end());
-        std::vector<std::string> expected(c.after.begin(), c.after.end());
+        std::vector<std::string> expected(left.begin(), left.end());
         std::sort(expected.begin(), expected.end());
         EXPECT_EQ(after, expected);
-        if (!c.title) {
+        if (!title) {
             EXPECT_TRUE(host.messages.empty());
             continue;
         }
         ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_EQ(host.messages[0].title, c.title);
+        EXPECT_EQ(host.messages[0].title, title);
         EXPECT_EQ(host.messages[0].icon, Icon::Stop);
         EXPECT_NE(host.messages[0].text.find("(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n"),
                   std::string::npos);

@@ -28,6 +28,8 @@ namespace {
 
 using test::LocalHttpServer;
 using test::ReadBytes;
+using test::SendAll;
+using test::Silence;
 using test::TempCourse;
 
 std::string DataFile(std::string_view name) {
@@ -54,11 +56,7 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
     });
     const std::string unreachable =
         "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/exact";
-    struct Case {
-        std::string url;
-        std::string body;
-        int leastTurns;
-    } cases[] = {
+    const std::tuple<std::string, std::string, int> cases[] = {
         {server.Base() + "exact", exact, 2},  // a full read, then the read that finds the end
         {server.Base() + "zero", zero, 1},
         {server.Base() + "large", large, 4},
@@ -67,12 +65,11 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         {"not a url at all", "", 1},
     };
     CurlFetcher fetcher;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.url);
+    for (const auto& [url, expected, leastTurns] : cases) {
+        SCOPED_TRACE(url);
         CountingHost host;
-        const std::string body = fetcher.OpenUrlText(c.url, host);
-        EXPECT_EQ(body, c.body);
-        EXPECT_GE(host.turns, c.leastTurns);
+        EXPECT_EQ(fetcher.OpenUrlText(url, host), expected);
+        EXPECT_GE(host.turns, leastTurns);
         EXPECT_TRUE(host.messages.empty());
     }
     // Every request asks caches on the way for a fresh copy.
@@ -101,30 +98,8 @@ using Clock = std::chrono::steady_clock;
 constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::milliseconds(1000),
                                   64 * 1024};
 
-void SendAll(int connection, const std::string& text) {
-    for (size_t sent = 0; sent < text.size();) {
-        const ssize_t wrote =
-            send(connection, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-        if (wrote <= 0) return;
-        sent += static_cast<size_t>(wrote);
-    }
-}
-
-// Holds the connection open, silent, until the client gives up or the server stops.
-void Silence(int connection, const std::atomic<bool>& stopping) {
-    char buffer[256];
-    while (!stopping) {
-        pollfd readable{connection, POLLIN, 0};
-        if (poll(&readable, 1, 10) > 0 && recv(connection, buffer, sizeof buffer, 0) <= 0) return;
-    }
-}
-
-// The misbehaving servers: after the request, silence; a head and part of a body, then silence;
-// a body without end; a body that announces a size beyond the limit.
-void StallHead(int connection, const std::atomic<bool>& stopping) {
-    Silence(connection, stopping);
-}
-
+// The misbehaving servers: after the request, silence (`Silence`); a head and part of a body,
+// then silence; a body without end; a body that announces a size beyond the limit.
 void StallBody(int connection, const std::atomic<bool>& stopping) {
     SendAll(connection,
             "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
@@ -198,7 +173,7 @@ TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
         std::string message;
         int leastTurns;  // the screen kept its turns while the server was silent
     } cases[] = {
-        {"head stalls", StallHead, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"head stalls", Silence, FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body stalls", StallBody, FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body without end", SendForever, FetchStop::TooLarge, "is larger than 64 KB", 32},
         {"announced too large", AnnounceTooMuch, FetchStop::TooLarge, "is larger than 64 KB", 1},
@@ -258,7 +233,7 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
 
 // Cancel from the progress window, heard while the server is silent: no message, nothing kept.
 TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
-    LocalHttpServer server(StallHead);
+    LocalHttpServer server(Silence);
     FetchLimits limits;  // the program's own: only the cancel can end it soon
     CurlFetcher fetcher(kCurlLibrary, limits);
     struct CancellingHost : RecordingHost {
@@ -296,26 +271,29 @@ TEST(WebRegistration, KeysCodesAndHosts) {
     EXPECT_EQ(UrlHostName(""), "");
 }
 
+// "remote|first|last|ID" per registration read.
+test::Strings Rows(const WebRegistrations& regs) {
+    test::Strings rows;
+    for (int i = 0; i < regs.NumWebRegs; ++i) {
+        const auto& r = regs.WebRegs[i];
+        rows.push_back(r.RemoteId + "|" + r.FirstName + "|" + r.LastName + "|" + r.StudentId);
+    }
+    return rows;
+}
+
 TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
     WebRegistrations regs;
     // Fields after the ignored first one: remote, first name, last name, student ID.
     ASSERT_TRUE(
         ReadStudentReply(regs, "  i\t0000AB12\tAnn\t\"Lee\"\tS1\r\n\r\n \r\nx\t0000AB12\tBo\n;\n"));
-    ASSERT_EQ(regs.NumWebRegs, 2);  // ";" is too short to count
-    EXPECT_EQ(regs.WebRegs[0].RemoteId, "0000AB12");
-    EXPECT_EQ(regs.WebRegs[0].FirstName, "Ann");
-    EXPECT_EQ(regs.WebRegs[0].LastName, "'Lee'");
-    EXPECT_EQ(regs.WebRegs[0].StudentId, "S1");
-    EXPECT_EQ(regs.WebRegs[1].FirstName, "Bo");
-    EXPECT_EQ(regs.WebRegs[1].LastName, "");  // a short line leaves the rest blank
+    // ";" is too short to count; a short line leaves the rest blank.
+    EXPECT_EQ(Rows(regs), (test::Strings{"0000AB12|Ann|'Lee'|S1", "0000AB12|Bo||"}));
     EXPECT_FALSE(ReadStudentReply(regs, "   "));
     EXPECT_EQ(regs.NumWebRegs, 0);
 
     // The confirmation splits at CR LF only and keeps quotes.
     ASSERT_TRUE(ReadConfirmReply(regs, "i\tA\t\"Ann\"\tLee\tS1\r\ni\tB\tBo\tMo\tS2\nmore"));
-    ASSERT_EQ(regs.NumWebRegs, 2);
-    EXPECT_EQ(regs.WebRegs[0].FirstName, "\"Ann\"");
-    EXPECT_EQ(regs.WebRegs[1].StudentId, "S2\nmore");
+    EXPECT_EQ(Rows(regs), (test::Strings{"A|\"Ann\"|Lee|S1", "B|Bo|Mo|S2\nmore"}));
 
     // A file record matches its remote in normal form; several matches give several lines.
     const std::string file = "#00ab12,Lee,Ann,S1\r\nAB12,Mo,Bo,S2\r\nAB123,No,One,S3\r\n\r\n";
@@ -349,13 +327,8 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
     struct Web {
         const char *first, *last, *id;
     };
-    struct Case {
-        const char* name;
-        std::vector<Web> web;
-        std::vector<int> scores;  // MatchScore of the three roster rows
-        int matchCount;
-        bool note;
-    } cases[] = {
+    // The web rows, the MatchScore of the three roster rows, the matches, whether a note is made.
+    const std::tuple<const char*, std::vector<Web>, std::vector<int>, int, bool> cases[] = {
         {"name and ID", {{"ann", " LEE ", "s1"}}, {3, 0, 0}, 1, false},
         {"last name only", {{"Xy", "Lee", ""}}, {1, 0, 0}, 1, false},
         {"blank last name and ID", {{"Ann", "", ""}}, {0, 0, 0}, 0, false},
@@ -364,15 +337,15 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
         {"ambiguous", {{"Bo", "Mo", "S1"}}, {1, 2, 0}, 1, true},
         {"nobody", {{"Nemo", "Nobody", "S9"}}, {0, 0, 0}, 0, false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, web, scores, matchCount, noted] : cases) {
+        SCOPED_TRACE(name);
         Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo"), Student("", "", "")};
         WebRegistrations regs;
-        for (const Web& w : c.web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
+        for (const Web& w : web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
         const std::string note = ScoreWebRegistrations(roster.course, regs);
-        for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, c.scores[k]) << k;
-        EXPECT_EQ(regs.WebMatchCount, c.matchCount);
-        EXPECT_EQ(!note.empty(), c.note);
+        for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, scores[k]) << k;
+        EXPECT_EQ(regs.WebMatchCount, matchCount);
+        EXPECT_EQ(!note.empty(), noted);
     }
 }
 
@@ -485,10 +458,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
             }
         return {404, "<h1>Object not found!</h1>"};
     });
-    struct Case {
-        std::string webcode;
-        size_t requests;
-    } cases[] = {
+    const std::tuple<std::string, size_t> cases[] = {
         {"http://127.0.0.1:" + std::to_string(server.Port()) + "/files/WebReg.csv", 1},
         {"demo", 1},     // a school's file on the registration server
         {"local", 0},    // WebReg.dat in the course folder
@@ -496,9 +466,9 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         {"SQL " + server.Base() + "other?key=", 8},
     };
     size_t before = 0;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, server.Base());
+    for (const auto& [webcode, asked] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, server.Base());
         web.Write("WebReg.dat", file);
         web.Sync(VerifyAnswer::Accept);
         EXPECT_TRUE(web.host.messages.empty());
@@ -520,7 +490,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
                                                               "1005", "#AA0002", "#BB0009"}));
         const size_t requests = server.Targets().size() - before;
         before = server.Targets().size();
-        EXPECT_EQ(requests, c.requests);
+        EXPECT_EQ(requests, asked);
     }
     const std::vector<std::string> targets = server.Targets();
     EXPECT_NE(std::find(targets.begin(), targets.end(), "/GetRegistered.aspx?c=00BB0001"),
@@ -562,11 +532,7 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
     });
-    struct Case {
-        std::string webcode;
-        std::string base;
-        std::string message;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string> cases[] = {
         {"demo", unused, "Error: unable to download registrations. Check internet connection."},
         {"short", server.Base(),
          "Error: unable to download registrations. Check internet connection."},
@@ -574,12 +540,12 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
          "Error: unable to download registrations. Check school code."},
         {"local", server.Base(), "Error unable to open local data file WebReg.dat."},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, c.base);
+    for (const auto& [webcode, base, message] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, base);
         web.Sync(VerifyAnswer::Accept);
         ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_EQ(web.host.messages[0].text, c.message);
+        EXPECT_EQ(web.host.messages[0].text, message);
         EXPECT_EQ(web.host.messages[0].icon, Icon::None);
         EXPECT_EQ(web.recordsUpdated, 0);
         EXPECT_EQ(web.doneNote,
@@ -730,16 +696,14 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
 // A server that stops answering ends the run at the first fetch: the message says why, and the
 // course is left as it was.
 TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
-    LocalHttpServer server(StallHead);
-    struct Case {
-        std::string webcode;
-    } cases[] = {
-        {server.Base() + "WebReg.csv"},  // the registration file
-        {"SQL"},                         // the service, asked per clicker
+    LocalHttpServer server(Silence);
+    const std::string webcodes[] = {
+        server.Base() + "WebReg.csv",  // the registration file
+        "SQL",                         // the service, asked per clicker
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, server.Base());
+    for (const std::string& webcode : webcodes) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, server.Base());
         const size_t requests = server.Targets().size();
         const Clock::time_point start = Clock::now();
         web.Sync(VerifyAnswer::Accept, kTestLimits);
@@ -766,10 +730,7 @@ struct CountingFetcher : UrlFetcher {
 // With no registration server set up, a code that needs one is said to be out of reach before
 // anything is asked; codes that name their own source go on.
 TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
-    struct Case {
-        std::string webcode;
-        bool reachable;
-    } cases[] = {
+    const std::tuple<std::string, bool> cases[] = {
         {"SQL", false},
         {"", false},  // the default
         {"demo", false},
@@ -777,12 +738,12 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         {"http://127.0.0.1:1/WebReg.csv", true},
         {"local", true},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.webcode);
-        WebCourse web(c.webcode, "");
+    for (const auto& [webcode, reachable] : cases) {
+        SCOPED_TRACE(webcode);
+        WebCourse web(webcode, "");
         CountingFetcher fetcher;
         web.Sync(VerifyAnswer::Accept, fetcher);
-        if (c.reachable) {
+        if (reachable) {
             EXPECT_NE(web.recordsUpdated, -1);  // the screen ran
             continue;
         }
@@ -802,10 +763,8 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
                                    std::to_string(TALLORY_VERSION_MINOR),
                                    std::to_string(TALLORY_VERSION_REV)};
     const char* keys[] = {"tallory.exe.major", "tallory.exe.minor", "tallory.exe.rev"};
-    struct Case {
-        const char* name;
-        std::string config;  // empty: no Config.csv, and none afterwards
-    } cases[] = {
+    // An empty Config.csv: none before, and none afterwards.
+    const std::tuple<const char*, std::string> cases[] = {
         {"first start", "\"CMS\" ,\"General\" ,\"\"\r\n"},
         {"downgrade", "\"tallory.exe.major\" ,\"99\" ,\"\"\r\n"},
         {"same version", "\"tallory.exe.major\" ,\"" + version[0] +
@@ -813,11 +772,11 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
                              "\" ,\"\"\r\n\"tallory.exe.rev\" ,\"" + version[2] + "\" ,\"\"\r\n"},
         {"no settings file", ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, config] : cases) {
+        SCOPED_TRACE(name);
         TempCourse folder;
         folder.Write("SessionData/.keep", "");
-        if (!c.config.empty()) folder.Write("SessionData/Config.csv", c.config);
+        if (!config.empty()) folder.Write("SessionData/Config.csv", config);
         Course course;
         RecordingHost host;
         course.AppPath = folder.Path();
@@ -828,9 +787,9 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
         ReadConfig(reread, host);
         for (int k = 0; k < 3; ++k) {
             EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
-            EXPECT_EQ(GetParam(reread, keys[k], ""), c.config.empty() ? "" : version[k]);
+            EXPECT_EQ(GetParam(reread, keys[k], ""), config.empty() ? "" : version[k]);
         }
-        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !c.config.empty());
+        EXPECT_EQ(folder.Exists("SessionData/Config.csv"), !config.empty());
     }
 }
 

@@ -132,25 +132,18 @@ TEST(ClassViewWindow, ShowsTheWholeClassWithTheNamesHeld) {
 TEST(ClassViewWindow, SortsByAHeadingAndSearches) {
     Fixture fixture;
     const int total = ClassView::kTotalColumn, day3 = ClassView::kFirstSessionColumn + 2;
-    struct Case {
-        int section;
-        Qt::SortOrder order;
-    } clicks[] = {
+    const std::tuple<int, Qt::SortOrder> clicks[] = {
         {total, Qt::AscendingOrder}, {total, Qt::DescendingOrder}, {day3, Qt::AscendingOrder}};
-    for (const Case& click : clicks) {
-        SCOPED_TRACE(click.section);
-        ClickHeading(fixture.header, click.section);
-        EXPECT_EQ(fixture.header->sortIndicatorSection(), click.section);
-        EXPECT_EQ(fixture.header->sortIndicatorOrder(), click.order);
+    for (const auto& [section, order] : clicks) {
+        SCOPED_TRACE(section);
+        ClickHeading(fixture.header, section);
+        EXPECT_EQ(fixture.header->sortIndicatorSection(), section);
+        EXPECT_EQ(fixture.header->sortIndicatorOrder(), order);
         // Numbers sort as numbers (16 after 2), absences below every number.
-        for (int row = 1; row < fixture.model->rowCount(); ++row) {
-            const double above = fixture.Figure(row - 1, click.section);
-            const double here = fixture.Figure(row, click.section);
-            if (click.order == Qt::AscendingOrder)
-                ASSERT_LE(above, here) << row;
-            else
-                ASSERT_GE(above, here) << row;
-        }
+        const double sign = order == Qt::AscendingOrder ? 1 : -1;
+        for (int row = 1; row < fixture.model->rowCount(); ++row)
+            ASSERT_LE(sign * fixture.Figure(row - 1, section), sign * fixture.Figure(row, section))
+                << row;
     }
     EXPECT_EQ(fixture.Cell(0, day3), "Ab");
 

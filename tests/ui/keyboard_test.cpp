@@ -8,7 +8,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
-#include <QTimer>
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -198,16 +197,13 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
             return dialog.focusWidget() ? dialog.focusWidget() : &dialog;
         };
         points->setFocus();
-        const struct {
-            QKeyCombination key;
-            const char* question;
-        } walk[] = {
+        const std::tuple<QKeyCombination, const char*> walk[] = {
             {Qt::Key_PageDown, "2"}, {Qt::ALT | Qt::Key_Right, "3"}, {Qt::Key_PageDown, "3"},
             {Qt::Key_PageUp, "2"},   {Qt::ALT | Qt::Key_Left, "1"},  {Qt::Key_PageUp, "1"},
         };
-        for (const auto& step : walk) {
-            QTest::keyClick(focus(), step.key.key(), step.key.keyboardModifiers());
-            EXPECT_EQ(number->text(), step.question) << step.key.toCombined();
+        for (const auto& [key, question] : walk) {
+            QTest::keyClick(focus(), key.key(), key.keyboardModifiers());
+            EXPECT_EQ(number->text(), question) << key.toCombined();
         }
         // A point typed and not yet handed over is an edit: Escape asks, and No keeps it.
         points->setFocus();
@@ -251,24 +247,18 @@ TEST(Keyboard, SetScoresWalksTheQuestionsByKeyAndAsksBeforeDroppingEdits) {
 
 TEST(Keyboard, MessageBoxesHaveNoMinimiseButtonAndDestructiveOnesDefaultToNo) {
     QtHost host;
-    const struct {
-        Buttons buttons;
-        MessageStyle style;
-        QMessageBox::StandardButton shown;
-        Answer enter;
-    } cases[] = {
+    const std::tuple<Buttons, MessageStyle, QMessageBox::StandardButton, Answer> cases[] = {
         {Buttons::YesNo, kDestructive, QMessageBox::No, Answer::No},
         {Buttons::OkCancel, kDestructive, QMessageBox::Cancel, Answer::Cancel},
         {Buttons::YesNo, {}, QMessageBox::Yes, Answer::Yes},
     };
-    for (const auto& test : cases) {
+    for (const auto& [buttons, style, shown, enter] : cases) {
         MessageBoxes boxes({MessageBoxes::Enter});
-        EXPECT_EQ(
-            host.Message("Remove it?", "Confirm Remove", Icon::Question, test.buttons, test.style),
-            test.enter);
+        EXPECT_EQ(host.Message("Remove it?", "Confirm Remove", Icon::Question, buttons, style),
+                  enter);
         ASSERT_EQ(boxes.shown.size(), 1u);
         const Qt::WindowFlags flags = boxes.shown[0].flags;
-        EXPECT_EQ(boxes.shown[0].defaultButton, test.shown);
+        EXPECT_EQ(boxes.shown[0].defaultButton, shown);
         EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
         EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
     }

@@ -6,7 +6,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableWidget>
-#include <filesystem>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"

@@ -9,7 +9,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTimer>
 
 #include "../TestSupport.h"
 #include "OpenWindow.h"
