@@ -54,10 +54,11 @@ bool ReadWhole(const std::string& path, std::string& text) {
     }
 }
 
-// A journal file is written and synced before the file it keeps is touched.
-bool WriteDurably(const std::string& path, const std::string& text) {
+// Writes `text` to a journal file opened with `flags` and syncs its bytes: a journal file is
+// durable before the file it keeps is touched.
+bool WriteSynced(const std::string& path, int flags, const std::string& text) {
     WriteEvent();
-    int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, 0600);
     if (fd < 0) return false;
     size_t done = 0;
     while (done < text.size()) {
@@ -67,8 +68,12 @@ bool WriteDurably(const std::string& path, const std::string& text) {
         if (wrote <= 0) break;
         done += static_cast<size_t>(wrote);
     }
-    const bool ok = done == text.size() && ::fsync(fd) == 0;
+    const bool ok = done == text.size() && ::fdatasync(fd) == 0;
     return ::close(fd) == 0 && ok;
+}
+
+bool WriteDurably(const std::string& path, const std::string& text) {
+    return WriteSynced(path, O_CREAT | O_TRUNC, text);
 }
 
 // A file written again in the change adds its new content's hash to the entry's list of later
@@ -76,18 +81,7 @@ bool WriteDurably(const std::string& path, const std::string& text) {
 // of the journal folder. The list exists from the start, so an append needs no folder sync; an
 // append cut short leaves a part of a hash that no content has, and nothing after it.
 bool AppendDurably(const std::string& path, const std::string& text) {
-    WriteEvent();
-    int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    if (fd < 0) return false;
-    size_t done = 0;
-    while (done < text.size()) {
-        ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
-        if (wrote < 0 && errno == EINTR) continue;
-        if (wrote <= 0) break;
-        done += static_cast<size_t>(wrote);
-    }
-    const bool ok = done == text.size() && ::fdatasync(fd) == 0;
-    return ::close(fd) == 0 && ok;
+    return WriteSynced(path, O_APPEND, text);
 }
 
 // What a change left in a file: its content's hash, or that it removed the file.
