@@ -54,26 +54,57 @@ bool ReadWhole(const std::string& path, std::string& text) {
     }
 }
 
+// Writes all of `size` bytes; false when the file takes no more.
+bool WriteAll(int fd, const char* data, size_t size) {
+    size_t done = 0;
+    while (done < size) {
+        WriteEvent();
+        ssize_t wrote = ::write(fd, data + done, size - done);
+        if (wrote < 0 && errno == EINTR) continue;
+        if (wrote <= 0) return false;
+        done += static_cast<size_t>(wrote);
+    }
+    return true;
+}
+
 // Writes `text` to a journal file opened with `flags` and syncs its bytes: a journal file is
 // durable before the file it keeps is touched.
 bool WriteSynced(const std::string& path, int flags, const std::string& text) {
     WriteEvent();
     int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | flags, 0600);
     if (fd < 0) return false;
-    size_t done = 0;
-    while (done < text.size()) {
-        WriteEvent();
-        ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
-        if (wrote < 0 && errno == EINTR) continue;
-        if (wrote <= 0) break;
-        done += static_cast<size_t>(wrote);
-    }
-    const bool ok = done == text.size() && ::fdatasync(fd) == 0;
+    const bool ok = WriteAll(fd, text.data(), text.size()) && ::fdatasync(fd) == 0;
     return ::close(fd) == 0 && ok;
 }
 
 bool WriteDurably(const std::string& path, const std::string& text) {
     return WriteSynced(path, O_CREAT | O_TRUNC, text);
+}
+
+enum class Copy { Done, NoFile, Failed };
+
+// Copies a file as it stands into the journal, a piece at a time: a page of the reports can be
+// larger than everything else the program holds at once. NoFile when it cannot be opened.
+Copy CopyDurably(const std::string& from, const std::string& to) {
+    int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in < 0) return Copy::NoFile;
+    WriteEvent();
+    int out = ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    bool ok = out >= 0;
+    char buffer[1 << 16];
+    while (ok) {
+        ssize_t got = ::read(in, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) {
+            ok = got == 0;
+            break;
+        }
+        ok = WriteAll(out, buffer, static_cast<size_t>(got));
+    }
+    ::close(in);
+    if (out < 0) return Copy::Failed;
+    ok = ok && ::fdatasync(out) == 0;
+    return ::close(out) == 0 && ok ? Copy::Done : Copy::Failed;
 }
 
 // A file written again in the change adds its new content's hash to the entry's list of later
@@ -233,10 +264,10 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
         journal_ = journal;
     }
     const std::string entry = JoinPath(journal_, std::to_string(kept_.size() + 1));
-    std::string text;
     // A file that does not stand yet is written down as new: undoing removes it.
-    const bool stood = ReadWhole(path, text);
-    if (stood && !WriteDurably(entry, text)) return false;
+    const Copy copy = CopyDurably(path, entry);
+    if (copy == Copy::Failed) return false;
+    const bool stood = copy == Copy::Done;
     const std::string record = Wrote(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
     if (!WriteDurably(entry + kLaterSuffix, "")) return false;
     if (!WriteDurably(entry + kPathSuffix, record)) return false;
