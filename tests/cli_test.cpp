@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 // The console host is compiled into tallory-cli itself; its test compiles the same source.
 #include "../src/cli/Cli.cpp"
@@ -98,10 +99,9 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
              {"--course", course.Path(), "log", course.File("SessionData/L2609081000.csv")}}) {
         auto result = RunCli(arguments);
         EXPECT_EQ(result.status, 1);
-        EXPECT_NE(result.err.find("Run-time error '13': Type mismatch"), std::string::npos)
-            << result.err;
-        EXPECT_NE(result.err.find("L2609081000.csv"), std::string::npos) << result.err;
-        EXPECT_NE(result.err.find("line 12"), std::string::npos) << result.err;
+        EXPECT_TRUE(test::Holds(result.err, "Run-time error '13': Type mismatch"));
+        EXPECT_TRUE(test::Holds(result.err, "L2609081000.csv"));
+        EXPECT_TRUE(test::Holds(result.err, "line 12"));
     }
     EXPECT_EQ(test::FolderFiles(course.Path()), before);
 }
@@ -127,7 +127,7 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
         EXPECT_EQ(result.status, 2);
-        EXPECT_NE(result.err.find("tallory-cli: "), std::string::npos);
+        EXPECT_TRUE(test::Holds(result.err, "tallory-cli: "));
         EXPECT_TRUE(result.out.empty());
     }
     EXPECT_EQ(test::FolderFiles(course.Path()), before);
@@ -186,10 +186,8 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         const test::Files before = test::FolderFiles(course.Path());
         const test::CliResult result = test::RunCliOn(course.Path(), c.arguments);
         EXPECT_EQ(result.status, c.status) << result.err;
-        for (const std::string& part : c.out)
-            EXPECT_NE(result.out.find(part), std::string::npos) << result.out;
-        for (const std::string& part : c.err)
-            EXPECT_NE(result.err.find(part), std::string::npos) << result.err;
+        for (const std::string& part : c.out) EXPECT_TRUE(test::Holds(result.out, part));
+        for (const std::string& part : c.err) EXPECT_TRUE(test::Holds(result.err, part));
         if (c.status != 0) {
             EXPECT_TRUE(result.out.empty()) << result.out;
         }
@@ -208,12 +206,12 @@ TEST(Cli, HelpAndVersion) {
         EXPECT_EQ(result.status, 0) << result.err;
         std::string usage = "Usage: tallory-cli";
         if (arguments.size() > 1) usage += " " + arguments[arguments.size() - 2];
-        EXPECT_NE(result.out.find(usage), std::string::npos) << result.out;
+        EXPECT_TRUE(test::Holds(result.out, usage));
     }
     auto help = RunCli({"--help"});
     for (const char* command :
          {"grid", "session", "log", "rewrite", "set-scores", "rename", "remove"})
-        EXPECT_NE(help.out.find(std::string("\n  ") + command + " "), std::string::npos) << command;
+        EXPECT_TRUE(test::Holds(help.out, std::string("\n  ") + command + " ")) << command;
 
     EXPECT_EQ(RunCli({"--version"}).out, "tallory-cli " + std::to_string(TALLORY_VERSION_MAJOR) +
                                              "." + std::to_string(TALLORY_VERSION_MINOR) + "." +
@@ -292,7 +290,7 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
     }
     std::string line = deleted.Read("SessionData/L2609081000.csv");
     line = line.substr(0, line.find('\r'));
-    EXPECT_NE(line.find("Participation =  0 ,"), std::string::npos) << line;
+    EXPECT_TRUE(test::Holds(line, "Participation =  0 ,"));
 
     // With --json, only the messages are printed, and the files not saved: none.
     json printed = json::parse(RunCli({"--course", demo.Path(), "rewrite", "1", "--json"}).out);

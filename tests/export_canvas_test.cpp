@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "export/Export.h"
@@ -123,8 +124,7 @@ TEST(ExportCanvas, TheUploadCanvasImports) {
         ASSERT_EQ(biology.host.messages.size(), 1u);
         EXPECT_TRUE(biology.host.messages[0].text.starts_with("Wrote the Canvas upload file " +
                                                               biology.File(kUpload) + "\r\n"));
-        EXPECT_NE(biology.host.messages[0].text.find("open Grades, choose Import"),
-                  std::string::npos);
+        EXPECT_TRUE(test::Holds(biology.host.messages[0].text, "open Grades, choose Import"));
         EXPECT_TRUE(biology.host.dialogs.empty());
         EXPECT_TRUE(biology.host.started.empty());
     }
@@ -297,8 +297,7 @@ TEST(ExportCanvas, WithoutAGradeBookRosterTxtIsTheRoster) {
                                     "\"Chen, Wei\",,wchen,,,10",
                                 }));
     ASSERT_EQ(biology.host.messages.size(), 1u);
-    EXPECT_NE(biology.host.messages[0].text.find("No Canvas grade book was found"),
-              std::string::npos);
+    EXPECT_TRUE(test::Holds(biology.host.messages[0].text, "No Canvas grade book was found"));
 
     test::LoadedCourse empty;
     empty.WriteSettings({{"CMS", "Canvas"}});
@@ -323,8 +322,8 @@ TEST(ExportCanvas, TheExportDialogOffersTheLayoutsAndTheCourseRemembersTheChoice
     EXPECT_EQ(dialog.preselected, 0);
     EXPECT_EQ(dialog.choices[4], "") << "four layouts: the fifth button stays hidden";
     EXPECT_EQ(biology.Read(kUpload), CanvasData("all.total.zero.expected"));
-    EXPECT_NE(biology.Read("SessionData/Config.csv").find("\"CanvasColumns\" ,\"Total\""),
-              std::string::npos);
+    EXPECT_TRUE(
+        test::Holds(biology.Read("SessionData/Config.csv"), "\"CanvasColumns\" ,\"Total\""));
 
     // The next course start preselects it; Cancel leaves upload and settings as they are.
     BiologyCourse again;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "export/ExportFormat.h"
@@ -60,7 +61,7 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
     };
     for (const auto& [cms, contains, endsWith] : cases) {
         std::string text = FindExportFormat(cms).text;
-        EXPECT_NE(text.find(contains), std::string::npos) << cms << "\n" << text;
+        EXPECT_TRUE(test::Holds(text, contains)) << cms << "\n" << text;
         EXPECT_TRUE(text.ends_with(endsWith)) << cms << "\n" << text;
     }
     EXPECT_EQ(FindExportFormat("GENERAL").text, "");

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "LogBuilder.h"
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
 #include "common/ChangeJournal.h"
@@ -58,7 +59,7 @@ TEST(Safety, ReadOnlyFileIsNotReplacedAndTheWriterSaysSo) {
     ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
     std::string error;
     EXPECT_FALSE(ReplaceFile(path, "new", &error));
-    EXPECT_NE(error.find("read-only"), std::string::npos) << error;
+    EXPECT_TRUE(test::Holds(error, "read-only"));
     EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
     EXPECT_EQ(StatOf(path).st_mode & 07777, 0444u);
 }
@@ -249,8 +250,8 @@ TEST(Safety, AFailureAtAnyStepLeavesTheOldFileAndSaysWhy) {
         SetWriteFault(std::nullopt);
         EXPECT_EQ(course.Read("SessionData/L0909111030.csv"), "old");
         EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
-        EXPECT_NE(error.find(path), std::string::npos) << error;
-        EXPECT_NE(error.find(cause), std::string::npos) << error;
+        EXPECT_TRUE(test::Holds(error, path));
+        EXPECT_TRUE(test::Holds(error, cause));
         EXPECT_EQ(host.unsaved, std::vector<std::string>{path + " | " + error});
         EXPECT_EQ(host.written, std::vector<std::string>{course.File("SessionData/RemoteID.csv")});
         for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
@@ -315,7 +316,7 @@ TEST(Safety, EveryWriterLeavesTheOldFileAndSaysWhy) {
         EXPECT_EQ(folder.Read(c.file), "old");
         ASSERT_EQ(host.unsaved.size(), 1u);
         EXPECT_EQ(host.unsaved[0].rfind(folder.File(c.file) + " | ", 0), 0u) << host.unsaved[0];
-        EXPECT_NE(host.unsaved[0].find("the disk is full"), std::string::npos);
+        EXPECT_TRUE(test::Holds(host.unsaved[0], "the disk is full"));
         test::Strings said;
         if (c.said) {
             std::string text = c.said;
@@ -425,7 +426,7 @@ TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatWasRead) {
             EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
         } else {
             EXPECT_EQ(test::ReadBytes(path), before);
-            EXPECT_NE(error.find(path + " " + c.says), std::string::npos) << error;
+            EXPECT_TRUE(test::Holds(error, path + " " + c.says));
         }
     }
 }
@@ -553,10 +554,9 @@ TEST(Safety, ALogHeldOpenForWritingIsNotReplaced) {
     ASSERT_EQ(::read(ready[0], &byte, 1), 1);
     std::string error;
     EXPECT_FALSE(ReplaceFile(path, "new log\r\n", &error));
-    EXPECT_NE(error.find(path + " is being written by another program; nothing was changed. Try "
-                                "again when polling has ended."),
-              std::string::npos)
-        << error;
+    EXPECT_TRUE(
+        test::Holds(error, path + " is being written by another program; nothing was changed. Try "
+                                  "again when polling has ended."));
     EXPECT_TRUE(OpenForWritingElsewhere(path));
     ::kill(writer, SIGKILL);
     ::waitpid(writer, nullptr, 0);
@@ -574,10 +574,8 @@ TEST(Safety, TheCourseLockIsOneHoldersAtATime) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(second.Take(course.Path(), 0.2));
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
-    EXPECT_NE(
-        CourseLockedMessage(course.Path()).find("(process " + std::to_string(::getpid()) + ")"),
-        std::string::npos)
-        << CourseLockedMessage(course.Path());
+    EXPECT_TRUE(test::Holds(CourseLockedMessage(course.Path()),
+                            "(process " + std::to_string(::getpid()) + ")"));
     first.Release();
     EXPECT_TRUE(second.Take(course.Path()));
     EXPECT_FALSE(first.Take("/nonexistent/course"));
@@ -766,11 +764,11 @@ TEST(Safety, ARemovalOnAFullDiskLeavesTheLogAndClaimsNoCopy) {
 
     auto result = test::RunCli({"--course", course, "remove", "2", "--yes", "--json"});
     EXPECT_EQ(result.status, 3) << result.out << result.err;
-    EXPECT_NE(result.err.find("the disk is full"), std::string::npos) << result.err;
-    EXPECT_NE(result.out.find("Unable to store changes to file "), std::string::npos) << result.out;
-    EXPECT_NE(result.out.find("Changes not saved!"), std::string::npos) << result.out;
-    EXPECT_NE(result.out.find("\"copy\": null"), std::string::npos) << result.out;
-    EXPECT_NE(result.out.find("\"removed\": false"), std::string::npos) << result.out;
+    EXPECT_TRUE(test::Holds(result.err, "the disk is full"));
+    EXPECT_TRUE(test::Holds(result.out, "Unable to store changes to file "));
+    EXPECT_TRUE(test::Holds(result.out, "Changes not saved!"));
+    EXPECT_TRUE(test::Holds(result.out, "\"copy\": null"));
+    EXPECT_TRUE(test::Holds(result.out, "\"removed\": false"));
     EXPECT_EQ(test::ReadBytes(logs[1]), before);
     EXPECT_FALSE(std::filesystem::exists(course + "/SessionData/x" + test::SeptemberLog(2)));
     for (const auto& entry : std::filesystem::directory_iterator(course + "/SessionData"))

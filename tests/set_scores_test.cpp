@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
 #include "logs/SessionLog.h"
@@ -246,7 +247,7 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
                                                   "session will increase, \r\nTallory",
                                                   0),
               0u);
-    EXPECT_NE(fixture.host.messages[1].text.find("from 3 to 4."), std::string::npos);
+    EXPECT_TRUE(test::Holds(fixture.host.messages[1].text, "from 3 to 4."));
     EXPECT_EQ(c.txtQuestionName.text, "Q1");
 }
 
@@ -295,11 +296,10 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
     EXPECT_GT(fixture.grid.screen.redraws, redraws);
 
     std::string bytes = fixture.LogBytes();
-    EXPECT_NE(bytes.find("\"FRICTION\" ,"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("Correct Answer, , ,3,"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("Response C,    ,   , 1 , 2 ,"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"), std::string::npos)
-        << bytes;
+    EXPECT_TRUE(test::Holds(bytes, "\"FRICTION\" ,"));
+    EXPECT_TRUE(test::Holds(bytes, "Correct Answer, , ,3,"));
+    EXPECT_TRUE(test::Holds(bytes, "Response C,    ,   , 1 , 2 ,"));
+    EXPECT_TRUE(test::Holds(bytes, "Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"));
     // S1 answered C and A: 2 + 0.5 + 1; the stray clicker B and A: 0.5 + 1.
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 3.5);
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[0], 3.5);
@@ -317,7 +317,7 @@ TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
     screen.cmdSetClick();
     EXPECT_FALSE(screen.WriteSucceeded());
     ASSERT_EQ(fixture.host.messages.size(), 1u);
-    EXPECT_NE(fixture.host.messages[0].text.find(kLog), std::string::npos);
+    EXPECT_TRUE(test::Holds(fixture.host.messages[0].text, kLog));
     EXPECT_EQ(fixture.LogBytes(), before);
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 0);  // B earns nothing in the old log
     EXPECT_TRUE(screen.Closed());

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "LocalHttpServer.h"
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
@@ -73,8 +74,7 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         EXPECT_TRUE(host.messages.empty());
     }
     // Every request asks caches on the way for a fresh copy.
-    for (const std::string& head : server.Heads())
-        EXPECT_NE(head.find("no-cache"), std::string::npos);
+    for (const std::string& head : server.Heads()) EXPECT_TRUE(test::Holds(head, "no-cache"));
 }
 
 // Without the network library every fetch fails as an unreachable server does, and the person is
@@ -85,8 +85,8 @@ TEST(OpenUrlText, WithoutTheLibraryFailsAndSaysSoOnce) {
     EXPECT_EQ(fetcher.OpenUrlText("http://127.0.0.1:1/a", host), "");
     EXPECT_EQ(fetcher.OpenUrlText("http://127.0.0.1:1/b", host), "");
     ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("libtallory-no-such-library.so.0 could not be loaded"),
-              std::string::npos);
+    EXPECT_TRUE(
+        test::Holds(host.messages[0].text, "libtallory-no-such-library.so.0 could not be loaded"));
     EXPECT_EQ(host.turns, 2);
 }
 
@@ -198,9 +198,8 @@ TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
         EXPECT_LT(took, kTestLimits.total + std::chrono::milliseconds(700));
         EXPECT_GE(host.turns, c.leastTurns);
         ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_NE(host.messages[0].text.find(c.message), std::string::npos)
-            << host.messages[0].text;
-        EXPECT_NE(host.messages[0].text.find("127.0.0.1"), std::string::npos);
+        EXPECT_TRUE(test::Holds(host.messages[0].text, c.message));
+        EXPECT_TRUE(test::Holds(host.messages[0].text, "127.0.0.1"));
         EXPECT_EQ(host.messages[0].icon, Icon::Exclamation);
     }
     // The next fetch starts afresh.
@@ -224,7 +223,7 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
     const long peak = MemoryKb("VmHWM:");
     EXPECT_EQ(fetcher.Stopped(), FetchStop::TooLarge);
     ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("is larger than 16 MB"), std::string::npos);
+    EXPECT_TRUE(test::Holds(host.messages[0].text, "is larger than 16 MB"));
     ASSERT_GT(before, 0);
     EXPECT_LT(peak - before, 100 * 1024) << "peak " << peak << " kB, before " << before << " kB";
     std::printf("endless reply: peak %ld kB, before %ld kB, grew %ld kB\n", peak, before,
@@ -640,7 +639,7 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
         if (c.status != 0) {
             EXPECT_TRUE(result.out.empty());
-            EXPECT_NE(result.err.find("--answer"), std::string::npos) << result.err;
+            EXPECT_TRUE(test::Holds(result.err, "--answer"));
             EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
             EXPECT_EQ(server.Targets().size(), requests);  // refused before any fetch
             continue;
@@ -709,7 +708,7 @@ TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
         web.Sync(VerifyAnswer::Accept, kTestLimits);
         EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
         ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_NE(web.host.messages[0].text.find("took longer than 1 second"), std::string::npos);
+        EXPECT_TRUE(test::Holds(web.host.messages[0].text, "took longer than 1 second"));
         EXPECT_EQ(web.doneNote, "(cancelled)");
         EXPECT_TRUE(web.host.written.empty());
         EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
@@ -753,7 +752,7 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         EXPECT_EQ(web.host.messages[0].text.rfind("WebSync cannot reach a registration source", 0),
                   0u)
             << web.host.messages[0].text;
-        EXPECT_NE(web.host.messages[0].text.find(kRegistrationBaseVariable), std::string::npos);
+        EXPECT_TRUE(test::Holds(web.host.messages[0].text, kRegistrationBaseVariable));
         EXPECT_TRUE(web.host.written.empty());
     }
 }
