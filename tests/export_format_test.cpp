@@ -37,13 +37,7 @@ TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
 }
 
 TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
-    EXPECT_EQ(FindExportFormat("ANGEL").text,
-              "Angel {Ver 6, 7.1, 7.2, 7.3} requires you to export your grade book from Angel {Ver "
-              "6, 7.1, 7.2, 7.3} and save it as  \"gradebook.csv\" within your Polvane "
-              "application folder. \r\n"
-              "Tallory will export polling grades formatted for Angel {Ver 6, 7.1, 7.2, 7.3}.\r\n"
-              "This file will be saved in the Polvane application folder as \"UploadFile.csv\" "
-              "and can then be easily uploaded into  Angel {Ver 6, 7.1, 7.2, 7.3}");
+    EXPECT_EQ(FindExportFormat("ANGEL").text, test::Said("the Angel export explained"));
 
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"WEB CT", "as \"UpLoadFile.csv\"", "uploaded into  Web Ct Campus Edition"},

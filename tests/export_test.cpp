@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RecordingHost.h"
 #include "export/Export.h"
@@ -14,10 +15,6 @@ namespace {
 
 using test::DataPath;
 using test::ReadBytes;
-
-const std::string kHelp =
-    "\r\nPlease see manual for more information or go to https://www.tallory.example/support "
-    "for help.";
 
 // A course opened with a CMS setting and, when given, its grade-book file. Its three sessions are
 // an untitled one, "Quiz 1" and another untitled one; the students and their scores per session
@@ -250,56 +247,14 @@ TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
 
 TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
     // The course's setting and the messages of the export, each as "[title] text".
-    const std::tuple<const char*, std::vector<std::string>> cases[] = {
-        {"WEB CT",
-         {"[Tallory] Exporting in WebCT format requires the grade book to be downloaded and placed "
-          "in the main directory with name class.txt",
-          "[Tallory] No students found in WebCT download file. Grades not exported"}},
-        {"WEB CT CE 4.1",
-         {"[File Not Found] Exporting in WebCT Campus Edition format requires the grade book to be "
-          " downloaded and placed in the main directory with name class.txt." +
-              kHelp,
-          "[Tallory] No students found in WebCT download file. Grades not exported"}},
-        {"BB80",
-         {"[Blackboard Roster not found] Exporting in Blackboard format requires the grade book to "
-          "be  downloaded and placed in the main directory with name gb_export.csv." +
-              kHelp,
-          "[Tallory] No students found in Black Board download file. Grades not exported"}},
-        {"ANGEL",
-         {"[Angel Roster not found] Exporting in Angel format requires the grade book to be  "
-          "downloaded and placed in the main directory with name gradebook.csv." +
-              kHelp,
-          "[Tallory] No students found in angel download file. Grades not exported"}},
-        {"D2L",
-         {"[Desire2Learn Roster not found] To integrate Polvane with your Desire2Learn system, you "
-          "must download your Desire2Learn Gradebook and place a copy in your course folder with "
-          "the filename \"gradesexport.csv\".\r\n\r\nYou may conduct sessions without this file in "
-          "place; your student's voting information will be saved,but may not display or export "
-          "in the proper format until after the \"gradesexport.csv\" file has been added to your "
-          "course folder.",
-          "[Tallory] No students found in Black Board download file. Grades not exported"}},
-        {"SAKAI",
-         {"[Sakai Roster not found] To integrate Polvane with your Sakai system, you must download "
-          "your Sakai Gradebook and place a copy in your course folder with the filename "
-          "\"sakaigradebook.csv\".\r\n\r\nYou may conduct sessions without this file in place; "
-          "your "
-          "student's voting information will be saved,but may not display or export in the proper "
-          "format until after the \"sakaigradebook.csv\" file has been added to your course "
-          "folder.",
-          "[Tallory] No students found in Sakai download file. Grades not exported"}},
-        {"MOODLE",
-         {"[MoodleRoster Not found] Please copy student Grade Book (Exported in Text File)from "
-          "Moodle in '\r\n{course}' folder and rename it to 'MoodleRoster.Txt' and then try "
-          "again"}},
-    };
-    for (const auto& [cms, said] : cases) {
+    for (const auto& [cms, said] : test::Texts("a missing grade book, by CMS").items()) {
         SCOPED_TRACE(cms);
         OpenCourse open(cms, DataPath("export/students.csv"));
         // The course start reported the same missing file in its own words.
         EXPECT_FALSE(open.host.messages.empty());
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
-        std::vector<std::string> messages = said;
+        std::vector<std::string> messages = said.get<std::vector<std::string>>();
         for (std::string& text : messages)
             if (size_t at = text.find("{course}"); at != std::string::npos)
                 text.replace(at, 8, open.course.AppPath);
@@ -367,11 +322,7 @@ TEST(Export, TheUploadToolStartsAfterAnExportAndIsNamedInTheMessages) {
     OpenCourse blackboard("BB", DataPath("export/students.csv"), {{"Campus Bridgeline.exe", ""}});
     ASSERT_EQ(blackboard.host.messages.size(), 1u);
     EXPECT_EQ(blackboard.host.messages[0].text,
-              "Uploading your Polvane scores into Blackboard requires that your course gradebook "
-              "has already been imported from Blackboard into your Polvane course folder. Please "
-              "run 'Campus Bridgeline' to import your Blackboard gradebook prior to exporting "
-              "scores from Tallory." +
-                  kHelp);
+              test::Said("a missing Blackboard grade book beside the upload tool"));
 }
 
 // ---- An upload that cannot be written: the one message, and nothing half-written left behind.

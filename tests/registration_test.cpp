@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/Paths.h"
 #include "common/RecordingHost.h"
@@ -184,16 +185,10 @@ TEST(WebCTRoster, MissingColumnsAreReportedAndTakeFixedOnes) {
 }
 
 TEST(WebCTRoster, NoStudentsAtAllIsReported) {
-    const std::string help =
-        "\r\nPlease see manual for more information or go to https://www.tallory.example/support "
-        "for help.";
     {
         Folder f;
         ReadWebCTRoster(f.course, f.host);
-        EXPECT_EQ(test::Messages(f.host),
-                  Ids{"[WebCT Roster not found] Exporting in WebCT format requires the grade book "
-                      "to be  downloaded and placed in the main directory with name class.txt." +
-                      help});
+        EXPECT_EQ(test::Messages(f.host), Ids{test::Said("a missing WebCT grade book")});
         EXPECT_EQ(f.host.messages[0].icon, Icon::Information);
     }
     {
@@ -201,11 +196,7 @@ TEST(WebCTRoster, NoStudentsAtAllIsReported) {
         f.Write("campus bridgeline.EXE", "");
         f.ReadClassText("");
         EXPECT_EQ(test::Messages(f.host),
-                  Ids{"[WebCT Roster not found] Uploading your Polvane scores into WebCT requires "
-                      "that your course gradebook has already been imported from WebCT into your "
-                      "Polvane course folder. Please run 'Campus Bridgeline' to import your "
-                      "gradebook prior to exporting scores from Tallory." +
-                      help});
+                  Ids{test::Said("a missing WebCT grade book beside the upload tool")});
     }
 }
 
@@ -242,25 +233,7 @@ TEST(RemoteIds, ConflictNamesBothStudentsAndTheFirstOneKeepsTheRemote) {
     const RecordingHost::Shown& shown = f.host.messages[0];
     EXPECT_EQ(shown.title, "Remote Assigned to more than one Student");
     EXPECT_EQ(shown.icon, Icon::Exclamation);
-    EXPECT_EQ(shown.text,
-              "Error: The following Polvane remote ID (clicker ID 123ABC) and all accompanying "
-              "votes/points have already been assigned to S1.\r\n"
-              "We cannot assign this same clicker ID to S2.\r\n\r\n"
-              "Often, this can occur when a student is accidentally registered to the wrong "
-              "clicker. \r\n"
-              "Another possible cause for this error could be 2 students sharing the same "
-              "Polvane. \r\n"
-              "Students can share Polvane remotes as long as they are taking different "
-              "classes/sections. \r\n"
-              "They cannot share an Polvane for the same class/section.\r\n\r\n"
-              "To resolve this problem,\r\n"
-              "1. Find these two students(s) on the main screen of Tallory.\r\n"
-              "2. Click on the underlined students' names to view all clickers registered to "
-              "each student.\r\n"
-              "3. Confirm the correct ID with the students and add or remove the incorrect "
-              "clicker.\r\n\r\n"
-              "If you have questions or are unsure about how to proceed, contact "
-              "support@tallory.example for additional assistance.");
+    EXPECT_EQ(shown.text, test::Said("a remote registered to two students"));
     EXPECT_EQ(f.host.progressTexts, (Ids{"Reading Remote Id(s) .... Patience requested",
                                          "Remote Id(s) file read sucessfully"}));
 }

@@ -220,15 +220,7 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
     ASSERT_EQ(fixture.course.SessMinReply, 4);
     screen.OptYesClick();
     EXPECT_EQ(test::Messages(fixture.host),
-              test::Strings{
-                  "[Deleting a Question] Because you are deleting this question and the number "
-                  "of overall questions in your session has changed, \r\nTallory will "
-                  "automatically adjust the session's participation points requirements (as "
-                  "determined in Settings/Preferences).\r\nThe number of required responses "
-                  "needed to earn participation points will now shift from 4 to 3.\r\n\r\nYou can "
-                  "override this change by manually entering the new requirement in the \"Minimum "
-                  "Number of Required Responses (to qualify for points)\" box on the \"Set "
-                  "Scores\" screen."});
+              test::Strings{test::Said("deleting a question shifts the requirement")});
     const SetScoresControls& c = screen.Controls();
     EXPECT_EQ(c.txtQuestionName.text, "Deleted :- 'Q1'");
     EXPECT_EQ(c.lblQuestionDelete.text, "Question Deleted");
