@@ -94,9 +94,7 @@ TEST(Safety, OwnerGroupAndModeAreKept) {
     const std::string path = course.File("SessionData/RemoteID.csv");
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
     const bool root = ::geteuid() == 0;
-    if (root) {
-        ASSERT_EQ(::chown(path.c_str(), 4321, 8765), 0);
-    }
+    if (root) ASSERT_EQ(::chown(path.c_str(), 4321, 8765), 0);
     const struct stat before = StatOf(path);
     ASSERT_TRUE(ReplaceFile(path, "#2B,\"S2\"\r\n"));
     const struct stat after = StatOf(path);
@@ -381,79 +379,48 @@ TEST(Safety, AclAndExtendedAttributesAreKept) {
         ssize_t length = ::getxattr(path.c_str(), name, value, sizeof value);
         return length < 0 ? std::string("(none)") : std::string(value, static_cast<size_t>(length));
     };
-    if (aclSet) {
-        EXPECT_EQ(attribute("system.posix_acl_access"), acl);
-    }
-    if (userSet) {
-        EXPECT_EQ(attribute("user.tallory.note"), "kept");
-    }
+    if (aclSet) EXPECT_EQ(attribute("system.posix_acl_access"), acl);
+    if (userSet) EXPECT_EQ(attribute("user.tallory.note"), "kept");
 }
 
-// ---- A log read is replaced only as it was read
-// ----------------------------------------------------
+// ---- A log read is replaced only as it was read ------------------------------------------------
 
-TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatWasRead) {
+TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatTheLatestReadSaw) {
+    const auto appendVote = [](const std::string& path) {
+        std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n";
+    };
+    const auto writeOurs = [](const std::string& path) {
+        ASSERT_TRUE(ReplaceFile(path, "ours\r\n"));
+    };
     struct Case {
         const char* name;
-        std::function<void(const std::string&)> meanwhile;  // what another program does
+        std::function<void(const std::string&)> meanwhile;  // by this process or another
+        bool readAgain;  // a read of the log after that: what it saw is what counts
         bool replaced;
         const char* says;
     } cases[] = {
-        {"nothing", [](const std::string&) {}, true, ""},
-        {"a vote appended",
-         [](const std::string& path) { std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n"; },
-         false, "was changed by another program after Tallory read it; nothing was changed."},
+        {"nothing", [](const std::string&) {}, false, true, ""},
+        {"a vote appended", appendVote, false, false,
+         "was changed by another program after Tallory read it; nothing was changed."},
         {"rewritten with as many bytes",
          [](const std::string& path) {
              std::string text = test::ReadBytes(path);
              text[text.size() - 3] = 'Z';
              std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
          },
-         false, "was changed by another program"},
-        {"removed", [](const std::string& path) { ::unlink(path.c_str()); }, true, ""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        TempCourse course;
-        course.Write("SessionData/L0909111030.csv", "old log\r\n");
-        const std::string path = course.File("SessionData/L0909111030.csv");
-        RememberRead(path, test::ReadBytes(path));
-        c.meanwhile(path);
-        const std::string before = FileExists(path) ? test::ReadBytes(path) : "";
-        std::string error;
-        EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
-        if (c.replaced) {
-            EXPECT_EQ(test::ReadBytes(path), "new log\r\n");
-        } else {
-            EXPECT_EQ(test::ReadBytes(path), before);
-            EXPECT_TRUE(test::Holds(error, path + " " + c.says));
-        }
-    }
-}
-
-// A log read again is guarded by what the latest read saw: a read of a log that is still as this
-// process last read or wrote it may keep what it knew, but one changed meanwhile must be known
-// anew, and a change that left size and time alike is still caught before the replacement.
-TEST(Safety, ALogReadAgainIsGuardedByTheLatestRead) {
-    const std::string log = "old log\r\n";
-    struct Case {
-        const char* name;
-        std::function<void(const std::string&)> betweenReads;  // this process and another
-        bool replaced;
-    } cases[] = {
-        {"nothing", [](const std::string&) {}, true},
-        {"written by this process",
-         [](const std::string& path) { ASSERT_TRUE(ReplaceFile(path, "ours\r\n")); }, true},
-        {"a vote appended",
-         [](const std::string& path) { std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n"; },
-         true},
-        {"written by this process, then a vote appended",
-         [](const std::string& path) {
-             ASSERT_TRUE(ReplaceFile(path, "ours\r\n"));
-             std::ofstream(path, std::ios::app) << "#9C00001, ,\r\n";
+         false, false, "was changed by another program"},
+        {"removed", [](const std::string& path) { ::unlink(path.c_str()); }, false, true, ""},
+        {"nothing, then read again", [](const std::string&) {}, true, true, ""},
+        {"written by this process, then read again", writeOurs, true, true, ""},
+        {"a vote appended, then read again", appendVote, true, true, ""},
+        {"written by this process and a vote appended, then read again",
+         [&](const std::string& path) {
+             writeOurs(path);
+             appendVote(path);
          },
-         true},
-        {"rewritten with as many bytes and the old time put back",
+         true, true, ""},
+        // A change that left size and time alike is still caught before the replacement.
+        {"rewritten with as many bytes and the old time put back, then read again",
          [](const std::string& path) {
              struct stat before {};
              ASSERT_EQ(::stat(path.c_str(), &before), 0);
@@ -461,21 +428,22 @@ TEST(Safety, ALogReadAgainIsGuardedByTheLatestRead) {
              const struct timespec times[2] = {before.st_atim, before.st_mtim};
              ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
          },
-         false},
+         true, false, "was changed by another program"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TempCourse course;
-        course.Write("SessionData/L0909111030.csv", log);
+        course.Write("SessionData/L0909111030.csv", "old log\r\n");
         const std::string path = course.File("SessionData/L0909111030.csv");
         Course read;
         ReadSessionLog(read, path);
-        c.betweenReads(path);
-        ReadSessionLog(read, path);
-        const std::string before = test::ReadBytes(path);
+        c.meanwhile(path);
+        if (c.readAgain) ReadSessionLog(read, path);
+        const std::string before = FileExists(path) ? test::ReadBytes(path) : "";
         std::string error;
         EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
         EXPECT_EQ(test::ReadBytes(path), c.replaced ? "new log\r\n" : before);
+        if (!c.replaced) EXPECT_TRUE(test::Holds(error, path + " " + c.says));
     }
 }
 
