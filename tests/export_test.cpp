@@ -343,17 +343,7 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
         std::filesystem::create_directory(open.File(upload));
         open.host.messages.clear();
         ExportAll(open.course, open.host, open.format.tag);
-        const std::string name = upload;
-        std::string text = "The " + name +
-                           " is already open (with write access by another program). Please "
-                           "close this file before attempting to export scores from Tallory.\r\n"
-                           "While " +
-                           name +
-                           " is open, any changes you make in Tallory will not be saved and will "
-                           "be overwritten.  Please close " +
-                           name +
-                           " before continuing with your work and exporting session data from "
-                           "Tallory";
+        std::string text = test::Said("an upload held open by another program", {"{file}", upload});
         // The General export's own text has a single blank after "overwritten.".
         if (std::string_view(cms) == "General") text.erase(text.find(".  Please close") + 1, 1);
         EXPECT_EQ(test::Messages(open.host), test::Strings{"[Error] " + text});

@@ -572,11 +572,7 @@ TEST(WebSync, ScreenStates) {
 
         screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
         ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        EXPECT_EQ(
-            screen.wNote().text,
-            "The remote #BB0002 has been registered on the web to the names in the yellow box and "
-            "matches the students in the right box who are in your roster.  Choose a name from the "
-            "roster and press Accept to load web registration information into your roster.");
+        EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
         EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
         EXPECT_EQ(screen.wList().rows, (std::vector<std::string>{"Bennett Oliver (1002) #AA0002"}));
         EXPECT_FALSE(screen.wSync().visible);
