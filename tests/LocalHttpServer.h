@@ -25,6 +25,23 @@ inline void SendAll(int connection, const std::string& text) {
     }
 }
 
+inline sockaddr_in LoopbackAddress(int port = 0) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    return address;
+}
+
+// Binds the socket to a loopback port the system picks, and returns the port.
+inline int BindToFreePort(int socket) {
+    sockaddr_in address = LoopbackAddress();
+    bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    socklen_t length = sizeof address;
+    getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
+    return ntohs(address.sin_port);
+}
+
 // Holds the connection open, silent, until the client gives up or the server stops: a raw handler
 // of a server that takes the request and never answers.
 inline void Silence(int connection, const std::atomic<bool>& stopping) {
@@ -60,14 +77,7 @@ class LocalHttpServer {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
         int yes = 1;
         setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = 0;
-        bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        socklen_t length = sizeof address;
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
-        port_ = ntohs(address.sin_port);
+        port_ = BindToFreePort(listener_);
         listen(listener_, 8);
         thread_ = std::thread([this] { Serve(); });
     }
@@ -98,15 +108,10 @@ class LocalHttpServer {
 
     // A loopback port that nobody listens on: taken from the system and given back at once.
     static int UnusedPort() {
-        int probe = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(probe, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        socklen_t length = sizeof address;
-        getsockname(probe, reinterpret_cast<sockaddr*>(&address), &length);
+        const int probe = socket(AF_INET, SOCK_STREAM, 0);
+        const int port = BindToFreePort(probe);
         close(probe);
-        return ntohs(address.sin_port);
+        return port;
     }
 
   private:

@@ -125,17 +125,12 @@ class FullQueue {
   public:
     FullQueue() {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        socklen_t length = sizeof address;
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
-        port_ = ntohs(address.sin_port);
+        port_ = test::BindToFreePort(listener_);
         listen(listener_, 0);
+        const sockaddr_in address = test::LoopbackAddress(port_);
         for (int& filler : fillers_) {
             filler = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            connect(filler, reinterpret_cast<sockaddr*>(&address), sizeof address);
+            connect(filler, reinterpret_cast<const sockaddr*>(&address), sizeof address);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
@@ -226,8 +221,6 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
     EXPECT_TRUE(test::Holds(host.messages[0].text, "is larger than 16 MB"));
     ASSERT_GT(before, 0);
     EXPECT_LT(peak - before, 100 * 1024) << "peak " << peak << " kB, before " << before << " kB";
-    std::printf("endless reply: peak %ld kB, before %ld kB, grew %ld kB\n", peak, before,
-                peak - before);
 }
 
 // Cancel from the progress window, heard while the server is silent: no message, nothing kept.
@@ -441,6 +434,12 @@ struct WebCourse : test::LoadedCourse {
     static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
 };
 
+// The note that ends a run.
+std::string DoneNote(int records, const char* outcome = "No conflicts identified.") {
+    return "The WebSync process has completed.  " + std::to_string(records) +
+           " records have been updated.\r\n" + outcome;
+}
+
 const std::string kChenNote =
     "\"Wei , Chen ,1003\r\nLin , Chen ,1004\r\nWei , Chen ,  , 00BB0003\r\n"
     "-----------------------\r\n\"\r\n";
@@ -475,9 +474,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
                   (std::vector<std::string>{"Alvarez Maria (1001) auto",
                                             "Bennett Oliver (1002) asked", "Chen Wei () asked"}));
         EXPECT_EQ(web.recordsUpdated, 3);
-        EXPECT_EQ(web.doneNote,
-                  "The WebSync process has completed.  3 records have been updated.\r\n"
-                  "ClickerCheck.txt updated.");
+        EXPECT_EQ(web.doneNote, DoneNote(3, "ClickerCheck.txt updated."));
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
         EXPECT_EQ(web.Remotes(),
                   "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n"
@@ -531,12 +528,11 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
     });
+    const std::string unable = "Error: unable to download registrations. Check ";
     const std::tuple<std::string, std::string, std::string> cases[] = {
-        {"demo", unused, "Error: unable to download registrations. Check internet connection."},
-        {"short", server.Base(),
-         "Error: unable to download registrations. Check internet connection."},
-        {"nosuchschool", server.Base(),
-         "Error: unable to download registrations. Check school code."},
+        {"demo", unused, unable + "internet connection."},
+        {"short", server.Base(), unable + "internet connection."},
+        {"nosuchschool", server.Base(), unable + "school code."},
         {"local", server.Base(), "Error unable to open local data file WebReg.dat."},
     };
     for (const auto& [webcode, base, message] : cases) {
@@ -547,9 +543,7 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         EXPECT_EQ(web.host.messages[0].text, message);
         EXPECT_EQ(web.host.messages[0].icon, Icon::None);
         EXPECT_EQ(web.recordsUpdated, 0);
-        EXPECT_EQ(web.doneNote,
-                  "The WebSync process has completed.  0 records have been updated.\r\n"
-                  "No conflicts identified.");
+        EXPECT_EQ(web.doneNote, DoneNote(0));
         EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
         EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
     }
@@ -659,9 +653,7 @@ TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
     web.Load();
     web.Sync(VerifyAnswer::Accept);
     EXPECT_TRUE(web.verified.empty());
-    EXPECT_EQ(web.doneNote,
-              "The WebSync process has completed.  0 records have been updated.\r\nNo conflicts "
-              "identified.");
+    EXPECT_EQ(web.doneNote, DoneNote(0));
 }
 
 TEST(WebSync, TheSiblingToolIsOfferedFirst) {
