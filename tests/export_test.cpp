@@ -16,14 +16,18 @@ namespace {
 using test::DataPath;
 using test::ReadBytes;
 
+// The students and their scores of most tests ("id,s1,s2,s3").
+const std::string kStudents = DataPath("export/students.csv");
+
 // A course opened with a CMS setting and, when given, its grade-book file. Its three sessions are
 // an untitled one, "Quiz 1" and another untitled one; the students and their scores per session
 // come from a students.csv ("id,s1,s2,s3").
 struct OpenCourse : test::LoadedCourse {
     ExportFormat format;
 
-    OpenCourse(const std::string& cms, const std::string& studentsFile,
-               const std::vector<std::pair<std::string, std::string>>& files = {}) {
+    OpenCourse(const std::string& cms,
+               const std::vector<std::pair<std::string, std::string>>& files = {},
+               const std::string& studentsFile = kStudents) {
         course.AppPath = Path();
         for (const auto& [name, content] : files) Write(name, content);
         format = SetExportFormat(course, host, cms);
@@ -73,9 +77,10 @@ std::string ExportData(const std::string& relative) {
     return ReadBytes(DataPath("export/" + relative));
 }
 
+// A target's own students.csv when it has one.
 std::string StudentsOf(const std::string& target) {
     const std::string own = DataPath("export/" + target + "/students.csv");
-    return std::filesystem::exists(own) ? own : DataPath("export/students.csv");
+    return std::filesystem::exists(own) ? own : kStudents;
 }
 
 // ---- Golden uploads: every target, each grade book in both line-end styles where the reader
@@ -122,8 +127,8 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             SCOPED_TRACE(testing::Message() << c.target << " " << c.cms << " " << c.gradeBook
                                             << (all ? " all" : " selected"));
             const std::string target = c.target;
-            OpenCourse open(c.cms, StudentsOf(target),
-                            {{c.courseFile, ExportData(target + "/" + c.gradeBook)}});
+            OpenCourse open(c.cms, {{c.courseFile, ExportData(target + "/" + c.gradeBook)}},
+                            StudentsOf(target));
             EXPECT_EQ(open.Texts(), std::vector<std::string>{}) << "at course start";
             open.host.messages.clear();
             open.Select({1, 3});
@@ -150,8 +155,7 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
 
 TEST(Export, CampusEditionSixIsReachedOnlyByExportSelected) {
     for (bool all : {true, false}) {
-        OpenCourse open("WEB CT CE 6.1", DataPath("export/students.csv"),
-                        {{"class.txt", ExportData("campus/class.crlf.txt")}});
+        OpenCourse open("WEB CT CE 6.1", {{"class.txt", ExportData("campus/class.crlf.txt")}});
         open.Select({1, 3});
         if (all) {
             ExportAll(open.course, open.host, "WebCT CE 6.1");
@@ -168,8 +172,7 @@ TEST(Export, CampusEditionSixIsReachedOnlyByExportSelected) {
 // ---- What the two commands do before any target runs
 
 TEST(Export, ExportSelectedWithoutATickedSessionWritesNothing) {
-    OpenCourse open("BB", DataPath("export/students.csv"),
-                    {{"gb_export.csv", ExportData("blackboard/gb_export.crlf.csv")}});
+    OpenCourse open("BB", {{"gb_export.csv", ExportData("blackboard/gb_export.crlf.csv")}});
     ExportSelected(open.course, open.host, open.format.tag);
     EXPECT_EQ(open.Texts(), std::vector<std::string>{
                                 "Please first select a session to export using checkbox in top "
@@ -190,8 +193,7 @@ TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
     };
     for (const auto& [all, answer, title, text] : cases) {
         SCOPED_TRACE(testing::Message() << all << (answer == Answer::Yes));
-        OpenCourse open("General", DataPath("export/students.csv"),
-                        {{"Roster.txt", ExportData("general/Roster.txt")}});
+        OpenCourse open("General", {{"Roster.txt", ExportData("general/Roster.txt")}});
         open.Select({1, 3});
         open.host.answers.push_back(answer);
         open.host.option = OptionChoice{all ? 0 : 2, false};
@@ -215,7 +217,7 @@ TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
 }
 
 TEST(Export, GeneralExportOffersItsOptionsAndCancelLeavesTheOldFile) {
-    OpenCourse open("General", DataPath("export/students.csv"));
+    OpenCourse open("General");
     open.Write("UploadFile.csv", "old");
     open.host.option = OptionChoice{0, true};
     ExportAll(open.course, open.host, "GENERAL");
@@ -245,7 +247,7 @@ TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
     // The course's setting and the messages of the export, each as "[title] text".
     for (const auto& [cms, said] : test::Texts("a missing grade book, by CMS").items()) {
         SCOPED_TRACE(cms);
-        OpenCourse open(cms, DataPath("export/students.csv"));
+        OpenCourse open(cms);
         // The course start reported the same missing file in its own words.
         EXPECT_FALSE(open.host.messages.empty());
         open.host.messages.clear();
@@ -289,7 +291,7 @@ TEST(Export, GradeBooksThatGiveNoStudents) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
-        OpenCourse open(c.cms, DataPath("export/students.csv"), {{c.file, c.content}});
+        OpenCourse open(c.cms, {{c.file, c.content}});
         open.host.messages.clear();
         open.Select({1});
         ExportSelected(open.course, open.host, c.tag ? c.tag : open.format.tag.c_str());
@@ -303,19 +305,18 @@ TEST(Export, GradeBooksThatGiveNoStudents) {
 // ---- The sibling upload tool
 
 TEST(Export, TheUploadToolStartsAfterAnExportAndIsNamedInTheMessages) {
-    OpenCourse open("SAKAI", DataPath("export/students.csv"),
-                    {{"campus bridgeline.EXE", ""},
-                     {"sakaigradebook.csv", ExportData("sakai/sakaigradebook.crlf.csv")}});
+    OpenCourse open("SAKAI", {{"campus bridgeline.EXE", ""},
+                              {"sakaigradebook.csv", ExportData("sakai/sakaigradebook.crlf.csv")}});
     ExportAll(open.course, open.host, open.format.tag);
     EXPECT_EQ(open.Read("UploadFile.csv"), ExportData("sakai/all.expected"));
     EXPECT_EQ(open.host.started,
               std::vector<std::string>{open.course.AppPath + "/Campus Bridgeline.exe upload"});
 
     // The General export never starts it; a missing grade book says to run it.
-    OpenCourse general("General", DataPath("export/students.csv"), {{"Campus Bridgeline.exe", ""}});
+    OpenCourse general("General", {{"Campus Bridgeline.exe", ""}});
     ExportAll(general.course, general.host, "GENERAL");
     EXPECT_TRUE(general.host.started.empty());
-    OpenCourse blackboard("BB", DataPath("export/students.csv"), {{"Campus Bridgeline.exe", ""}});
+    OpenCourse blackboard("BB", {{"Campus Bridgeline.exe", ""}});
     ASSERT_EQ(blackboard.host.messages.size(), 1u);
     EXPECT_EQ(blackboard.host.messages[0].text,
               test::Said("a missing Blackboard grade book beside the upload tool"));
@@ -332,7 +333,7 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
     };
     for (const auto& [cms, file, gradeBook, upload] : cases) {
         SCOPED_TRACE(cms);
-        OpenCourse open(cms, DataPath("export/students.csv"), {{file, ExportData(gradeBook)}});
+        OpenCourse open(cms, {{file, ExportData(gradeBook)}});
         if (std::string_view(cms) == "MOODLE")
             open.course.Students[1].StudentId = "ann@uni.example";
         // A folder of the upload's name cannot be replaced by a file.
@@ -355,7 +356,7 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
 // ---- The export works on the grade book as it is now, and leaves its marks on the course.
 
 TEST(Export, TheGradeBookIsReadAgainAndTheTotalColumnKeepsItsTitle) {
-    OpenCourse open("BB80", DataPath("export/students.csv"),
+    OpenCourse open("BB80",
                     {{"gb_export.csv", ExportData("blackboard-columns/gb_export.crlf.csv")}});
     open.Write("gb_export.csv",
                "Last Name,First Name,Username\r\nNguyen,Cam,cnew\r\nDoe,Ann,ADOE\r\n");
@@ -365,6 +366,114 @@ TEST(Export, TheGradeBookIsReadAgainAndTheTotalColumnKeepsItsTitle) {
               ExportData("blackboard-columns/selected.read-again.expected"));
     EXPECT_EQ(open.course.SessionTitle[0], "Total");
     EXPECT_EQ(GetRosterEntry(open.course, "zlate").StudentId, "");
+}
+
+// ---- The CMS setting: the format it names, and its grade book read at the course start.
+
+TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
+        // The key is trimmed and upper-cased; "BLACKBOARD" is an alias of "BB" with its own
+        // caption; an unknown or empty key is General.
+        {" d2l ", "Desire2Learn", "D2L", "gradesexport.csv", "UploadFile.csv"},
+        {"blackboard", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", "UploadFile.csv"},
+        {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+        {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+    };
+    for (const auto& [cms, caption, tag, roster, upload] : cases) {
+        ExportFormat format = FindExportFormat(cms);
+        EXPECT_EQ(format.caption, caption) << cms;
+        EXPECT_EQ(format.tag, tag) << cms;
+        EXPECT_EQ(format.rosterFile, roster) << cms;
+        EXPECT_EQ(format.uploadFile, upload) << cms;
+    }
+}
+
+TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
+    EXPECT_EQ(FindExportFormat("ANGEL").text, test::Said("the Angel export explained"));
+
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"WEB CT", "as \"UpLoadFile.csv\"", "uploaded into  Web Ct Campus Edition"},
+        {"BB80", "into  Blackboard {Ver 8}\r\n\r\nImportant: Please make sure",
+         "export data, or HTML reports. "},
+        {"MOODLE",
+         "folder.  You have three download options when you export your student roster "
+         "fromMoodle {Ver 1.6, 1.8, 1.9}:\"Download in ODS format\"",
+         "saved in the Polvane application folder as \"MoodleUpload.xls\" and can then be easily "
+         "uploaded into  Moodle {Ver 1.6, 1.8, 1.9}"},
+        {"canvas", "(Grades > Export > Export Entire Gradebook)",
+         "choose Import and upload that file."},
+        {"elsewhere", "If you are using a course management system to report / record grades, ",
+         "consistent with your course management system."},
+    };
+    for (const auto& [cms, contains, endsWith] : cases) {
+        std::string text = FindExportFormat(cms).text;
+        EXPECT_TRUE(test::Holds(text, contains)) << cms << "\n" << text;
+        EXPECT_TRUE(text.ends_with(endsWith)) << cms << "\n" << text;
+    }
+    EXPECT_EQ(FindExportFormat("GENERAL").text, "");
+}
+
+// Each format's grade book, as the course start reads it: the roster gives the grid its names.
+TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
+    struct Case {
+        // The grade book in the course folder and its source under tests/data/export; a student
+        // of it as the grid would ask for it, its names, and NumRosterIDs afterwards.
+        const char *cms, *file, *source, *id, *last, *first;
+        int rosterIds;
+    } cases[] = {
+        {"General", "Roster.txt", "general/Roster.txt", "BSMITH", "Smith", "Bob", 2},
+        {"WEB CT", "class.txt", "webct/class.crlf.txt", "bsmith", "Smith", "Bob", 4},
+        {"web ct v", "class.txt", "webct/class.lf.txt", "adoe", "Doe, Jr.", "Ann", 4},
+        {"WEB CT CE 4.1", "class.txt", "campus/class.lf.txt", "cnew", "Nguyen", "Cam", 4},
+        {"WEB CT CE 6.1", "class.txt", "campus/class.crlf.txt", "zlate", "Late", "Zoe", 4},
+        {"BB", "gb_export.csv", "blackboard/gb_export.crlf.csv", "BSMITH", "Smith", "Bob", 5},
+        {"blackboard", "gb_export.csv", "blackboard/gb_export.lf.csv", "adoe", "Doe", "Ann", 5},
+        {"BB80", "gb_export.csv", "blackboard-columns/gb_export.lf.csv", "cnew", "Nguyen", "Cam",
+         5},
+        {"D2L", "gradesexport.csv", "d2l/gradesexport.crlf.csv", "zlate", "Late", "Zoe", 5},
+        {"Moodle", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "BOB@uni.example", "Smith",
+         "Bob", 4},
+        {"SAKAI", "sakaigradebook.csv", "sakai/sakaigradebook.lf.csv", "adoe", "Doe", "Ann", 5},
+        // Canvas: whatever the grade book is called.
+        {"Canvas", "2026-09-20T1030_Grades-BIO_110.csv",
+         "canvas/2026-09-20T1030_Grades-BIO_110.csv", "wchen", "Chen", "Wei", 5},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.cms);
+        OpenCourse book(c.cms, {{c.file, ExportData(c.source)}});
+        EXPECT_TRUE(book.host.messages.empty());
+        RosterRec entry = GetRosterEntry(book.course, c.id);
+        EXPECT_EQ(entry.LastName, c.last);
+        EXPECT_EQ(entry.FirstName, c.first);
+        EXPECT_EQ(book.course.NumRosterIDs, c.rosterIds);
+    }
+}
+
+TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
+    OpenCourse book("ANGEL", {{"gradebook.csv", ExportData("angel/gradebook.lf.csv")}});
+    const Course& course = book.course;
+    EXPECT_TRUE(book.host.messages.empty());
+    // The students stand in rows 1..3, their quotes taken away by the course start, behind a
+    // roster count of one empty row.
+    EXPECT_EQ(course.NumRoster, 1);
+    EXPECT_EQ(course.Roster[0].StudentId, "");
+    EXPECT_EQ(course.Roster[2].StudentId, "BSmith");
+    EXPECT_EQ(course.Roster[2].LastName, "Smith");
+    EXPECT_EQ(course.RosterIDs[1], "");
+    EXPECT_EQ(GetRosterEntry(course, "BSmith").LastName, "");
+}
+
+TEST(ExportFormat, QuotesAreStrippedFromEveryRosterRowAndTheIdsStillFound) {
+    Course course;
+    AddRosterEntry(course, "\"S1\"", "\"Jane\"", "O\"Neil");
+    AddRosterEntry(course, "S2", "Rick", "Roe");
+    StripRosterQuotes(course);
+    ASSERT_EQ(FindRosterRow(course, "S1"), 0);
+    EXPECT_EQ(course.Roster[0].StudentId, "S1");
+    EXPECT_EQ(course.Roster[0].FirstName, "Jane");
+    EXPECT_EQ(course.Roster[0].LastName, "ONeil");
+    EXPECT_EQ(FindRosterRow(course, "\"S1\""), -1);
+    EXPECT_EQ(FindRosterRow(course, "s2"), 1);
 }
 
 }  // namespace
