@@ -413,42 +413,6 @@ TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
     EXPECT_EQ(FindExportFormat("GENERAL").text, "");
 }
 
-// Each format's grade book, as the course start reads it: the roster gives the grid its names.
-TEST(ExportFormat, OpeningACourseReadsTheGradeBookOfItsFormat) {
-    struct Case {
-        // The grade book in the course folder and its source under tests/data/export; a student
-        // of it as the grid would ask for it, its names, and NumRosterIDs afterwards.
-        const char *cms, *file, *source, *id, *last, *first;
-        int rosterIds;
-    } cases[] = {
-        {"General", "Roster.txt", "general/Roster.txt", "BSMITH", "Smith", "Bob", 2},
-        {"WEB CT", "class.txt", "webct/class.crlf.txt", "bsmith", "Smith", "Bob", 4},
-        {"web ct v", "class.txt", "webct/class.lf.txt", "adoe", "Doe, Jr.", "Ann", 4},
-        {"WEB CT CE 4.1", "class.txt", "campus/class.lf.txt", "cnew", "Nguyen", "Cam", 4},
-        {"WEB CT CE 6.1", "class.txt", "campus/class.crlf.txt", "zlate", "Late", "Zoe", 4},
-        {"BB", "gb_export.csv", "blackboard/gb_export.crlf.csv", "BSMITH", "Smith", "Bob", 5},
-        {"blackboard", "gb_export.csv", "blackboard/gb_export.lf.csv", "adoe", "Doe", "Ann", 5},
-        {"BB80", "gb_export.csv", "blackboard-columns/gb_export.lf.csv", "cnew", "Nguyen", "Cam",
-         5},
-        {"D2L", "gradesexport.csv", "d2l/gradesexport.crlf.csv", "zlate", "Late", "Zoe", 5},
-        {"Moodle", "MoodleRoster.txt", "moodle/MoodleRoster.lf.txt", "BOB@uni.example", "Smith",
-         "Bob", 4},
-        {"SAKAI", "sakaigradebook.csv", "sakai/sakaigradebook.lf.csv", "adoe", "Doe", "Ann", 5},
-        // Canvas: whatever the grade book is called.
-        {"Canvas", "2026-09-20T1030_Grades-BIO_110.csv",
-         "canvas/2026-09-20T1030_Grades-BIO_110.csv", "wchen", "Chen", "Wei", 5},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cms);
-        OpenCourse book(c.cms, {{c.file, ExportData(c.source)}});
-        EXPECT_TRUE(book.host.messages.empty());
-        RosterRec entry = GetRosterEntry(book.course, c.id);
-        EXPECT_EQ(entry.LastName, c.last);
-        EXPECT_EQ(entry.FirstName, c.first);
-        EXPECT_EQ(book.course.NumRosterIDs, c.rosterIds);
-    }
-}
-
 TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
     OpenCourse book("ANGEL", {{"gradebook.csv", ExportData("angel/gradebook.lf.csv")}});
     const Course& course = book.course;

@@ -198,9 +198,7 @@ TEST(Safety, ANonPlainFileReadsAsAFileThatCannotBeOpened) {
 
 TEST(Safety, ACourseWithPipesForEveryFileStillOpens) {
     TempCourse folder;
-    test::LogPlan plan;
-    plan.voters = {{"#A1", "", {"A"}}};
-    folder.Write("SessionData/L0909121030.csv", test::LogText(plan));
+    folder.WriteLog("L0909121030.csv", {.voters = {{"#A1", "", {"A"}}}});
     for (const char* file : {"SessionData/Config.csv", "SessionData/RemoteID.csv", "Roster.txt",
                              "SessionData/L0909111030.csv"})
         PutInPlace(folder, file, Kind::Fifo);
@@ -621,11 +619,7 @@ TEST(Safety, StaleTemporariesGoWhenTheCourseIsLoaded) {
         SCOPED_TRACE(readOnly ? "read-only load" : "desktop load");
         TempCourse folder;
         for (const Case& c : cases) {
-            if (c.folder) {
-                folder.Write(std::string(c.name) + "/inside", "x");
-            } else {
-                folder.Write(c.name, "half a file");
-            }
+            folder.Write(std::string(c.name) + (c.folder ? "/inside" : ""), "half a file");
             // The file a temporary of ours is named after stands beside it.
             std::string base(c.name);
             base.erase(base.rfind(".tmp"));
