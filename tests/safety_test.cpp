@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
@@ -660,80 +659,30 @@ TEST(Safety, GradeBooksOfNothingButMarksReadAsMissing) {
 
 // ---- A full disk -------------------------------------------------------------------------------
 
-// A small memory file system mounted for one test, unmounted and removed however the test ends.
-class SmallMount {
-  public:
-    explicit SmallMount(const char* size) {
-        char name[] = "/tmp/tallory-full-XXXXXX";
-        if (!::mkdtemp(name)) return;
-        path_ = name;
-        const std::string options = std::string("size=") + size;
-        mounted_ = ::mount("tmpfs", name, "tmpfs", 0, options.c_str()) == 0;
-    }
-    ~SmallMount() {
-        if (mounted_) ::umount2(path_.c_str(), MNT_DETACH);
-        if (!path_.empty()) ::rmdir(path_.c_str());
-    }
-    SmallMount(const SmallMount&) = delete;
-    SmallMount& operator=(const SmallMount&) = delete;
-
-    bool Mounted() const { return mounted_; }
-    const std::string& Path() const { return path_; }
-
-    // Writes until the file system refuses another byte.
-    void Fill() const {
-        std::FILE* file = std::fopen((path_ + "/filler").c_str(), "wb");
-        ASSERT_NE(file, nullptr);
-        const std::string block(4096, 'x');
-        while (std::fwrite(block.data(), 1, block.size(), file) == block.size()) {
-        }
-        std::fclose(file);
-        // What the buffer held back may still have fitted: the last bytes go one at a time.
-        file = std::fopen((path_ + "/filler-tail").c_str(), "wb");
-        if (!file) return;
-        ::setvbuf(file, nullptr, _IONBF, 0);
-        while (std::fputc('x', file) != EOF) {
-        }
-        std::fclose(file);
-    }
-
-  private:
-    std::string path_;
-    bool mounted_ = false;
-};
-
 // A removal on a full disk cannot write the "x" copy: the writer's message stands, the log keeps
-// every vote and nothing claims a copy. Needs root to mount the small file system.
+// every vote and nothing claims a copy.
 TEST(Safety, ARemovalOnAFullDiskLeavesTheLogAndClaimsNoCopy) {
-    if (::geteuid() != 0) GTEST_SKIP() << "mounting a small file system needs root";
-    SmallMount disk("1m");
-    if (!disk.Mounted()) GTEST_SKIP() << "a memory file system cannot be mounted here";
-    TempCourse dataHome;
-    ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
-    const std::string course = disk.Path() + "/Physics";
-    std::filesystem::create_directories(course + "/SessionData");
-    std::vector<std::string> logs;
+    TempCourse dataHome, course;
     for (int day = 1; day <= 3; ++day) {
-        logs.push_back(course + "/SessionData/" + test::SeptemberLog(day));
-        std::ofstream(logs.back(), std::ios::binary)
-            << test::LogText({.title = "Day " + std::to_string(day),
-                              .voters = {{"#A" + std::to_string(day), "", {"A"}},
-                                         {"#B" + std::to_string(day), "", {"B"}}}});
+        const std::string n = std::to_string(day);
+        course.WriteLog(
+            test::SeptemberLog(day),
+            {.title = "Day " + n, .voters = {{"#A" + n, "", {"A"}}, {"#B" + n, "", {"B"}}}});
     }
-    const std::string before = test::ReadBytes(logs[1]);
-    ASSERT_FALSE(before.empty());
-    disk.Fill();
-
-    auto result = test::RunCli({"--course", course, "remove", "2", "--yes", "--json"});
+    const std::string before = course.Log(test::SeptemberLog(2));
+    const test::CliResult result =
+        test::CliProcess({"--course", course.Path(), "remove", "2", "--yes", "--json"},
+                         {{"TALLORY_WRITE_FAULT", "write:ENOSPC:SessionData/"},
+                          {"XDG_DATA_HOME", dataHome.Path()}})
+            .Wait();
     EXPECT_EQ(result.status, 3) << result.out << result.err;
     EXPECT_TRUE(test::Holds(result.err, "the disk is full"));
-    EXPECT_TRUE(test::Holds(result.out, "Unable to store changes to file "));
-    EXPECT_TRUE(test::Holds(result.out, "Changes not saved!"));
-    EXPECT_TRUE(test::Holds(result.out, "\"copy\": null"));
-    EXPECT_TRUE(test::Holds(result.out, "\"removed\": false"));
-    EXPECT_EQ(test::ReadBytes(logs[1]), before);
-    EXPECT_FALSE(std::filesystem::exists(course + "/SessionData/x" + test::SeptemberLog(2)));
-    for (const auto& entry : std::filesystem::directory_iterator(course + "/SessionData"))
+    for (const char* part : {"Unable to store changes to file ", "Changes not saved!",
+                             "\"copy\": null", "\"removed\": false"})
+        EXPECT_TRUE(test::Holds(result.out, part));
+    EXPECT_EQ(course.Log(test::SeptemberLog(2)), before);
+    EXPECT_FALSE(course.Exists("SessionData/x" + test::SeptemberLog(2)));
+    for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
         EXPECT_FALSE(IsTemporaryName(entry.path().filename().string())) << entry.path();
 }
 
