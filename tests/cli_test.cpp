@@ -48,12 +48,6 @@ TEST(Cli, GridOfTheDemoCourse) {
     EXPECT_EQ(grid["sessions"][4]["label"], "Midterm review");
 
     const json& students = grid["students"];
-    for (const json& student : students) {
-        double sum = 0;
-        for (const json& score : student["scores"])
-            if (!score.is_null()) sum += score.get<double>();
-        EXPECT_NEAR(student["total"].get<double>(), sum, 1e-9) << student["id"];
-    }
     auto neverVoted = std::find_if(students.begin(), students.end(),
                                    [](const json& s) { return s["id"] == "20260220"; });
     ASSERT_NE(neverVoted, students.end());

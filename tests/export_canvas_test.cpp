@@ -44,41 +44,14 @@ LogPlan Session(std::string title, std::vector<LogVoter> voters) {
     return plan;
 }
 
-// Biology 110 with five sessions: an untitled one whose column the grade book already has, "Final
-// Grade review", two untitled ones of the same day and "Final grade review". Student 20260108 is in
-// the grade book and never voted; wchen has no SIS User ID; 20269999 voted and is not in the grade
-// book; #BEEF is nobody's clicker.
+// Biology 110 (tests/data/export/canvas/course) with five sessions: an untitled one whose column
+// the grade book already has, "Final Grade review", two untitled ones of the same day and "Final
+// grade review". Student 20260108 is in the grade book and never voted; wchen has no SIS User ID;
+// 20269999 voted and is not in the grade book; #BEEF is nobody's clicker.
 struct BiologyCourse : test::LoadedCourse {
     explicit BiologyCourse(bool gradeBook = true) {
-        WriteSettings({{"CourseName", "Biology 110"}, {"CMS", "Canvas"}});
-        WriteRemotes(
-            "#A0101,\"20260101\"\r\n#A0108,\"20260108\"\r\n#A0103,\"wchen\"\r\n"
-            "#A0122,\"20260122\"\r\n#A0129,\"20260129\"\r\n#A0199,\"20269999\"\r\n");
-        WriteLog("L2609081000.csv", Session("", {{"#A0101", "20260101", {"A", "A"}},
-                                                 {"#A0103", "wchen", {"A", "B"}},
-                                                 {"#A0122", "20260122", {"B", "B"}},
-                                                 {"#A0129", "20260129", {"A", ""}},
-                                                 {"#A0199", "20269999", {"A", "A"}},
-                                                 {"#BEEF", "", {"A", "A"}}}));
-        WriteLog("L2609101000.csv",
-                 Session("Final Grade review", {{"#A0101", "20260101", {"A", "B"}},
-                                                {"#A0103", "wchen", {"A", "A"}},
-                                                {"#A0129", "20260129", {"B", "B"}},
-                                                {"#A0199", "20269999", {"A", ""}}}));
-        WriteLog("L2609151000.csv", Session("", {{"#A0101", "20260101", {"A", "A"}},
-                                                 {"#A0122", "20260122", {"A", "A"}},
-                                                 {"#A0129", "20260129", {"A", "A"}},
-                                                 {"#BEEF", "", {"B", "B"}}}));
-        WriteLog("L2609151400.csv", Session("", {{"#A0101", "20260101", {"B", "B"}},
-                                                 {"#A0103", "wchen", {"A", "A"}},
-                                                 {"#A0122", "20260122", {"A", "B"}},
-                                                 {"#A0129", "20260129", {"A", "A"}},
-                                                 {"#A0199", "20269999", {"B", "A"}}}));
-        WriteLog("L2609171000.csv",
-                 Session("Final grade review", {{"#A0101", "20260101", {"A", "A"}},
-                                                {"#A0103", "wchen", {"A", ""}},
-                                                {"#A0122", "20260122", {"A", "A"}}}));
-        if (gradeBook) Write(kGradeBook, CanvasData(kGradeBook));
+        CopyFrom(DataPath("export/canvas/course"));
+        if (!gradeBook) std::filesystem::remove(File(kGradeBook));
     }
 
     std::vector<UploadColumn> Export(bool all, const std::optional<CanvasChoice>& choice) {
