@@ -392,9 +392,9 @@ TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
     EXPECT_EQ(regs.RecordsUpdated, 1);
 }
 
-// A course with five roster students, two registered clickers, and four clickers that nobody
-// registered in the course, which the registration data (tests/data/web) knows as:
-// BB0001 Alvarez (clear; she has no clicker yet), BB0002 Bennett (clear, but he has one),
+// A course (tests/data/web/course) with five roster students, two registered clickers, and four
+// clickers that nobody registered in the course, which the registration data (tests/data/web) knows
+// as: BB0001 Alvarez (clear; she has no clicker yet), BB0002 Bennett (clear, but he has one),
 // BB0003 Chen without an ID (two Chens in the roster), BB0009 nobody in the roster.
 struct WebCourse : test::LoadedCourse {
     std::vector<std::string> verified;  // remote and "auto" or "asked", per verify state
@@ -403,16 +403,8 @@ struct WebCourse : test::LoadedCourse {
 
     explicit WebCourse(const std::string& webcode, const std::string& base) {
         setenv(kRegistrationBaseVariable, base.c_str(), 1);
-        WriteRoster(
-            "Alvarez,Maria,1001\r\nBennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n"
-            "Dubois,Camille,1005\r\n");
+        CopyFrom(test::DataPath("web/course"));
         WriteSettings({{"webcode", webcode}});
-        WriteRemotes(kRemoteIds);
-        test::LogPlan plan;
-        for (const char* remote :
-             {"#AA0002", "#AA0005", "#BB0001", "#BB0002", "#BB0003", "#BB0009"})
-            plan.voters.push_back({remote, "", {"A"}});
-        WriteLog("L2609081000.csv", plan);
         Load();
     }
 
