@@ -16,14 +16,15 @@
 namespace tallory {
 namespace {
 
-// The sample course: three sessions, S1 and S2 registered (S2 with two clickers), S3 and S4 on
-// the roster without a clicker, and two stray clickers, ABC123 and 99.
+// The sample course, or another course folder of tests/data: three sessions, S1 and S2 registered
+// (S2 with two clickers), S3 and S4 on the roster without a clicker, and two stray clickers,
+// ABC123 and 99.
 struct SampleCourse : test::LoadedCourse {
     HeadlessScreen& screen = grid.screen;
     UnregisteredTable students;
 
-    SampleCourse() {
-        CopyFrom(test::DataPath("housekeeping/course"));
+    explicit SampleCourse(const std::string& folder = "housekeeping/course") {
+        CopyFrom(test::DataPath(folder));
         Load();
         BuildUnregisteredList(course, students);
         host.progressTexts.clear();
@@ -358,9 +359,10 @@ TEST(PurgeClickerLogs, ProgressOfAPassWithAndWithoutSessions) {
     EXPECT_FALSE(empty.host.waitCursor);
 }
 
-// Two stray clickers, AAA in the first two logs, BBB in the last two; S1 answers A, S2 B, AAA C
-// and BBB D. A rewrite counts the choices over every voter before it drops the clicker's lines,
-// so a log keeps counting the votes of the clicker dropped last until it is rewritten again.
+// Two stray clickers (tests/data/housekeeping/two-strays), AAA in the first two logs, BBB in the
+// last two; S1 answers A, S2 B, AAA C and BBB D. A rewrite counts the choices over every voter
+// before it drops the clicker's lines, so a log keeps counting the votes of the clicker dropped
+// last until it is rewritten again.
 TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
     using Counts = std::array<int, 4>;  // choices A to D of the one question, per log
     // The rows ticked (0 AAA, 1 BBB) and the counts of each log afterwards.
@@ -371,19 +373,8 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
     };
     const char* const logs[] = {"L2609071000.csv", "L2609091000.csv", "L2609111000.csv"};
     for (const auto& [ticked, expected] : cases) {
-        test::LoadedCourse fixture;
-        fixture.WriteRoster("Adams,Ann,S1\r\nBaker,Bob,S2\r\n");
-        fixture.WriteRemotes("#111,\"S1\"\r\n#222,\"S2\"\r\n");
-        for (int i = 0; i < 3; ++i) {
-            std::vector<test::LogVoter> voters = {{"#111", "", {"A"}}, {"#222", "", {"B"}}};
-            if (i < 2) voters.push_back({"#AAA", "", {"C"}});
-            if (i > 0) voters.push_back({"#BBB", "", {"D"}});
-            fixture.WriteLog(logs[i], {.voters = voters});
-        }
-        fixture.Load();
-        UnregisteredTable students;
-        BuildUnregisteredList(fixture.course, students);
-        GhostRemoteScreen screen(fixture.course, fixture.host, fixture.grid.screen, students);
+        SampleCourse fixture("housekeeping/two-strays");
+        GhostRemoteScreen screen(fixture.course, fixture.host, fixture.screen, fixture.students);
         screen.Load();
         ASSERT_EQ(screen.GhostCount(), 2);
         ASSERT_EQ(screen.GhostList()[0].RemoteId, "00000AAA");
