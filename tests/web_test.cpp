@@ -349,13 +349,11 @@ TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
     MatchWebRegistrations(roster.course, roster.host, regs);
     AddWeb(regs, "0000AB12", "Cy", "Lee", "S9");
     MatchWebRegistrations(roster.course, roster.host, regs);
-    const std::string first =
-        "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , "
-        "0000AB12\r\n-----------------------\r\n\"\r\n";
+    // A note per match: the roster rows, then the web rows, then a rule.
+    const std::string rows = "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , 0000AB12\r\n";
+    const std::string rule = "-----------------------\r\n\"\r\n";
     EXPECT_EQ(roster.Read("SessionData/ClickerCheck.txt"),
-              first +
-                  "\"Ann , Lee ,S1\r\nBo , Lee ,S2\r\nAnn , Lee ,  , 0000AB12\r\n"
-                  "Cy , Lee , S9 , 0000AB12\r\n-----------------------\r\n\"\r\n");
+              rows + rule + rows + "Cy , Lee , S9 , 0000AB12\r\n" + rule);
     EXPECT_EQ(roster.host.written.size(), 2u);
 }
 
