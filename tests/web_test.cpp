@@ -422,6 +422,9 @@ struct WebCourse : test::LoadedCourse {
     }
 
     static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
+    // After a sync that accepts all: Bennett's old clicker gives way, the others are added.
+    static constexpr const char* kRegistered =
+        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
 };
 
 // The note that ends a run.
@@ -466,9 +469,7 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         EXPECT_EQ(web.recordsUpdated, 3);
         EXPECT_EQ(web.doneNote, DoneNote(3, "ClickerCheck.txt updated."));
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
-        EXPECT_EQ(web.Remotes(),
-                  "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n"
-                  "#00BB0003,\"1003\"\r\n");
+        EXPECT_EQ(web.Remotes(), WebCourse::kRegistered);
         // Chen's clicker is noted in the walk and again when the registrations are confirmed.
         EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
         // The reload: only the clicker nobody registered is left unregistered.
@@ -594,8 +595,6 @@ TEST(WebSync, ScreenStates) {
 TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
     const std::string file = DataFile("WebReg.csv");
     LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
-    const std::string registered =
-        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
     struct Case {
         std::vector<std::string> answer;
         int status;
@@ -604,7 +603,7 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         bool cancelled;
     } cases[] = {
         // clang-format off
-        {{"--answer", "accept"}, 0, registered,
+        {{"--answer", "accept"}, 0, WebCourse::kRegistered,
          {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"}, false},
         {{}, 0, WebCourse::kRemoteIds, {}, true},  // the default policy is cancel
         {{"--answer", "maybe"}, 2, WebCourse::kRemoteIds, {}, true},
