@@ -50,6 +50,14 @@ struct OpenCourse : test::LoadedCourse {
         }
     }
 
+    // Export all, or export selected, with the export key `tag`.
+    void Export(bool all, const std::string& tag) {
+        if (all) {
+            ExportAll(course, host, tag);
+        } else {
+            ExportSelected(course, host, tag);
+        }
+    }
     void Select(std::initializer_list<int> sessions) {
         for (int k : sessions) course.ExportSel[k] = 1;
     }
@@ -135,11 +143,7 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             // The General export's choices: all three identifying columns, or "Remote ID Only".
             open.host.option = OptionChoice{all ? 0 : 4, false};
             const std::string tag = open.format.tag;
-            if (all) {
-                ExportAll(open.course, open.host, tag);
-            } else {
-                ExportSelected(open.course, open.host, tag);
-            }
+            open.Export(all, tag);
             const std::string upload = c.upload;
             const std::string path = open.File(upload);
             EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? "all" : "selected") +
@@ -157,11 +161,7 @@ TEST(Export, CampusEditionSixIsReachedOnlyByExportSelected) {
     for (bool all : {true, false}) {
         OpenCourse open("WEB CT CE 6.1", {{"class.txt", ExportData("campus/class.crlf.txt")}});
         open.Select({1, 3});
-        if (all) {
-            ExportAll(open.course, open.host, "WebCT CE 6.1");
-        } else {
-            ExportSelected(open.course, open.host, "WebCT CE 6.1");
-        }
+        open.Export(all, "WebCT CE 6.1");
         const std::string upload = all ? "UploadFile.csv" : "WebCT6Upload.csv";
         EXPECT_EQ(open.Read(upload),
                   ExportData(all ? "campus/all.expected" : "campus/selected.expected"));
@@ -181,37 +181,30 @@ TEST(Export, ExportSelectedWithoutATickedSessionWritesNothing) {
 }
 
 TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
-    const std::tuple<bool, Answer, const char*, const char*> cases[] = {
-        {true, Answer::No, "Confirm General Export : UploadFile.csv",
-         "No default or Invalid output Format selected for export, Would you like to proceed "
-         "with general export for the selected session(s)"},
-        {false, Answer::No, "Confirm General Export : Tallory",
-         "No default or Invalid output Format selected for export, Do you want to proceed with "
-         "general export for the selected session(s)"},
-        {true, Answer::Yes, "Confirm General Export : UploadFile.csv", nullptr},
-        {false, Answer::Yes, "Confirm General Export : Tallory", nullptr},
-    };
-    for (const auto& [all, answer, title, text] : cases) {
-        SCOPED_TRACE(testing::Message() << all << (answer == Answer::Yes));
-        OpenCourse open("General", {{"Roster.txt", ExportData("general/Roster.txt")}});
-        open.Select({1, 3});
-        open.host.answers.push_back(answer);
-        open.host.option = OptionChoice{all ? 0 : 2, false};
-        if (all) {
-            ExportAll(open.course, open.host, "Web CT CE 4.1");
-        } else {
-            ExportSelected(open.course, open.host, "unknown");
-        }
-        ASSERT_FALSE(open.host.messages.empty());
-        EXPECT_EQ(open.host.messages[0].title, title);
-        EXPECT_EQ(open.host.messages[0].buttons, Buttons::YesNo);
-        if (text) {
-            EXPECT_EQ(open.host.messages[0].text, text);
+    for (bool all : {true, false}) {
+        for (Answer answer : {Answer::No, Answer::Yes}) {
+            SCOPED_TRACE(testing::Message() << all << (answer == Answer::Yes));
+            OpenCourse open("General", {{"Roster.txt", ExportData("general/Roster.txt")}});
+            open.Select({1, 3});
+            open.host.answers.push_back(answer);
+            open.host.option = OptionChoice{all ? 0 : 2, false};
+            open.Export(all, all ? "Web CT CE 4.1" : "unknown");
+            ASSERT_FALSE(open.host.messages.empty());
+            const RecordingHost::Shown& asked = open.host.messages[0];
+            EXPECT_EQ(asked.title, std::string("Confirm General Export : ") +
+                                       (all ? "UploadFile.csv" : "Tallory"));
+            EXPECT_EQ(asked.buttons, Buttons::YesNo);
+            if (answer == Answer::Yes) {
+                EXPECT_EQ(open.Read("UploadFile.csv"),
+                          ExportData(all ? "general/all.expected" : "general/selected.expected"));
+                continue;
+            }
+            EXPECT_EQ(asked.text,
+                      std::string("No default or Invalid output Format selected for export, ") +
+                          (all ? "Would you like to" : "Do you want to") +
+                          " proceed with general export for the selected session(s)");
             EXPECT_EQ(open.host.messages.size(), 1u);
             EXPECT_FALSE(open.Exists("UploadFile.csv"));
-        } else {
-            EXPECT_EQ(open.Read("UploadFile.csv"),
-                      ExportData(all ? "general/all.expected" : "general/selected.expected"));
         }
     }
 }
