@@ -142,8 +142,7 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             open.Select({1, 3});
             // The General export's choices: all three identifying columns, or "Remote ID Only".
             open.host.option = OptionChoice{all ? 0 : 4, false};
-            const std::string tag = open.format.tag;
-            open.Export(all, tag);
+            open.Export(all, open.format.tag);
             const std::string upload = c.upload;
             const std::string path = open.File(upload);
             EXPECT_EQ(ReadBytes(path), ExportData(target + "/" + (all ? "all" : "selected") +
