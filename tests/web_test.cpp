@@ -646,26 +646,22 @@ TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
 }
 
 TEST(WebSync, TheSiblingToolIsOfferedFirst) {
-    for (Answer answer : {Answer::Yes, Answer::No}) {
+    for (bool yes : {true, false}) {
         WebCourse web("local", "");
         web.Write("Campus Bridgeline.exe", "");
         web.Write("campus_bridgeline.XML", "");
-        web.host.answers.push_back(answer);
+        web.host.answers.push_back(yes ? Answer::Yes : Answer::No);
         web.Sync(VerifyAnswer::Accept);
-        ASSERT_EQ(web.host.messages.size(),
-                  answer == Answer::Yes ? 1u : 2u);  // then WebReg.dat is missing
+        ASSERT_EQ(web.host.messages.size(), yes ? 1u : 2u);  // then WebReg.dat is missing
         EXPECT_EQ(web.host.messages[0].title, "Confirm Sync");
         EXPECT_EQ(web.host.messages[0].icon, Icon::Question);
         EXPECT_EQ(web.host.messages[0].buttons, Buttons::YesNo);
         EXPECT_EQ(web.host.messages[0].text, ConfirmSyncText());
-        if (answer == Answer::Yes) {
-            EXPECT_EQ(web.host.started,
-                      std::vector<std::string>{web.File("Campus Bridgeline.exe") + " download"});
-            EXPECT_EQ(web.recordsUpdated, -1);  // the screen never opened
-        } else {
-            EXPECT_TRUE(web.host.started.empty());
-            EXPECT_EQ(web.recordsUpdated, 0);
-        }
+        // Yes starts the tool and the screen never opens; No goes on without it.
+        EXPECT_EQ(
+            web.host.started,
+            yes ? test::Strings{web.File("Campus Bridgeline.exe") + " download"} : test::Strings{});
+        EXPECT_EQ(web.recordsUpdated, yes ? -1 : 0);
     }
 }
 
