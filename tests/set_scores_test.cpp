@@ -48,10 +48,15 @@ std::vector<test::LogVoter> Voters(
     return voters;
 }
 
-std::vector<std::string> TextsOf(const std::array<ControlState, 5>& boxes) {
+// The texts of the controls, in order.
+template <typename Controls>
+std::vector<std::string> TextsOf(const Controls& controls) {
     std::vector<std::string> texts;
-    for (const ControlState& box : boxes) texts.push_back(box.text);
+    for (const ControlState& control : controls) texts.push_back(control.text);
     return texts;
+}
+std::vector<std::string> TextsOf(std::initializer_list<ControlState> controls) {
+    return TextsOf<std::initializer_list<ControlState>>(controls);
 }
 
 TEST(SessionCaptions, DateAndTimeOfTheFileName) {
@@ -84,16 +89,13 @@ TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
     fixture.course.Questions[1].ResponseCount[2] = 21;
     screen.UpdateQuestion();
     const SetScoresControls& c = screen.Controls();
-    EXPECT_EQ(c.lblClass.text, "Mechanics");
-    EXPECT_EQ(c.lblSession.text, "Sep/15/2008");
-    EXPECT_EQ(c.lblTime.text, "10:30 AM");
-    EXPECT_EQ(c.lblStudents.text, "40");
+    EXPECT_EQ(TextsOf({c.lblClass, c.lblSession, c.lblTime, c.lblStudents}),
+              (test::Strings{"Mechanics", "Sep/15/2008", "10:30 AM", "40"}));
     EXPECT_EQ(TextsOf(c.lblNum), (std::vector<std::string>{"19", "21", "0", "0", "0"}));
     EXPECT_EQ(TextsOf(c.lblPer), (std::vector<std::string>{"48", "52", "0", "0", "0"}));
     // The 19 on A earn 2 and, having earned points, the participation point: 57 / 40 = 1.425.
-    EXPECT_EQ(c.lblAverage.text, "1.42");
-    EXPECT_EQ(c.lblTotalPerfPoints.text, "2.00");
-    EXPECT_EQ(c.lblTotalPoints.text, "3.00");
+    EXPECT_EQ(TextsOf({c.lblAverage, c.lblTotalPerfPoints, c.lblTotalPoints}),
+              (test::Strings{"1.42", "2.00", "3.00"}));
     EXPECT_FALSE(c.lblNext.enabled);
     EXPECT_FALSE(c.lblPrevious.enabled);
 }
@@ -222,10 +224,8 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
     EXPECT_EQ(test::Messages(fixture.host),
               test::Strings{test::Said("deleting a question shifts the requirement")});
     const SetScoresControls& c = screen.Controls();
-    EXPECT_EQ(c.txtQuestionName.text, "Deleted :- 'Q1'");
-    EXPECT_EQ(c.lblQuestionDelete.text, "Question Deleted");
-    EXPECT_EQ(c.lblDeleteNo.text, "1");
-    EXPECT_EQ(c.lblNonDeleted.text, "5");
+    EXPECT_EQ(TextsOf({c.txtQuestionName, c.lblQuestionDelete, c.lblDeleteNo, c.lblNonDeleted}),
+              (test::Strings{"Deleted :- 'Q1'", "Question Deleted", "1", "5"}));
     // The question's own controls close; the session's stay open.
     EXPECT_FALSE(c.cmbCorrect.enabled);
     EXPECT_FALSE(c.txtPoints[0].enabled);
