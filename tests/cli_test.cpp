@@ -28,6 +28,8 @@ std::vector<std::pair<std::string, int>> Questions(const json& session) {
     return questions;
 }
 
+using ArgumentLists = std::vector<std::vector<std::string>>;
+
 // A copy of the demo course that a command may change.
 struct DemoCopy : TempCourse {
     DemoCopy() { CopyFrom(DemoCourse()); }
@@ -88,7 +90,7 @@ TEST(Cli, BadTotalEndsWithTypeMismatchAndWritesNothing) {
         "L2609081000.csv",
         {.voters = {{"#A1", "", {"A"}}, test::RawLine("#A2, ,abc,A , 1 , 5 , 1 ,A , 5 ,")}});
     auto before = test::FolderFiles(course.Path());
-    for (auto arguments : std::vector<std::vector<std::string>>{
+    for (auto arguments : ArgumentLists{
              {"--course", course.Path(), "grid", "--json"},
              {"--course", course.Path(), "log", course.File("SessionData/L2609081000.csv")}}) {
         auto result = RunCli(arguments);
@@ -106,7 +108,7 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
     const std::string dir = course.Path();
     const std::string set = "set-scores";
     // clang-format off
-    for (auto arguments : std::vector<std::vector<std::string>>{
+    for (auto arguments : ArgumentLists{
              {}, {"frobnicate"}, {"--course"}, {"--course", dir + "/no-such-folder", "grid"},
              {"--course", dir, "grid", "--sideways"}, {"--course", dir, "grid", "extra"},
              {"--course", dir, "session"}, {"--course", dir, "session", "0"},
@@ -188,11 +190,10 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
 }
 
 TEST(Cli, HelpAndVersion) {
-    for (auto arguments :
-         std::vector<std::vector<std::string>>{{"--help"},
-                                               {"set-scores", "--help"},
-                                               {"remove", "-h"},
-                                               {"--course", "/no-such-folder", "grid", "--help"}}) {
+    for (auto arguments : ArgumentLists{{"--help"},
+                                        {"set-scores", "--help"},
+                                        {"remove", "-h"},
+                                        {"--course", "/no-such-folder", "grid", "--help"}}) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
         EXPECT_EQ(result.status, 0) << result.err;
@@ -214,7 +215,7 @@ TEST(Cli, GlobalOptionsStandAnywhere) {
     const std::string dir = DemoCourse();
     auto reference = RunCli({"--course", dir, "--json", "grid", "--by-name"});
     ASSERT_EQ(reference.status, 0) << reference.err;
-    for (auto arguments : std::vector<std::vector<std::string>>{
+    for (auto arguments : ArgumentLists{
              {"--course=" + dir, "grid", "--by-name", "--json"},
              {"grid", "--course=" + dir, "--json", "--by-name"},
              {"grid", "--by-name", "--json", "--course", dir + "/"},
