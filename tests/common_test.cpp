@@ -228,43 +228,41 @@ uint64_t Bits(double value) {
     return bits;
 }
 
+// What the conversions make of a text, as one line: the fast ones, or the references each must
+// equal bit for bit. The look-up for texts inside a line reads 8 bytes whatever the text's length:
+// the bytes past the text must not matter.
+std::string Conversions(const std::string& text, bool fast) {
+    const std::string padded = text + "9,9\"9e9x9";
+    const std::string_view inLine = std::string_view(padded).substr(0, text.size());
+    double number = -7, readable = -7, leading;
+    int16_t count = -7, countInLine = -7;
+    std::string answers;  // numeric, as a count, in a line, a count in a line, IsNumeric
+    if (fast) {
+        for (bool answer :
+             {ToDouble(text, number), ToInt16(text, count), ToDoubleReadable(inLine, readable),
+              ToInt16Readable(inLine, countInLine), IsNumeric(text)})
+            answers += answer ? '1' : '0';
+        leading = LeadingNumber(text);
+    } else {
+        const bool numeric = ToDoubleReference(text, number);
+        const bool fits = numeric && RoundToInt16(number, count);
+        readable = number;
+        countInLine = count;
+        for (bool answer : {numeric, fits, numeric, fits, numeric}) answers += answer ? '1' : '0';
+        leading = LeadingNumberReference(text);
+    }
+    return answers + " " + std::to_string(Bits(number)) + " " + std::to_string(Bits(readable)) +
+           " " + std::to_string(count) + " " + std::to_string(countInLine) + " " +
+           std::to_string(Bits(leading));
+}
+
 // Returns the number of texts that disagree, and reports the first few.
 int CountDisagreements(const std::vector<std::string>& texts) {
     int wrong = 0;
     for (const std::string& text : texts) {
-        double fast = -7, reference = -7;
-        bool fastNumeric = ToDouble(text, fast);
-        bool referenceNumeric = ToDoubleReference(text, reference);
-        double leading = LeadingNumber(text), leadingReference = LeadingNumberReference(text);
-        // The look-up for texts inside a line reads 8 bytes whatever the text's length: the
-        // bytes past the text must not matter.
-        const std::string padded = text + "9,9\"9e9x9";
-        double inLine = -7;
-        int16_t counter = -7, counterInLine = -7;
-        bool inLineNumeric =
-            ToDoubleReadable(std::string_view(padded).substr(0, text.size()), inLine);
-        bool counterFits = ToInt16(text, counter);
-        bool counterInLineFits =
-            ToInt16Readable(std::string_view(padded).substr(0, text.size()), counterInLine);
-        int16_t rounded = -7;
-        bool roundedFits = referenceNumeric && RoundToInt16(reference, rounded);
-        if (inLineNumeric != referenceNumeric || Bits(inLine) != Bits(reference) ||
-            counterFits != roundedFits || counter != rounded || counterInLineFits != roundedFits ||
-            counterInLine != rounded) {
-            if (++wrong <= 10)
-                ADD_FAILURE() << "\"" << text << "\": in a line " << inLineNumeric << " " << inLine
-                              << ", as a count " << counterFits << " " << counter << " / "
-                              << counterInLineFits << " " << counterInLine;
-            continue;
-        }
-        if (fastNumeric != referenceNumeric || Bits(fast) != Bits(reference) ||
-            Bits(leading) != Bits(leadingReference) || IsNumeric(text) != referenceNumeric) {
-            if (++wrong <= 10)
-                ADD_FAILURE() << "\"" << text << "\": ToDouble " << fastNumeric << " " << fast
-                              << ", reference " << referenceNumeric << " " << reference
-                              << "; LeadingNumber " << leading << ", reference "
-                              << leadingReference;
-        }
+        const std::string fast = Conversions(text, true), reference = Conversions(text, false);
+        if (fast != reference && ++wrong <= 10)
+            ADD_FAILURE() << "\"" << text << "\": " << fast << ", reference " << reference;
     }
     return wrong;
 }
