@@ -102,30 +102,34 @@ struct Golden {
     const char* variant;     // expected uploads: all<variant>.expected, selected<variant>.expected
     const char* upload;      // the upload file
     const char* done;        // the message after writing, without the file name
+    // A student of the grade book as the grid asks for it ("ID|last|first"; none for Angel's,
+    // whose rows the look-up does not count) and the IDs the course start counts.
+    const char* student;
+    int rosterIds;
 };
 
 constexpr Golden kGolden[] = {
     // clang-format off
-    {"general", "General", "Roster.txt", "Roster.txt", "", "UploadFile.csv", "Saved scores to file: "},
-    {"general", "no such system", "Roster.txt", "roster.TXT", "", "UploadFile.csv", "Saved scores to file: "},
-    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
-    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "", "UploadFile.csv", "Wrote upload file: "},
-    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
-    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", ".bb", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
-    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: "},
-    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", ".crlf", "UploadFile.csv", "Wrote data to file "},
-    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", ".lf", "UploadFile.csv", "Wrote data to file "},
-    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
-    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "", "MoodleUpload.xls", "Wrote upload file: "},
-    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
-    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "", "UploadFile.csv", "Wrote upload file: "},
+    {"general", "General", "Roster.txt", "Roster.txt", "", "UploadFile.csv", "Saved scores to file: ", "BSMITH|Smith|Bob", 2},
+    {"general", "no such system", "Roster.txt", "roster.TXT", "", "UploadFile.csv", "Saved scores to file: ", "BSMITH|Smith|Bob", 2},
+    {"webct", "WEB CT", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: ", "bsmith|Smith|Bob", 4},
+    {"webct", "web ct v", "class.lf.txt", "Class.TXT", "", "UploadFile.csv", "Wrote upload file: ", "adoe|Doe, Jr.|Ann", 4},
+    {"campus", "WEB CT CE 4.1", "class.lf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: ", "cnew|Nguyen|Cam", 4},
+    {"campus", "Web CT CE 6.1", "class.crlf.txt", "class.txt", "", "UploadFile.csv", "Wrote upload file: ", "zlate|Late|Zoe", 4},
+    {"blackboard", "BB", "gb_export.crlf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: ", "BSMITH|Smith|Bob", 5},
+    {"blackboard", "bb73", "gb_export.lf.csv", "GB_Export.csv", "", "UploadFile.csv", "Wrote upload file: ", "adoe|Doe|Ann", 5},
+    {"blackboard", "Blackboard", "gb_export.lf.csv", "gb_export.csv", "", "UploadFile.csv", "Wrote upload file: ", "adoe|Doe|Ann", 5},
+    {"blackboard-columns", "BB", "gb_export.crlf.csv", "gb_export.csv", ".bb", "UploadFile.csv", "Wrote upload file: ", "cnew|Nguyen|Cam", 5},
+    {"blackboard-columns", "BB80", "gb_export.crlf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: ", "cnew|Nguyen|Cam", 5},
+    {"blackboard-columns", "BB80", "gb_export.lf.csv", "gb_export.csv", ".bb80", "UploadFile.csv", "Wrote upload file: ", "cnew|Nguyen|Cam", 5},
+    {"angel", "Angel", "gradebook.crlf.csv", "gradebook.csv", ".crlf", "UploadFile.csv", "Wrote data to file ", nullptr, 0},
+    {"angel", "ANGEL", "gradebook.lf.csv", "gradebook.csv", ".lf", "UploadFile.csv", "Wrote data to file ", nullptr, 0},
+    {"d2l", "D2L", "gradesexport.crlf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: ", "zlate|Late|Zoe", 5},
+    {"d2l", "d2l", "gradesexport.lf.csv", "gradesexport.csv", "", "UploadFile.csv", "Wrote upload file: ", "zlate|Late|Zoe", 5},
+    {"moodle", "Moodle", "MoodleRoster.crlf.txt", "moodleroster.txt", "", "MoodleUpload.xls", "Wrote upload file: ", "BOB@uni.example|Smith|Bob", 4},
+    {"moodle", "MOODLE", "MoodleRoster.lf.txt", "MoodleRoster.txt", "", "MoodleUpload.xls", "Wrote upload file: ", "BOB@uni.example|Smith|Bob", 4},
+    {"sakai", "Sakai", "sakaigradebook.crlf.csv", "sakaigradebook.csv", "", "UploadFile.csv", "Wrote upload file: ", "adoe|Doe|Ann", 5},
+    {"sakai", "SAKAI", "sakaigradebook.lf.csv", "SakaiGradebook.csv", "", "UploadFile.csv", "Wrote upload file: ", "adoe|Doe|Ann", 5},
     // clang-format on
 };
 
@@ -138,6 +142,12 @@ TEST(Export, EveryTargetWritesTheUploadItsSystemTakes) {
             OpenCourse open(c.cms, {{c.courseFile, ExportData(target + "/" + c.gradeBook)}},
                             StudentsOf(target));
             EXPECT_EQ(open.Texts(), std::vector<std::string>{}) << "at course start";
+            if (c.student) {  // the grade book gives the grid its names
+                const std::string id(c.student, std::string_view(c.student).find('|'));
+                const RosterRec entry = GetRosterEntry(open.course, id);
+                EXPECT_EQ(id + "|" + entry.LastName + "|" + entry.FirstName, c.student);
+                EXPECT_EQ(open.course.NumRosterIDs, c.rosterIds);
+            }
             open.host.messages.clear();
             open.Select({1, 3});
             // The General export's choices: all three identifying columns, or "Remote ID Only".
