@@ -50,6 +50,11 @@ TEST(Cli, GridOfTheDemoCourse) {
     EXPECT_EQ(grid["sessions"][4]["label"], "Midterm review");
 
     const json& students = grid["students"];
+    for (const json& student : students) {  // the total is the sum of the sessions' scores
+        double sum = 0;
+        for (const json& score : student["scores"]) sum += score.is_null() ? 0 : double(score);
+        EXPECT_NEAR(student["total"].get<double>(), sum, 1e-9) << student["id"];
+    }
     auto neverVoted = std::find_if(students.begin(), students.end(),
                                    [](const json& s) { return s["id"] == "20260220"; });
     ASSERT_NE(neverVoted, students.end());
