@@ -17,9 +17,7 @@ using nlohmann::json;
 using test::RunCli;
 using test::TempCourse;
 
-std::string DemoCourse() {
-    return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
-}
+const std::string kDemo = std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 
 // The questions of a session's JSON: name and correct answer.
 std::vector<std::pair<std::string, int>> Questions(const json& session) {
@@ -32,15 +30,14 @@ using ArgumentLists = std::vector<std::vector<std::string>>;
 
 // A copy of the demo course that a command may change.
 struct DemoCopy : TempCourse {
-    DemoCopy() { CopyFrom(DemoCourse()); }
+    DemoCopy() { CopyFrom(kDemo); }
 };
 
 TEST(Cli, GridOfTheDemoCourse) {
-    auto before = test::FolderFiles(DemoCourse());
-    auto result = RunCli({"--course", DemoCourse(), "grid", "--json"});
+    auto before = test::FolderFiles(kDemo);
+    auto result = RunCli({"--course", kDemo, "grid", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(test::FolderFiles(DemoCourse()),
-              before);  // read-only: no image moved, no version stamped
+    EXPECT_EQ(test::FolderFiles(kDemo), before);  // read-only: no image moved, no version stamped
     json grid = json::parse(result.out);
     EXPECT_EQ(grid["course"], "Physics 101 - Mechanics");
     EXPECT_EQ(grid["cms"], "General");
@@ -67,7 +64,7 @@ TEST(Cli, GridOfTheDemoCourse) {
               "Warning - Multiple clickers Registered with one Student");
     EXPECT_EQ(grid["messages"][0]["icon"], "exclamation");
 
-    auto byName = RunCli({"--course", DemoCourse(), "grid", "--by-name", "--json"});
+    auto byName = RunCli({"--course", kDemo, "grid", "--by-name", "--json"});
     ASSERT_EQ(byName.status, 0);
     // The bare-ID roster line has its ID for a last name, so it sorts before the letters.
     EXPECT_EQ(json::parse(byName.out)["students"][0]["last"], "20269930");
@@ -75,13 +72,12 @@ TEST(Cli, GridOfTheDemoCourse) {
 }
 
 TEST(Cli, SessionMatchesTheLogReadAlone) {
-    auto session = RunCli({"--course", DemoCourse(), "session", "6", "--json"});
+    auto session = RunCli({"--course", kDemo, "session", "6", "--json"});
     ASSERT_EQ(session.status, 0) << session.err;
     json scored = json::parse(session.out);
     EXPECT_EQ(scored["file"], "L2609221000.csv");
     EXPECT_TRUE(scored["questions"][2]["anonymous"].get<bool>());
-    auto log = RunCli(
-        {"--course", DemoCourse(), "log", DemoCourse() + "/SessionData/L2609221000.csv", "--json"});
+    auto log = RunCli({"--course", kDemo, "log", kDemo + "/SessionData/L2609221000.csv", "--json"});
     ASSERT_EQ(log.status, 0) << log.err;
     json alone = json::parse(log.out);
     EXPECT_EQ(alone["number"], 0);
@@ -139,7 +135,7 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
 // business of its screen's tests; here, that the command line reaches the screen and refuses what
 // the screen refuses.
 TEST(Cli, CommandsEndAsTheirScreensDo) {
-    const std::string demo = DemoCourse(), sample = test::DataPath("housekeeping/course"),
+    const std::string demo = kDemo, sample = test::DataPath("housekeeping/course"),
                       reports = test::DataPath("reports/course");
     const std::string notSaved = "nothing was saved";
     struct Case {
@@ -219,7 +215,7 @@ TEST(Cli, HelpAndVersion) {
 }
 
 TEST(Cli, GlobalOptionsStandAnywhere) {
-    const std::string dir = DemoCourse();
+    const std::string dir = kDemo;
     auto reference = RunCli({"--course", dir, "--json", "grid", "--by-name"});
     ASSERT_EQ(reference.status, 0) << reference.err;
     for (auto arguments : ArgumentLists{

@@ -109,8 +109,7 @@ void StallBody(int connection, const std::atomic<bool>& stopping) {
 void SendForever(int connection, const std::atomic<bool>& stopping) {
     SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
     const std::string line = std::string(1023, 'y') + "\n";
-    while (!stopping) {
-        if (send(connection, line.data(), line.size(), MSG_NOSIGNAL) <= 0) return;
+    while (!stopping && send(connection, line.data(), line.size(), MSG_NOSIGNAL) > 0) {
     }
 }
 
