@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 
@@ -164,9 +162,9 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
     // The pass named S2's first clicker, not 777: its line lost the borrowed ID S9, and the
     // 777 line is still there.
     const std::string after = fixture.Log(kFirstLog);
-    EXPECT_NE(log.find("\"S9\""), std::string::npos);
-    EXPECT_EQ(after.find("\"S9\""), std::string::npos);
-    EXPECT_NE(after.find("#777,"), std::string::npos);
+    EXPECT_TRUE(test::Holds(log, "\"S9\""));
+    EXPECT_FALSE(test::Holds(after, "\"S9\""));
+    EXPECT_TRUE(test::Holds(after, "#777,"));
     EXPECT_EQ(fixture.screen.redraws, 0);
 }
 
@@ -191,9 +189,9 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
         ASSERT_EQ(fixture.host.messages.size(), 2u);
         EXPECT_EQ(test::Messages(fixture.host)[1],
                   "[Tallory] ABC123 records deleted from the log files.");
-        EXPECT_EQ(fixture.Log(kFirstLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.Log(kSecondLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.Remotes().find("ABC123"), std::string::npos);
+        EXPECT_FALSE(test::Holds(fixture.Log(kFirstLog), "#ABC123"));
+        EXPECT_FALSE(test::Holds(fixture.Log(kSecondLog), "#ABC123"));
+        EXPECT_FALSE(test::Holds(fixture.Remotes(), "ABC123"));
         EXPECT_EQ(fixture.screen.redraws, 0);
     }
 }
@@ -219,10 +217,8 @@ TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
         test::RunCliOn(course.Path(), {"student", "20260157", "--add", "1a9999", "--yes"});
     // Every log but the refused one was written: the command says so by its status.
     EXPECT_EQ(result.status, 3) << result.err;
-    EXPECT_NE(result.err.find("[Tallory] Unable to store changes to file " + folder +
-                              "L2609221000.csv Changes not saved!"),
-              std::string::npos)
-        << result.err;
+    EXPECT_TRUE(test::Holds(result.err, "[Tallory] Unable to store changes to file " + folder +
+                                            "L2609221000.csv Changes not saved!"));
 
     for (size_t i = 0; i < logs.size(); ++i) {
         const std::string& log = logs[i];

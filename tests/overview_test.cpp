@@ -1,9 +1,4 @@
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
 #include <filesystem>
-#include <string>
-#include <vector>
 
 #include "TestSupport.h"
 #include "overview/CourseOverview.h"
@@ -157,14 +152,14 @@ TEST(Overview, PageStandsAloneAndEscapesNames) {
     const CourseOverview overview = MakeCourseOverview(folder.course);
     folder.Write("Reports/SessionSummary_2.html", "<html></html>");
     const std::string page = OverviewPageText(folder.course, overview);
-    EXPECT_NE(page.find("&lt;b&gt;&amp;Co, Al&#39;s"), std::string::npos);
-    EXPECT_EQ(page.find("<b>&Co"), std::string::npos);
+    EXPECT_TRUE(test::Holds(page, "&lt;b&gt;&amp;Co, Al&#39;s"));
+    EXPECT_FALSE(test::Holds(page, "<b>&Co"));
     for (const char* absent : {"<script", "http://", "https://", "<link", "@import", "url("})
-        EXPECT_EQ(page.find(absent), std::string::npos) << absent;
-    EXPECT_NE(page.find("@media print"), std::string::npos);
+        EXPECT_FALSE(test::Holds(page, absent));
+    EXPECT_TRUE(test::Holds(page, "@media print"));
     // Only the summary the reports have written is linked.
-    EXPECT_NE(page.find("href=\"SessionSummary_2.html\""), std::string::npos);
-    EXPECT_EQ(page.find("SessionSummary_1.html"), std::string::npos);
+    EXPECT_TRUE(test::Holds(page, "href=\"SessionSummary_2.html\""));
+    EXPECT_FALSE(test::Holds(page, "SessionSummary_1.html"));
 }
 
 TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
@@ -174,7 +169,7 @@ TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
     json output = json::parse(result.out);
     EXPECT_EQ(output["files"], json::array({"Reports/Overview.html"}));
     EXPECT_EQ(output["unsaved"], json::array());
-    EXPECT_NE(folder.Read("Reports/Overview.html").find("<!DOCTYPE html>"), std::string::npos);
+    EXPECT_TRUE(test::Holds(folder.Read("Reports/Overview.html"), "<!DOCTYPE html>"));
 
     // A file where the Reports folder should be: the page cannot be written.
     test::TempCourse blocked;
@@ -186,8 +181,8 @@ TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
     output = json::parse(result.out);
     EXPECT_EQ(output["files"], json::array());
     EXPECT_EQ(output["unsaved"], json::array({"Reports/Overview.html"}));
-    EXPECT_NE(result.err.find("[Course Overview] The page Reports/Overview.html was not written"),
-              std::string::npos);
+    EXPECT_TRUE(test::Holds(result.err,
+                            "[Course Overview] The page Reports/Overview.html was not written"));
 }
 
 }  // namespace

@@ -1,16 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
 #include "reports/Reports.h"
@@ -193,8 +186,7 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
     ASSERT_EQ(sample.host.opened.size(), 3u);
     for (const std::string& page : sample.host.opened) EXPECT_TRUE(fs::exists(page)) << page;
     EXPECT_EQ(sample.host.opened[1], sample.path + "/Student Voting Data.html");
-    EXPECT_NE(summary.controls().lblFolder.text.find(" '" + sample.path + "'  Folder"),
-              std::string::npos);
+    EXPECT_TRUE(test::Holds(summary.controls().lblFolder.text, " '" + sample.path + "'  Folder"));
 }
 
 TEST(RunReports, StopsBeforeWritingAnything) {

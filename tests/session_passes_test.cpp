@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "logs/QuestionName.h"
 #include "reports/Reports.h"

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
 #include "scoring/SessionStore.h"
@@ -59,11 +57,10 @@ TEST(SessionStore, WarnsOfTwoClickersOfOneStudentInOneSession) {
     EXPECT_TRUE(warning.style.table);  // its columns line up only in a fixed-width font
     std::string row = "1" + std::string(9, ' ') + "S2" + std::string(18, ' ') + "A2,A22" +
                       std::string(23, ' ') + "09/08/2026-2";
-    EXPECT_NE(warning.text.find("SrNo   StudentID          Registered Clicker(s)             "
-                                "Affected Session(s)\r\n" +
-                                row),
-              std::string::npos)
-        << warning.text;
+    EXPECT_TRUE(test::Holds(warning.text,
+                            "SrNo   StudentID          Registered Clicker(s)             "
+                            "Affected Session(s)\r\n" +
+                                row));
 }
 
 TEST(SessionStore, MultiRemoteReportKeepsItsColumnWidths) {

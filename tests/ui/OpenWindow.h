@@ -1,11 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <string>
 
 #include "../TestSupport.h"
-#include "common/Course.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 

@@ -1,15 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLineEdit>
-#include <QMouseEvent>
-#include <QPushButton>
 #include <QScrollBar>
-#include <string>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"

@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <cstdlib>
-#include <string>
 
 #include "../TestSupport.h"
 #include "QtEnvironment.h"
 #include "common/History.h"
-#include "common/RecordingHost.h"
 #include "ui/HistoryWindow.h"
 
 namespace tallory {
@@ -93,7 +88,7 @@ TEST(HistoryWindow, AChangedFileIsNamedAndNoLeavesIt) {
     window.List()->setCurrentItem(window.List()->topLevelItem(3));
     window.UndoChosen();
     ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("SessionData/L2609081000.csv"), std::string::npos);
+    EXPECT_TRUE(test::Holds(host.messages[0].text, "SessionData/L2609081000.csv"));
     EXPECT_EQ(course.Read("SessionData/L2609081000.csv"), changed);
     EXPECT_EQ(reloads, 0);
     EXPECT_EQ(window.List()->topLevelItemCount(), 4);

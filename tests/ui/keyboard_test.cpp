@@ -1,27 +1,15 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTest>
 #include <algorithm>
-#include <functional>
-#include <string>
-#include <vector>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
 #include "scoring/ScreenParts.h"
 #include "ui/CommandLabel.h"
 #include "ui/CourseListDialog.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -10,10 +7,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "../TestSupport.h"
 #include "QtEnvironment.h"
@@ -192,12 +185,10 @@ TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
     EXPECT_EQ(shownDuring, 0) << "told only once the command has ended";
     ASSERT_EQ(texts.size(), 1u);
     const std::string& text = texts[0];
-    EXPECT_EQ(text.rfind("3 files were not saved; each stands as it was before.", 0), 0u) << text;
+    EXPECT_TRUE(test::BeginsWith(text, "3 files were not saved; each stands as it was before."));
     for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
-        EXPECT_NE(text.find("cannot write " + course.File(log) + ": the disk is full"),
-                  std::string::npos)
-            << text;
-    EXPECT_NE(text.find("is being written by another program"), std::string::npos) << text;
+        EXPECT_TRUE(test::Holds(text, "cannot write " + course.File(log) + ": the disk is full"));
+    EXPECT_TRUE(test::Holds(text, "is being written by another program"));
     EXPECT_EQ(course.Read("SessionData/L2609011000.csv"), "old");
     EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
 }

@@ -1,28 +1,19 @@
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTest>
 #include <QWheelEvent>
-#include <map>
 #include <set>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
 #include "ui/Accessibility.h"
 #include "ui/CommandLabel.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {

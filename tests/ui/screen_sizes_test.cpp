@@ -3,38 +3,25 @@
 // process of its own: the test of a screen starts this program again on a virtual screen of that
 // size, which opens the demo course and its windows and measures them.
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
-#include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTextDocument>
-#include <QTimer>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
-#include <string>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "Widgets.h"
 #include "start/ProgramStart.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 #include "ui/ScreenFit.h"
 
 namespace tallory {

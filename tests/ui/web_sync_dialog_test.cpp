@@ -1,16 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
-#include <QTimer>
 #include <chrono>
 #include <cstdlib>
 
 #include "../LocalHttpServer.h"
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
