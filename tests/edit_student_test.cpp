@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <filesystem>
 
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
@@ -201,17 +200,12 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
 // refused and stays as it was, and every other log keeps its answers and its participation points.
 TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
     test::TempCourse course;
-    course.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    course.CopyFrom(test::DemoCourse());
     const std::string folder = course.Path() + "/SessionData/";
-    std::vector<std::string> logs;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const std::string name = entry.path().filename();
-        if (name[0] == 'L' && entry.path().extension() == ".csv") logs.push_back(name);
-    }
-    std::sort(logs.begin(), logs.end());
-    ASSERT_EQ(logs.size(), 9u);
-    std::vector<std::string> before;
-    for (const std::string& log : logs) before.push_back(course.Log(log));
+    std::map<std::string, std::string> before;  // the logs by name
+    for (const auto& [name, bytes] : test::FolderFiles(folder))
+        if (name[0] == 'L') before[name] = bytes;
+    ASSERT_EQ(before.size(), 9u);
 
     const test::CliResult result =
         test::RunCliOn(course.Path(), {"student", "20260157", "--add", "1a9999", "--yes"});
@@ -220,28 +214,24 @@ TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
     EXPECT_TRUE(test::Holds(result.err, "[Tallory] Unable to store changes to file " + folder +
                                             "L2609221000.csv Changes not saved!"));
 
-    for (size_t i = 0; i < logs.size(); ++i) {
-        const std::string& log = logs[i];
+    for (const auto& [log, old] : before) {
         if (log == "L2609221000.csv") {
-            EXPECT_EQ(course.Log(log), before[i]);
+            EXPECT_EQ(course.Log(log), old);
             continue;
         }
-        for (const char* golden : {"L2609241000.csv", "L2610011000.csv"}) {
-            if (log != golden) continue;
+        if (log == "L2609241000.csv" || log == "L2610011000.csv")
             EXPECT_EQ(course.Log(log),
                       test::ReadBytes(test::DataPath("logs/demo-add-1a9999/" + log)));
-        }
-        Course old, now;
-        test::TempCourse original;
-        original.Write("L.csv", before[i]);
-        ReadSessionLog(old, original.File("L.csv"));
+        Course was, now;
+        course.Write("old.csv", old);
+        ReadSessionLog(was, course.File("old.csv"));
         ReadSessionLog(now, folder + log);
-        EXPECT_EQ(now.SessParticipation, old.SessParticipation) << log;
-        ASSERT_EQ(now.NumVoters, old.NumVoters) << log;
-        ASSERT_EQ(now.NumQuestions, old.NumQuestions) << log;
+        EXPECT_EQ(now.SessParticipation, was.SessParticipation) << log;
+        ASSERT_EQ(now.NumVoters, was.NumVoters) << log;
+        ASSERT_EQ(now.NumQuestions, was.NumQuestions) << log;
         for (int r = 1; r <= now.NumVoters; ++r)
             for (int q = 1; q <= now.NumQuestions; ++q)
-                EXPECT_EQ(now.Votes[r].Answer[q], old.Votes[r].Answer[q])
+                EXPECT_EQ(now.Votes[r].Answer[q], was.Votes[r].Answer[q])
                     << log << " voter " << r << " question " << q;
     }
 }

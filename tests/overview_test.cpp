@@ -9,10 +9,6 @@ namespace {
 
 using nlohmann::json;
 
-std::string DemoCourse() {
-    return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
-}
-
 // The demo course, worked out by hand from its files. Roster.txt holds 30 students (29 named and
 // the bare ID 20269930); RemoteID.csv registers a clicker for every one of them but 20260220
 // (Rossi, Giulia). Each question is worth 1 point for its correct choice; ParticipationRequirement
@@ -37,7 +33,8 @@ std::string DemoCourse() {
 // Nobody else is at risk: every other student attended at least 6 of the 9 sessions and one of the
 // last three.
 TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
-    const test::CliResult result = test::RunCli({"--course", DemoCourse(), "overview", "--json"});
+    const test::CliResult result =
+        test::RunCli({"--course", test::DemoCourse(), "overview", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     const json overview = json::parse(result.out);
 
@@ -117,7 +114,7 @@ struct SmallCourse : test::LoadedCourse {
     }
 };
 
-TEST(Overview, QuestionsCountEveryVoterWithALetter) {
+TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
     SmallCourse folder;
     const CourseOverview overview = MakeCourseOverview(folder.course);
     // Session, question, answered, correct ("-" for none).
@@ -145,11 +142,8 @@ TEST(Overview, QuestionsCountEveryVoterWithALetter) {
     const std::vector<std::pair<std::string, std::string>> expectedAtRisk = {
         {"S1", "Doe, Jane"}, {"S3", "Solo"}, {"S4", "<b>&Co, Al's"}};
     EXPECT_EQ(atRisk, expectedAtRisk);
-}
 
-TEST(Overview, PageStandsAloneAndEscapesNames) {
-    SmallCourse folder;
-    const CourseOverview overview = MakeCourseOverview(folder.course);
+    // The page stands alone and escapes the names.
     folder.Write("Reports/SessionSummary_2.html", "<html></html>");
     const std::string page = OverviewPageText(folder.course, overview);
     EXPECT_TRUE(test::Holds(page, "&lt;b&gt;&amp;Co, Al&#39;s"));

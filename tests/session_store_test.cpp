@@ -20,7 +20,7 @@ struct SmallCourse : test::LoadedCourse {
     }
 };
 
-TEST(SessionStore, FoldsEveryLogIntoStudents) {
+TEST(SessionStore, FoldsEveryLogIntoStudentsAndWarnsOfTwoClickersOfOne) {
     SmallCourse loaded;
     const Course& course = loaded.course;
     ASSERT_EQ(course.NumSessions, 3);
@@ -46,10 +46,8 @@ TEST(SessionStore, FoldsEveryLogIntoStudents) {
     EXPECT_EQ(SessionLabel(course, 1), "09/08/2026");
     EXPECT_EQ(SessionLabel(course, 2), "09/08/2026-2");
     EXPECT_EQ(SessionLabel(course, 3), "Review");
-}
 
-TEST(SessionStore, WarnsOfTwoClickersOfOneStudentInOneSession) {
-    SmallCourse loaded;
+    // The load warns of S2's two clickers in session 2.
     ASSERT_EQ(loaded.host.messages.size(), 1u);
     const auto& warning = loaded.host.messages[0];
     EXPECT_EQ(warning.title, "Warning - Multiple clickers Registered with one Student");

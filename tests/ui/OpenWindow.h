@@ -15,8 +15,7 @@ struct OpenWindow {
     std::unique_ptr<MainWindow> window;
 
     explicit OpenWindow(const std::string& folder, bool largeFonts = false) {
-        course.AppPath = folder;
-        course.ProgramFolder = folder;
+        course.AppPath = course.ProgramFolder = folder;
         window = std::make_unique<MainWindow>(course, host, largeFonts);
         window->show();
         window->Load();

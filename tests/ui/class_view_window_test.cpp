@@ -187,28 +187,22 @@ TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
     EXPECT_EQ(table->currentIndex(), fixture.model->index(0, 0));
     EXPECT_TRUE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
     EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenSession")->isEnabled());
-    bool opened = false;
-    WhenOpen("frmEditStudent", [&](QDialog& dialog) {
-        opened = true;
+    test::Opening student("frmEditStudent", [&](QDialog& dialog) {
         EXPECT_EQ(Find(dialog, "lblStudentID")->text(), QString::fromStdString(IdOf(42)));
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
     PressKey(table, Qt::Key_Return);
-    EXPECT_TRUE(opened);
 
     // Open Session on a session's column renames it; the heading follows at once.
     const int day2 = ClassView::kFirstSessionColumn + 1;
     table->setCurrentIndex(fixture.model->index(0, day2));
-    opened = false;
-    WhenOpen("frmEditSession", [&](QDialog& dialog) {
-        opened = true;
+    test::Opening session("frmEditSession", [&](QDialog& dialog) {
         auto* title = Find<QLineEdit>(dialog, "txtSessionName");
         PressKey(title, Qt::Key_A, Qt::ControlModifier);
         Type(title, "Lab on springs");
         Find<QPushButton>(dialog, "cmdSave")->click();
     });
     Find<QPushButton>(fixture.view, "cmdOpenSession")->click();
-    EXPECT_TRUE(opened);
     EXPECT_EQ(fixture.model->headerData(day2, Qt::Horizontal), "Lab on sprin");
     EXPECT_EQ(fixture.model->headerData(day2, Qt::Horizontal, Qt::ToolTipRole), "Lab on springs");
     // The search and the chosen student outlive the refresh.
@@ -218,14 +212,11 @@ TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
 
 TEST(ClassViewWindow, OpensFromTheMainWindow) {
     test::CourseWindow opened(WriteClass);
-    bool shown = false;
-    WhenOpen("frmClassView", [&](QDialog& dialog) {
-        shown = true;
+    test::Opening classView("frmClassView", [&](QDialog& dialog) {
         EXPECT_EQ(dialog.findChild<QTableView*>("tblClass")->model()->rowCount(), kStudents + 2);
         dialog.close();
     });
     Find<QPushButton>(*opened.window, "cmdClassView")->click();
-    EXPECT_TRUE(shown);
 }
 
 }  // namespace

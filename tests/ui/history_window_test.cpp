@@ -16,7 +16,7 @@ struct ChangedCourse : test::TempCourse {
     std::string renamed;
     ChangedCourse() {
         ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
-        CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+        CopyFrom(test::DemoCourse());
         for (const std::vector<std::string>& words :
              {std::vector<std::string>{"set-scores", "1", "--participation", "2"},
               {"rename", "2", "Vectors review"},

@@ -62,8 +62,7 @@ TEST(EditStudentDialog, DeletesAStrayClickersLogsAfterAsking) {
     WhenOpen("frmEditStudent", [](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "Label4")->text(), "Unregistered Clicker");
         EXPECT_FALSE(Find<QPushButton>(dialog, "CmdAdd")->isEnabled());
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "cmdRemove")->click();
     });
     Click(fixture.Name(5));
@@ -102,8 +101,7 @@ TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
             EXPECT_TRUE(Find<QCheckBox>(again, "ChkSelect1")->isChecked());
             again.reject();
         });
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
@@ -116,8 +114,7 @@ TEST(GhostRemoteDialog, DeletingTickedClickersReloadsTheGrid) {
     MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
     WhenOpen("frmGhostRemote", [](QDialog& dialog) {
         Find<QPushButton>(dialog, "CmdSelectAll")->click();
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
@@ -206,10 +203,8 @@ TEST(PreviewDialog, ComesBeforeAPurge) {
 TEST(PreviewDialog, ComesBeforeAClickerIsAdded) {
     Fixture fixture;
     const auto before = test::FolderFiles(fixture.folder.Path());
-    bool shown = false;
     WhenOpen("frmEditStudent", [&](QDialog& dialog) {
-        WhenOpen("PreviewDialog", [&](QDialog& preview) {
-            shown = true;
+        test::Opening look("PreviewDialog", [&](QDialog& preview) {
             EXPECT_NE(Find<QLabel>(preview, "PreviewSummary")->text().indexOf("This changes "), -1);
             Find<QPushButton>(preview, "PreviewCancel")->click();
         });
@@ -219,7 +214,6 @@ TEST(PreviewDialog, ComesBeforeAClickerIsAdded) {
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
     test::Click(Find<QLabel>(*fixture.window, "lblStudentName3"));
-    EXPECT_TRUE(shown);
     EXPECT_EQ(test::FolderFiles(fixture.folder.Path()), before);
 }
 

@@ -26,9 +26,8 @@ constexpr const char* kNewLine =
 class LiveCourse : public testing::Test {
   protected:
     void SetUp() override {
-        demo_.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
-        course_.AppPath = demo_.Path();
-        course_.ProgramFolder = demo_.Path();
+        demo_.CopyFrom(test::DemoCourse());
+        course_.AppPath = course_.ProgramFolder = demo_.Path();
         window_ = std::make_unique<MainWindow>(course_, host_, false);
         window_->show();
         // Every message box is answered, so that no test can wait on one for good; the demo
@@ -197,14 +196,13 @@ TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
 // that it could not.
 TEST(UnsavedFiles, TheStartSaysWhenTheSettingsCannotBeSaved) {
     test::TempCourse demo;
-    demo.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    demo.CopyFrom(test::DemoCourse());
     const std::string config =
         "\"CourseName\" ,\"Physics\" ,\"\"\r\n"
         "\"tallory.exe.major\" ,\"0\" ,\"\"\r\n";
     demo.Write("SessionData/Config.csv", config);
     Course course;
-    course.AppPath = demo.Path();
-    course.ProgramFolder = demo.Path();
+    course.AppPath = course.ProgramFolder = demo.Path();
     QtHost host;
     MainWindow window(course, host, false);
     window.show();

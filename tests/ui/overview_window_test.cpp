@@ -88,15 +88,12 @@ TEST(OverviewWindow, ANameOpensTheStudentAsTheGridDoes) {
     QTableWidget* atRisk = fixture.overview.AtRiskTable();
     atRisk->setFocus();
     atRisk->setCurrentCell(1, 0);
-    bool opened = false;
-    WhenOpen("frmEditStudent", [&](QDialog& dialog) {
-        opened = true;
+    test::Opening student("frmEditStudent", [&](QDialog& dialog) {
         EXPECT_EQ(Find(dialog, "lblStudentID")->text(), "S3");
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(atRisk, &enter);
-    EXPECT_TRUE(opened);
     EXPECT_EQ(atRisk->currentRow(), 1);
 }
 
@@ -113,15 +110,12 @@ TEST(OverviewWindow, WritesThePageAndOpensIt) {
 
 TEST(OverviewWindow, OpensFromTheMainWindow) {
     test::CourseWindow opened(WriteCourse);
-    bool shown = false;
-    WhenOpen("frmOverview", [&](QDialog& dialog) {
-        shown = true;
+    test::Opening overview("frmOverview", [&](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Course Overview");
         EXPECT_EQ(dialog.findChild<QTableWidget*>("tblAtRisk")->rowCount(), 3);
         dialog.close();
     });
     Find<QPushButton>(*opened.window, "cmdOverview")->click();
-    EXPECT_TRUE(shown);
 }
 
 }  // namespace
