@@ -8,12 +8,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "../TestSupport.h"
+#include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "common/AtomicFile.h"
 #include "common/Text.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
@@ -161,17 +159,15 @@ std::vector<std::string> MessagesOf(const std::function<void()>& work) {
 
 TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
     test::TempCourse course;
-    for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
-        course.Write(log, "old");
-    course.Write("SessionData/RemoteID.csv", "old");
+    const char* const files[] = {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv",
+                                 "SessionData/RemoteID.csv"};
+    for (const char* file : files) course.Write(file, "old");
     QtHost host;
     SetWriteFault(WriteFault{WriteStep::Write, ENOSPC, "SessionData/L2609"});
     int shownDuring = -1;
     const std::vector<std::string> texts = MessagesOf([&] {
         RunGuarded(host, [&] {
-            ReplaceFile(course.File("SessionData/L2609011000.csv"), "new", nullptr, &host);
-            ReplaceFile(course.File("SessionData/L2609021000.csv"), "new", nullptr, &host);
-            ReplaceFile(course.File("SessionData/RemoteID.csv"), "new", nullptr, &host);
+            for (const char* file : files) ReplaceFile(course.File(file), "new", nullptr, &host);
             AtomicFile guarded(course.File("SessionData/RemoteID.csv"), &host);
             guarded.Open();
             guarded.Refuse(course.File("SessionData/RemoteID.csv") +
@@ -201,17 +197,12 @@ TEST(UnsavedFiles, TheStartSaysWhenTheSettingsCannotBeSaved) {
         "\"CourseName\" ,\"Physics\" ,\"\"\r\n"
         "\"tallory.exe.major\" ,\"0\" ,\"\"\r\n";
     demo.Write("SessionData/Config.csv", config);
-    Course course;
-    course.AppPath = course.ProgramFolder = demo.Path();
-    QtHost host;
-    MainWindow window(course, host, false);
-    window.show();
     SetWriteFault(WriteFault{WriteStep::Open, EROFS, "Config.csv"});
-    const std::vector<std::string> texts = MessagesOf([&] { window.Load(); });
+    const std::vector<std::string> texts =
+        MessagesOf([&] { test::OpenWindow opened(demo.Path()); });
     SetWriteFault(std::nullopt);
     const std::string expected =
-        "A file was not saved; it stands as it was before.\n\ncannot "
-        "create a file beside " +
+        "A file was not saved; it stands as it was before.\n\ncannot create a file beside " +
         demo.File("SessionData/Config.csv") + ": the disk is read-only";
     EXPECT_EQ(std::count(texts.begin(), texts.end(), expected), 1);
     EXPECT_EQ(demo.Read("SessionData/Config.csv"), config);
