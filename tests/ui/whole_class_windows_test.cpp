@@ -316,14 +316,15 @@ TEST(WholeClassWindows, OpenFromTheMainWindow) {
     const std::tuple<void (*)(const TempCourse&), const char*, const char*, const char*, int,
                      const char*>
         windows[] = {
-            {WriteClass, "cmdClassView", "frmClassView", "tblClass", kStudents + 2, nullptr},
+            {WriteClass, "cmdClassView", "frmClassView", "tblClass", kStudents + 2,
+             "Tallory - Whole Class"},
             // Three students at risk.
             {WriteCourse, "cmdOverview", "frmOverview", "tblAtRisk", 3, "Course Overview"},
         };
     for (const auto& [write, button, name, table, rows, title] : windows) {
         test::CourseWindow opened(write);
         test::Opening window(name, [&](QDialog& dialog) {
-            if (title) EXPECT_EQ(dialog.windowTitle(), title);
+            EXPECT_EQ(dialog.windowTitle(), title);
             EXPECT_EQ(dialog.findChild<QTableView*>(table)->model()->rowCount(), rows);
             dialog.close();
         });
