@@ -23,13 +23,36 @@ std::string Polling(const std::vector<std::string>& names,
     return test::LogText(PollingPlan(names, voters));
 }
 
-struct LogReading {
+constexpr const char* kLog = "SessionData/L2609151030.csv";
+
+// A course folder holding one log. ReadText takes a text into the tables as the load reads a log;
+// Rewrite reads the log, scores it and writes it back in place, as every edit of a session does.
+struct LogFile {
     test::TempCourse folder;
     Course course;
+    RecordingHost host;
 
-    void Read(const std::string& text) {
-        folder.Write("SessionData/L2609151030.csv", text);
-        ReadSessionLog(course, folder.File("SessionData/L2609151030.csv"));
+    explicit LogFile(const std::string& text = "") {
+        folder.Write(kLog, text);
+        course.AppPath = folder.Path();
+    }
+    std::string Path() const { return folder.File(kLog); }
+    void ReadText(const std::string& text) {
+        folder.Write(kLog, text);
+        ReadSessionLog(course, Path());
+    }
+    void Read() {
+        ReadSessionLog(course, Path());
+        RecomputeSession(course);
+    }
+    bool Write(std::string_view remote = "", std::string_view student = "", int16_t drop = 0) {
+        return WriteSessionLog(course, host, Path(), remote, student, drop);
+    }
+    std::string Rewrite(std::string_view remote = "", std::string_view student = "",
+                        int16_t drop = 0) {
+        Read();
+        EXPECT_TRUE(Write(remote, student, drop));
+        return folder.Read(kLog);
     }
 };
 
@@ -73,8 +96,8 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
     };
     for (const auto& [line1, performance, participation, minReply, minCorrect, title, deleted] :
          cases) {
-        LogReading log;
-        log.Read(std::string(line1) + "\r\n");
+        LogFile log;
+        log.ReadText(std::string(line1) + "\r\n");
         EXPECT_EQ(log.course.SessPerformance, performance) << line1;
         EXPECT_EQ(log.course.SessParticipation, participation) << line1;
         EXPECT_EQ(log.course.SessMinReply, minReply) << line1;
@@ -85,12 +108,12 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
 }
 
 TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
-    LogReading log;
+    LogFile log;
     std::string text = Polling({"Q1|Y", " Why? ", "Q3|y", "Q4", "Q5", "Q6", "Q"});
     size_t line5 = text.find("Correct Answer");
     text.replace(line5, text.find("\r\nResponse A") - line5,
                  "Correct Answer, , ,,, , , , , ,, , , , ,C,, , , , ,BC,, , , , ,c,, , , , ,4,,");
-    log.Read(text);
+    log.ReadText(text);
     const Course& course = log.course;
     ASSERT_EQ(course.NumQuestions, 7);
     struct Case {
@@ -109,9 +132,9 @@ TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
 }
 
 TEST(SessionLog, RemotesAndStudentsOfDataLines) {
-    LogReading log;
+    LogFile log;
     AddRemote(log.course, "12AB34", "S1");
-    log.Read(
+    log.ReadText(
         Polling({"Q1"}, {{"#0012AB34", "", {"A"}}, {"12ab34", "S9", {"B"}}, {"#000", "", {""}}}));
     const Course& course = log.course;
     ASSERT_EQ(course.NumVoters, 3);
@@ -122,11 +145,11 @@ TEST(SessionLog, RemotesAndStudentsOfDataLines) {
 }
 
 TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
-    LogReading log;
-    log.Read(Polling({"Q1", "Q2"}, {{"#A1", "", {"B", "B"}}}));
+    LogFile log;
+    log.ReadText(Polling({"Q1", "Q2"}, {{"#A1", "", {"B", "B"}}}));
     ASSERT_EQ(log.course.Votes[1].Answer[2], 2);
     // The second log's line stops after question 1, and its values there do not convert.
-    log.Read(Polling({"Q1", "Q2"}, {test::RawLine("#A1, , 0 ,C , x , y , z ,D , w ,")}));
+    log.ReadText(Polling({"Q1", "Q2"}, {test::RawLine("#A1, , 0 ,C , x , y , z ,D , w ,")}));
     const VoteRec& vote = log.course.Votes[1];
     EXPECT_EQ(vote.Answer[1], 3);
     EXPECT_EQ(vote.FinalTime[1], 5);
@@ -149,8 +172,8 @@ TEST(SessionLog, BlankAndShortLinesTakeNoRowButMayCountAVoter) {
         {{a, test::RawLine("#C3, , 4"), b}, 2, "C3"},    // no group: takes a row, not counted
     };
     for (const auto& c : cases) {
-        LogReading log;
-        log.Read(Polling({"Q1"}, c.data));
+        LogFile log;
+        log.ReadText(Polling({"Q1"}, c.data));
         EXPECT_EQ(log.course.NumVoters, c.voters) << &c - cases;
         EXPECT_EQ(log.course.Votes[2].RemoteId, c.secondRemote) << &c - cases;
     }
@@ -175,9 +198,9 @@ TEST(SessionLog, HeaderEndsAndFailures) {
         {full, 2, 1},
     };
     for (const auto& [text, questions, voters] : cases) {
-        LogReading log;
+        LogFile log;
         log.course.NumQuestions = 5;
-        log.Read(text);
+        log.ReadText(text);
         EXPECT_EQ(log.course.NumQuestions, questions) << text;
         EXPECT_EQ(log.course.NumVoters, voters) << text;
     }
@@ -196,10 +219,10 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
          "{log}, line 4011"},
     };
     for (const auto& [voters, number, expected] : cases) {
-        LogReading log;
-        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, voters)); });
+        LogFile log;
+        const test::Ending ending = test::EndingOf([&] { log.ReadText(Polling({"Q1"}, voters)); });
         std::string message = expected;
-        message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
+        message.replace(message.find("{log}"), 5, log.Path());
         EXPECT_EQ(ending.number, number);
         EXPECT_EQ(ending.message, message);
     }
@@ -210,37 +233,8 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
 using test::DataPath;
 using test::ReadBytes;
 
-constexpr const char* kLog = "SessionData/L2609151030.csv";
-
-// A course folder holding one log; Rewrite reads it, scores it and writes it back in place, as
-// every edit of a session does.
-struct LogRewrite {
-    test::TempCourse folder;
-    Course course;
-    RecordingHost host;
-
-    explicit LogRewrite(const std::string& text) {
-        folder.Write(kLog, text);
-        course.AppPath = folder.Path();
-    }
-    std::string Path() const { return folder.File(kLog); }
-    void Read() {
-        ReadSessionLog(course, Path());
-        RecomputeSession(course);
-    }
-    bool Write(std::string_view remote = "", std::string_view student = "", int16_t drop = 0) {
-        return WriteSessionLog(course, host, Path(), remote, student, drop);
-    }
-    std::string Rewrite(std::string_view remote = "", std::string_view student = "",
-                        int16_t drop = 0) {
-        Read();
-        EXPECT_TRUE(Write(remote, student, drop));
-        return folder.Read(kLog);
-    }
-};
-
 TEST(SessionLogWriter, RewritesAPollingLogAndThenKeepsItAsItIs) {
-    LogRewrite log(ReadBytes(DataPath("logs/L2609151030.csv")));
+    LogFile log(ReadBytes(DataPath("logs/L2609151030.csv")));
     ReadRemoteIds(log.course, log.host, DataPath("logs/RemoteID.csv"));
     std::string first = log.Rewrite();
     EXPECT_EQ(first, ReadBytes(DataPath("logs/L2609151030.rewritten.csv")));
@@ -252,7 +246,7 @@ TEST(SessionLogWriter, RewritesAPollingLogAndThenKeepsItAsItIs) {
 TEST(SessionLogWriter, TitleWithoutMarkAndNoVotersEndWithResponseE) {
     test::LogPlan plan = PollingPlan({"why's"});
     plan.title = "Review |y";
-    LogRewrite log(LogText(plan));
+    LogFile log(LogText(plan));
     std::string text = log.Rewrite();
     EXPECT_EQ(text.substr(0, text.find("\r\n")),
               "Scoring,  Performance =  10 , Participation =  1 , Min Reply =  0 , "
@@ -276,7 +270,7 @@ TEST(SessionLogWriter, RefusalKeepsTheOldFileAndSaysSo) {
          [](Course& course) { course.Votes[1].FirstAnswer[1] = 9; }},
     };
     for (const auto& c : cases) {
-        LogRewrite log(original);
+        LogFile log(original);
         log.Read();
         c.spoil(log.course);
         EXPECT_FALSE(log.Write()) << c.what;
@@ -293,7 +287,7 @@ TEST(SessionLogWriter, ClickerLinesDroppedOrHandedBackToTheirOwner) {
     const std::string text =
         LogText(PollingPlan({"Q1"}, {{"#A1", "S9", {"A"}}, {"#B2", "", {"A"}}}));
     {
-        LogRewrite log(text);
+        LogFile log(text);
         std::string written = log.Rewrite("#00a1", "", -1);
         EXPECT_FALSE(test::Holds(written, "#A1,"));
         // Counted before the line was dropped: the count follows at the next rewrite.
@@ -301,7 +295,7 @@ TEST(SessionLogWriter, ClickerLinesDroppedOrHandedBackToTheirOwner) {
         EXPECT_TRUE(test::Holds(log.Rewrite(), "Response A,    ,   , 1 , 1 ,"));
     }
     {
-        LogRewrite log(text);
+        LogFile log(text);
         AddRemote(log.course, "A1", "S1");
         std::string written = log.Rewrite("a1", "S1", 0);
         EXPECT_TRUE(test::Holds(written, "\r\n#A1,\"\", 1 ,"));
@@ -315,7 +309,7 @@ TEST(SessionLogWriter, AnonymousQuestionsKeepTheirCountsAndEarnNothing) {
     test::LogPlan plan =
         PollingPlan({"Q1", "Q2"}, {{"#A1", "", {"X", "A"}}, {"#B2", "", {"x", "B"}}});
     plan.questions[0].counts[0] = 4;
-    LogRewrite log(LogText(plan));
+    LogFile log(LogText(plan));
     std::string text = log.Rewrite();
     EXPECT_TRUE(test::Holds(text, "Response A,    ,   , 4 ,0,, , , , 1 , 1 ,"));
     EXPECT_TRUE(test::Holds(text, "Response B,    ,   , 0 ,0,, , , , 1 , .5 ,"));
@@ -324,7 +318,7 @@ TEST(SessionLogWriter, AnonymousQuestionsKeepTheirCountsAndEarnNothing) {
 }
 
 TEST(SessionLogWriter, AnonymousAnswerWipesTheFileTotalSoFar) {
-    LogRewrite log(LogText(PollingPlan({"Q1", "Q2", "Q3"}, {{"#A1", "", {"A", "X", "B"}}})));
+    LogFile log(LogText(PollingPlan({"Q1", "Q2", "Q3"}, {{"#A1", "", {"A", "X", "B"}}})));
     EXPECT_TRUE(test::Holds(log.Rewrite(), "\r\n#A1, , .5 ,"));
 }
 
