@@ -171,11 +171,42 @@ std::string DataPath(std::string_view relative) {
     return std::string(TALLORY_TEST_DATA) + "/" + std::string(relative);
 }
 
-CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
-                   const std::vector<std::string>& more) {
+std::string DemoCourse() {
+    return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
+}
+
+testing::AssertionResult Holds(const std::string& text, std::string_view part) {
+    auto result = text.find(part) != std::string::npos ? testing::AssertionSuccess()
+                                                       : testing::AssertionFailure();
+    return result << "'" << part << "' in:\n" << text;
+}
+
+testing::AssertionResult BeginsWith(const std::string& text, std::string_view start) {
+    auto result =
+        text.rfind(start, 0) == 0 ? testing::AssertionSuccess() : testing::AssertionFailure();
+    return result << "'" << start << "' at the start of:\n" << text;
+}
+
+nlohmann::json GridOf(const TempCourse& course) {
+    const CliResult result = RunCliOn(course.Path(), {"grid", "--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    nlohmann::json grid = nlohmann::json::parse(result.out, nullptr, false);
+    if (grid.is_discarded()) return grid;
+    grid.erase("course");
+    grid.erase("messages");
+    return grid;
+}
+
+std::vector<std::string> CliArguments(const std::string& course, std::vector<std::string> command,
+                                      const std::vector<std::string>& more) {
     command.insert(command.begin(), {"--course", course});
     command.insert(command.end(), more.begin(), more.end());
-    return RunCli(command);
+    return command;
+}
+
+CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
+                   const std::vector<std::string>& more) {
+    return RunCli(CliArguments(course, std::move(command), more));
 }
 
 Ending EndingOf(const std::function<void()>& work) {

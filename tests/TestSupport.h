@@ -1,7 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -103,6 +106,9 @@ class CliProcess {
 
 // Runs tallory-cli with the arguments; standard input is empty.
 CliResult RunCli(const std::vector<std::string>& arguments);
+// The arguments of tallory-cli on the course folder: --course, the command's words, then `more`.
+std::vector<std::string> CliArguments(const std::string& course, std::vector<std::string> command,
+                                      const std::vector<std::string>& more = {});
 // Runs tallory-cli on the course folder: --course, the command's words, then `more`.
 CliResult RunCliOn(const std::string& course, std::vector<std::string> command,
                    const std::vector<std::string>& more = {});
@@ -123,5 +129,15 @@ Ending EndingOf(const std::function<void()>& work);
 
 // Folder of golden files and sample logs of the tests.
 std::string DataPath(std::string_view relative);
+// The demo course the program ships with.
+std::string DemoCourse();
+
+// Whether `text` holds `part` (or begins with it); either way the message shows the whole text.
+testing::AssertionResult Holds(const std::string& text, std::string_view part);
+testing::AssertionResult BeginsWith(const std::string& text, std::string_view start);
+
+// The grid of the course as the next command opens it, without the course's name (its folder's)
+// and the messages of the load.
+nlohmann::json GridOf(const TempCourse& course);
 
 }  // namespace tallory::test

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "common/Text.h"
 #include "grid/ClassView.h"
 #include "grid/ScoreGrid.h"

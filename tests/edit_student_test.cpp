@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <filesystem>
 
 #include "TestSupport.h"
 #include "grid/CourseLoad.h"
@@ -164,9 +161,9 @@ TEST(EditStudent, RemovingAClickerAsksFirstAndNamesTheFirstRemote) {
     // The pass named S2's first clicker, not 777: its line lost the borrowed ID S9, and the
     // 777 line is still there.
     const std::string after = fixture.Log(kFirstLog);
-    EXPECT_NE(log.find("\"S9\""), std::string::npos);
-    EXPECT_EQ(after.find("\"S9\""), std::string::npos);
-    EXPECT_NE(after.find("#777,"), std::string::npos);
+    EXPECT_TRUE(test::Holds(log, "\"S9\""));
+    EXPECT_FALSE(test::Holds(after, "\"S9\""));
+    EXPECT_TRUE(test::Holds(after, "#777,"));
     EXPECT_EQ(fixture.screen.redraws, 0);
 }
 
@@ -191,9 +188,9 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
         ASSERT_EQ(fixture.host.messages.size(), 2u);
         EXPECT_EQ(test::Messages(fixture.host)[1],
                   "[Tallory] ABC123 records deleted from the log files.");
-        EXPECT_EQ(fixture.Log(kFirstLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.Log(kSecondLog).find("#ABC123"), std::string::npos);
-        EXPECT_EQ(fixture.Remotes().find("ABC123"), std::string::npos);
+        EXPECT_FALSE(test::Holds(fixture.Log(kFirstLog), "#ABC123"));
+        EXPECT_FALSE(test::Holds(fixture.Log(kSecondLog), "#ABC123"));
+        EXPECT_FALSE(test::Holds(fixture.Remotes(), "ABC123"));
         EXPECT_EQ(fixture.screen.redraws, 0);
     }
 }
@@ -203,49 +200,39 @@ TEST(EditStudent, DeletingAStrayClickersLogs) {
 // refused and stays as it was, and every other log keeps its answers and its participation points.
 TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
     test::TempCourse course;
-    course.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    course.CopyFrom(test::DemoCourse());
     const std::string folder = course.Path() + "/SessionData/";
-    std::vector<std::string> logs;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const std::string name = entry.path().filename();
-        if (name[0] == 'L' && entry.path().extension() == ".csv") logs.push_back(name);
-    }
-    std::sort(logs.begin(), logs.end());
-    ASSERT_EQ(logs.size(), 9u);
-    std::vector<std::string> before;
-    for (const std::string& log : logs) before.push_back(course.Log(log));
+    std::map<std::string, std::string> before;  // the logs by name
+    for (const auto& [name, bytes] : test::FolderFiles(folder))
+        if (name[0] == 'L' && name.ends_with(".csv")) before[name] = bytes;
+    ASSERT_EQ(before.size(), 9u);
 
     const test::CliResult result =
         test::RunCliOn(course.Path(), {"student", "20260157", "--add", "1a9999", "--yes"});
     // Every log but the refused one was written: the command says so by its status.
     EXPECT_EQ(result.status, 3) << result.err;
-    EXPECT_NE(result.err.find("[Tallory] Unable to store changes to file " + folder +
-                              "L2609221000.csv Changes not saved!"),
-              std::string::npos)
-        << result.err;
+    EXPECT_TRUE(test::Holds(result.err, "[Tallory] Unable to store changes to file " + folder +
+                                            "L2609221000.csv Changes not saved!"));
 
-    for (size_t i = 0; i < logs.size(); ++i) {
-        const std::string& log = logs[i];
+    for (const auto& [log, old] : before) {
         if (log == "L2609221000.csv") {
-            EXPECT_EQ(course.Log(log), before[i]);
+            EXPECT_EQ(course.Log(log), old);
             continue;
         }
-        for (const char* golden : {"L2609241000.csv", "L2610011000.csv"}) {
-            if (log != golden) continue;
+        if (log == "L2609241000.csv" || log == "L2610011000.csv") {
             EXPECT_EQ(course.Log(log),
                       test::ReadBytes(test::DataPath("logs/demo-add-1a9999/" + log)));
         }
-        Course old, now;
-        test::TempCourse original;
-        original.Write("L.csv", before[i]);
-        ReadSessionLog(old, original.File("L.csv"));
+        Course was, now;
+        course.Write("old.csv", old);
+        ReadSessionLog(was, course.File("old.csv"));
         ReadSessionLog(now, folder + log);
-        EXPECT_EQ(now.SessParticipation, old.SessParticipation) << log;
-        ASSERT_EQ(now.NumVoters, old.NumVoters) << log;
-        ASSERT_EQ(now.NumQuestions, old.NumQuestions) << log;
+        EXPECT_EQ(now.SessParticipation, was.SessParticipation) << log;
+        ASSERT_EQ(now.NumVoters, was.NumVoters) << log;
+        ASSERT_EQ(now.NumQuestions, was.NumQuestions) << log;
         for (int r = 1; r <= now.NumVoters; ++r)
             for (int q = 1; q <= now.NumQuestions; ++q)
-                EXPECT_EQ(now.Votes[r].Answer[q], old.Votes[r].Answer[q])
+                EXPECT_EQ(now.Votes[r].Answer[q], was.Votes[r].Answer[q])
                     << log << " voter " << r << " question " << q;
     }
 }

@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <cstdio>
 
 #include "TestSupport.h"
 #include "common/Paths.h"
-#include "common/RecordingHost.h"
 #include "grid/ScoreGrid.h"
 
 namespace tallory {
@@ -65,13 +62,13 @@ TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
         const GridView& view = open.view();
         EXPECT_EQ(open.grid.PageNo(), pageNo);
         EXPECT_FALSE(view.lblNext.visible);
-        EXPECT_EQ(view.lblPrevious.visible, previous);
-        EXPECT_EQ(view.sessionScroll.visible, previous);
-        EXPECT_EQ(view.sessionScroll.maximum, pageNo);
-        EXPECT_EQ(view.sessionScroll.value, pageNo);
+        EXPECT_EQ(std::tuple(view.lblPrevious.visible, view.sessionScroll.visible),
+                  std::tuple(previous, previous));
+        EXPECT_EQ(std::tuple(view.sessionScroll.maximum, view.sessionScroll.value),
+                  std::tuple(pageNo, pageNo));
         EXPECT_EQ(open.Heading(0), DateOf(pageNo + 1));
-        EXPECT_EQ(view.cmdEdit[3].visible, lastColumnShown);
-        EXPECT_EQ(view.chkExport[3].visible, lastColumnShown);
+        EXPECT_EQ(std::tuple(view.cmdEdit[3].visible, view.chkExport[3].visible),
+                  std::tuple(lastColumnShown, lastColumnShown));
         EXPECT_EQ(open.Heading(3), lastColumnShown ? DateOf(pageNo + 4) : " ");
         EXPECT_EQ(open.Cell(1, 3), lastColumnShown ? "2" : " ");
     }

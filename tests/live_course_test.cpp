@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <fstream>
 
 #include "TestSupport.h"

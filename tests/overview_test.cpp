@@ -1,9 +1,4 @@
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
 #include <filesystem>
-#include <string>
-#include <vector>
 
 #include "TestSupport.h"
 #include "overview/CourseOverview.h"
@@ -13,10 +8,6 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-
-std::string DemoCourse() {
-    return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
-}
 
 // The demo course, worked out by hand from its files. Roster.txt holds 30 students (29 named and
 // the bare ID 20269930); RemoteID.csv registers a clicker for every one of them but 20260220
@@ -42,7 +33,8 @@ std::string DemoCourse() {
 // Nobody else is at risk: every other student attended at least 6 of the 9 sessions and one of the
 // last three.
 TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
-    const test::CliResult result = test::RunCli({"--course", DemoCourse(), "overview", "--json"});
+    const test::CliResult result =
+        test::RunCli({"--course", test::DemoCourse(), "overview", "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     const json overview = json::parse(result.out);
 
@@ -122,7 +114,7 @@ struct SmallCourse : test::LoadedCourse {
     }
 };
 
-TEST(Overview, QuestionsCountEveryVoterWithALetter) {
+TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
     SmallCourse folder;
     const CourseOverview overview = MakeCourseOverview(folder.course);
     // Session, question, answered, correct ("-" for none).
@@ -150,21 +142,18 @@ TEST(Overview, QuestionsCountEveryVoterWithALetter) {
     const std::vector<std::pair<std::string, std::string>> expectedAtRisk = {
         {"S1", "Doe, Jane"}, {"S3", "Solo"}, {"S4", "<b>&Co, Al's"}};
     EXPECT_EQ(atRisk, expectedAtRisk);
-}
 
-TEST(Overview, PageStandsAloneAndEscapesNames) {
-    SmallCourse folder;
-    const CourseOverview overview = MakeCourseOverview(folder.course);
+    // The page stands alone and escapes the names.
     folder.Write("Reports/SessionSummary_2.html", "<html></html>");
     const std::string page = OverviewPageText(folder.course, overview);
-    EXPECT_NE(page.find("&lt;b&gt;&amp;Co, Al&#39;s"), std::string::npos);
-    EXPECT_EQ(page.find("<b>&Co"), std::string::npos);
+    EXPECT_TRUE(test::Holds(page, "&lt;b&gt;&amp;Co, Al&#39;s"));
+    EXPECT_FALSE(test::Holds(page, "<b>&Co"));
     for (const char* absent : {"<script", "http://", "https://", "<link", "@import", "url("})
-        EXPECT_EQ(page.find(absent), std::string::npos) << absent;
-    EXPECT_NE(page.find("@media print"), std::string::npos);
+        EXPECT_FALSE(test::Holds(page, absent));
+    EXPECT_TRUE(test::Holds(page, "@media print"));
     // Only the summary the reports have written is linked.
-    EXPECT_NE(page.find("href=\"SessionSummary_2.html\""), std::string::npos);
-    EXPECT_EQ(page.find("SessionSummary_1.html"), std::string::npos);
+    EXPECT_TRUE(test::Holds(page, "href=\"SessionSummary_2.html\""));
+    EXPECT_FALSE(test::Holds(page, "SessionSummary_1.html"));
 }
 
 TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
@@ -174,7 +163,7 @@ TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
     json output = json::parse(result.out);
     EXPECT_EQ(output["files"], json::array({"Reports/Overview.html"}));
     EXPECT_EQ(output["unsaved"], json::array());
-    EXPECT_NE(folder.Read("Reports/Overview.html").find("<!DOCTYPE html>"), std::string::npos);
+    EXPECT_TRUE(test::Holds(folder.Read("Reports/Overview.html"), "<!DOCTYPE html>"));
 
     // A file where the Reports folder should be: the page cannot be written.
     test::TempCourse blocked;
@@ -186,8 +175,8 @@ TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
     output = json::parse(result.out);
     EXPECT_EQ(output["files"], json::array());
     EXPECT_EQ(output["unsaved"], json::array({"Reports/Overview.html"}));
-    EXPECT_NE(result.err.find("[Course Overview] The page Reports/Overview.html was not written"),
-              std::string::npos);
+    EXPECT_TRUE(test::Holds(result.err,
+                            "[Course Overview] The page Reports/Overview.html was not written"));
 }
 
 }  // namespace

@@ -1,16 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
 #include "reports/Reports.h"
@@ -42,9 +35,7 @@ struct LoadedSample {
         course.AppPath = path;
         HeadlessScreen screen;
         LoadCourse(course, host, screen, ReadOnlyLoad());
-        host.messages.clear();
-        host.progressTexts.clear();
-        host.progressShown = host.progressHidden = 0;
+        host = RecordingHost();
     }
 
     std::string Read(const std::string& relative) const { return ReadBytes(path + "/" + relative); }
@@ -119,10 +110,7 @@ class GoldenPages : public testing::TestWithParam<GoldenCase> {};
 
 TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
     const GoldenCase& c = GetParam();
-    LoadedSample sample =
-        c.demo
-            ? LoadedSample(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course", "demo-course")
-            : LoadedSample();
+    LoadedSample sample = c.demo ? LoadedSample(test::DemoCourse(), "demo-course") : LoadedSample();
     sample.host.option = OptionChoice{c.mode, false};
     ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
     const std::string written = sample.Read(c.page);
@@ -134,28 +122,26 @@ TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
     EXPECT_EQ(written, ReadBytes(golden)) << c.page;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Reports, GoldenPages,
-    testing::Values(
-        GoldenCase{false, 0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
-        GoldenCase{false, 0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
-        GoldenCase{false, 0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
-        GoldenCase{false, 0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
-        GoldenCase{false, 0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
-        GoldenCase{false, 0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
-        GoldenCase{false, 0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
-        GoldenCase{false, 0, "Student Voting Data.html", "golden/StudentVotingData.html"},
-        GoldenCase{false, 0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
-        GoldenCase{false, 2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
-        GoldenCase{false, 2, "Reports/StudentTermReport.html",
-                   "golden/StudentTermReport.idonly.html"},
-        GoldenCase{false, 4, "Reports/StudentTermReport.html",
-                   "golden/StudentTermReport.remote.html"},
-        GoldenCase{true, 0, "Reports/SessionSummary_1.html", "demo/SessionSummary_1.html"},
-        GoldenCase{true, 0, "Reports/SessionDetail_1.html", "demo/SessionDetail_1.html"},
-        GoldenCase{true, 0, "Term_Session Summary and Review.html", "demo/TermSummary.html"},
-        GoldenCase{true, 0, "Student Voting Data.html", "demo/StudentVotingData.html"},
-        GoldenCase{true, 0, "Reports/StudentTermReport.html", "demo/StudentTermReport.html"}));
+const GoldenCase kGoldenPages[] = {
+    {false, 0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
+    {false, 0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
+    {false, 0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
+    {false, 0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
+    {false, 0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
+    {false, 0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
+    {false, 0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
+    {false, 0, "Student Voting Data.html", "golden/StudentVotingData.html"},
+    {false, 0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
+    {false, 2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
+    {false, 2, "Reports/StudentTermReport.html", "golden/StudentTermReport.idonly.html"},
+    {false, 4, "Reports/StudentTermReport.html", "golden/StudentTermReport.remote.html"},
+    {true, 0, "Reports/SessionSummary_1.html", "demo/SessionSummary_1.html"},
+    {true, 0, "Reports/SessionDetail_1.html", "demo/SessionDetail_1.html"},
+    {true, 0, "Term_Session Summary and Review.html", "demo/TermSummary.html"},
+    {true, 0, "Student Voting Data.html", "demo/StudentVotingData.html"},
+    {true, 0, "Reports/StudentTermReport.html", "demo/StudentTermReport.html"},
+};
+INSTANTIATE_TEST_SUITE_P(Reports, GoldenPages, testing::ValuesIn(kGoldenPages));
 
 // --- the commands ------------------------------------------------------------------------------
 
@@ -193,8 +179,7 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
     ASSERT_EQ(sample.host.opened.size(), 3u);
     for (const std::string& page : sample.host.opened) EXPECT_TRUE(fs::exists(page)) << page;
     EXPECT_EQ(sample.host.opened[1], sample.path + "/Student Voting Data.html");
-    EXPECT_NE(summary.controls().lblFolder.text.find(" '" + sample.path + "'  Folder"),
-              std::string::npos);
+    EXPECT_TRUE(test::Holds(summary.controls().lblFolder.text, " '" + sample.path + "'  Folder"));
 }
 
 TEST(RunReports, StopsBeforeWritingAnything) {
@@ -300,7 +285,7 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
 // --by-name loads the course in last-name order, as the grid shows it, and the pages list the
 // students in that order.
 TEST(ReportCommands, ListStudentsInTheGridsOrder) {
-    const std::string demo = std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
+    const std::string demo = test::DemoCourse();
     for (const char* command : {"report", "term-report"}) {
         for (bool byName : {false, true}) {
             TempCourse course;

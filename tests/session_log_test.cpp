@@ -1,8 +1,10 @@
-#include <gtest/gtest.h>
-
+// Reading a session log into the tables, and writing the tables back as a log.
 #include "TestSupport.h"
+#include "common/Paths.h"
 #include "logs/SessionLog.h"
+#include "logs/SessionLogWriter.h"
 #include "registration/RemoteTable.h"
+#include "scoring/Grading.h"
 
 namespace tallory {
 namespace {
@@ -10,20 +12,47 @@ namespace {
 using test::LogVoter;
 
 // A log of the given questions, where choice A earns 1 point and B .5, and voters.
-std::string Polling(const std::vector<std::string>& names,
-                    const std::vector<LogVoter>& voters = {}) {
+test::LogPlan PollingPlan(const std::vector<std::string>& names,
+                          const std::vector<LogVoter>& voters = {}) {
     test::LogPlan plan = test::QuestionsPlan(names, {1, .5, 0, 0, 0});
     plan.voters = voters;
-    return test::LogText(plan);
+    return plan;
+}
+std::string Polling(const std::vector<std::string>& names,
+                    const std::vector<LogVoter>& voters = {}) {
+    return test::LogText(PollingPlan(names, voters));
 }
 
-struct LogReading {
+constexpr const char* kLog = "SessionData/L2609151030.csv";
+
+// A course folder holding one log. ReadText takes a text into the tables as the load reads a log;
+// Rewrite reads the log, scores it and writes it back in place, as every edit of a session does.
+struct LogFile {
     test::TempCourse folder;
     Course course;
+    RecordingHost host;
 
-    void Read(const std::string& text) {
-        folder.Write("SessionData/L2609151030.csv", text);
-        ReadSessionLog(course, folder.File("SessionData/L2609151030.csv"));
+    explicit LogFile(const std::string& text = "") {
+        folder.Write(kLog, text);
+        course.AppPath = folder.Path();
+    }
+    std::string Path() const { return folder.File(kLog); }
+    void ReadText(const std::string& text) {
+        folder.Write(kLog, text);
+        ReadSessionLog(course, Path());
+    }
+    void Read() {
+        ReadSessionLog(course, Path());
+        RecomputeSession(course);
+    }
+    bool Write(std::string_view remote = "", std::string_view student = "", int16_t drop = 0) {
+        return WriteSessionLog(course, host, Path(), remote, student, drop);
+    }
+    std::string Rewrite(std::string_view remote = "", std::string_view student = "",
+                        int16_t drop = 0) {
+        Read();
+        EXPECT_TRUE(Write(remote, student, drop));
+        return folder.Read(kLog);
     }
 };
 
@@ -67,8 +96,8 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
     };
     for (const auto& [line1, performance, participation, minReply, minCorrect, title, deleted] :
          cases) {
-        LogReading log;
-        log.Read(std::string(line1) + "\r\n");
+        LogFile log;
+        log.ReadText(std::string(line1) + "\r\n");
         EXPECT_EQ(log.course.SessPerformance, performance) << line1;
         EXPECT_EQ(log.course.SessParticipation, participation) << line1;
         EXPECT_EQ(log.course.SessMinReply, minReply) << line1;
@@ -79,12 +108,12 @@ TEST(SessionLog, SettingsLineTakesDefaultsAndTheDeletionMark) {
 }
 
 TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
-    LogReading log;
+    LogFile log;
     std::string text = Polling({"Q1|Y", " Why? ", "Q3|y", "Q4", "Q5", "Q6", "Q"});
     size_t line5 = text.find("Correct Answer");
     text.replace(line5, text.find("\r\nResponse A") - line5,
                  "Correct Answer, , ,,, , , , , ,, , , , ,C,, , , , ,BC,, , , , ,c,, , , , ,4,,");
-    log.Read(text);
+    log.ReadText(text);
     const Course& course = log.course;
     ASSERT_EQ(course.NumQuestions, 7);
     struct Case {
@@ -103,26 +132,24 @@ TEST(SessionLog, QuestionLinesGiveNamesMarksCorrectAnswersAndPoints) {
 }
 
 TEST(SessionLog, RemotesAndStudentsOfDataLines) {
-    LogReading log;
+    LogFile log;
     AddRemote(log.course, "12AB34", "S1");
-    log.Read(
+    log.ReadText(
         Polling({"Q1"}, {{"#0012AB34", "", {"A"}}, {"12ab34", "S9", {"B"}}, {"#000", "", {""}}}));
     const Course& course = log.course;
     ASSERT_EQ(course.NumVoters, 3);
-    EXPECT_EQ(course.Votes[1].RemoteId, "12AB34");
-    EXPECT_EQ(course.Votes[1].StudentId, "S1");
-    EXPECT_EQ(course.Votes[2].RemoteId, "12ab34");
-    EXPECT_EQ(course.Votes[2].StudentId, "S9");
-    EXPECT_EQ(course.Votes[3].RemoteId, "0");
-    EXPECT_EQ(course.Votes[3].StudentId, "#0");
+    const std::pair<std::string, std::string> expected[] = {
+        {"12AB34", "S1"}, {"12ab34", "S9"}, {"0", "#0"}};
+    for (int r = 1; r <= 3; ++r)
+        EXPECT_EQ(std::pair(course.Votes[r].RemoteId, course.Votes[r].StudentId), expected[r - 1]);
 }
 
 TEST(SessionLog, ShortAndBadValuesKeepWhatTheRowHeldBefore) {
-    LogReading log;
-    log.Read(Polling({"Q1", "Q2"}, {{"#A1", "", {"B", "B"}}}));
+    LogFile log;
+    log.ReadText(Polling({"Q1", "Q2"}, {{"#A1", "", {"B", "B"}}}));
     ASSERT_EQ(log.course.Votes[1].Answer[2], 2);
     // The second log's line stops after question 1, and its values there do not convert.
-    log.Read(Polling({"Q1", "Q2"}, {test::RawLine("#A1, , 0 ,C , x , y , z ,D , w ,")}));
+    log.ReadText(Polling({"Q1", "Q2"}, {test::RawLine("#A1, , 0 ,C , x , y , z ,D , w ,")}));
     const VoteRec& vote = log.course.Votes[1];
     EXPECT_EQ(vote.Answer[1], 3);
     EXPECT_EQ(vote.FinalTime[1], 5);
@@ -145,8 +172,8 @@ TEST(SessionLog, BlankAndShortLinesTakeNoRowButMayCountAVoter) {
         {{a, test::RawLine("#C3, , 4"), b}, 2, "C3"},    // no group: takes a row, not counted
     };
     for (const auto& c : cases) {
-        LogReading log;
-        log.Read(Polling({"Q1"}, c.data));
+        LogFile log;
+        log.ReadText(Polling({"Q1"}, c.data));
         EXPECT_EQ(log.course.NumVoters, c.voters) << &c - cases;
         EXPECT_EQ(log.course.Votes[2].RemoteId, c.secondRemote) << &c - cases;
     }
@@ -171,9 +198,9 @@ TEST(SessionLog, HeaderEndsAndFailures) {
         {full, 2, 1},
     };
     for (const auto& [text, questions, voters] : cases) {
-        LogReading log;
+        LogFile log;
         log.course.NumQuestions = 5;
-        log.Read(text);
+        log.ReadText(text);
         EXPECT_EQ(log.course.NumQuestions, questions) << text;
         EXPECT_EQ(log.course.NumVoters, voters) << text;
     }
@@ -192,13 +219,107 @@ TEST(SessionLog, ErrorsEndTheRunNamingFileAndLine) {
          "{log}, line 4011"},
     };
     for (const auto& [voters, number, expected] : cases) {
-        LogReading log;
-        const test::Ending ending = test::EndingOf([&] { log.Read(Polling({"Q1"}, voters)); });
+        LogFile log;
+        const test::Ending ending = test::EndingOf([&] { log.ReadText(Polling({"Q1"}, voters)); });
         std::string message = expected;
-        message.replace(message.find("{log}"), 5, log.folder.File("SessionData/L2609151030.csv"));
+        message.replace(message.find("{log}"), 5, log.Path());
         EXPECT_EQ(ending.number, number);
         EXPECT_EQ(ending.message, message);
     }
+}
+
+// ---- Writing ----------------------------------------------------------------------------------
+
+using test::DataPath;
+using test::ReadBytes;
+
+TEST(SessionLogWriter, RewritesAPollingLogAndThenKeepsItAsItIs) {
+    LogFile log(ReadBytes(DataPath("logs/L2609151030.csv")));
+    ReadRemoteIds(log.course, log.host, DataPath("logs/RemoteID.csv"));
+    std::string first = log.Rewrite();
+    EXPECT_EQ(first, ReadBytes(DataPath("logs/L2609151030.rewritten.csv")));
+    EXPECT_EQ(log.course.SessMinCorrect, 0);
+    EXPECT_EQ(log.Rewrite(), first);
+    EXPECT_TRUE(log.host.messages.empty());
+}
+
+TEST(SessionLogWriter, TitleWithoutMarkAndNoVotersEndWithResponseE) {
+    test::LogPlan plan = PollingPlan({"why's"});
+    plan.title = "Review |y";
+    LogFile log(LogText(plan));
+    std::string text = log.Rewrite();
+    EXPECT_EQ(text.substr(0, text.find("\r\n")),
+              "Scoring,  Performance =  10 , Participation =  1 , Min Reply =  0 , "
+              "Min Correct =  0 ,\"Review \"");
+    EXPECT_TRUE(test::Holds(text, ",\"WHYS\" ,"));
+    const std::string end = "\r\nResponse E,    ,   , 0 , 0 ,, , , ,";
+    ASSERT_GE(text.size(), end.size());
+    EXPECT_EQ(text.substr(text.size() - end.size()), end);
+}
+
+// Values the log cannot hold: the writer refuses the file with the message of a failed write.
+TEST(SessionLogWriter, RefusalKeepsTheOldFileAndSaysSo) {
+    const std::string original = LogText(PollingPlan({"Q1"}, {{"#A1", "", {"A"}}}));
+    struct Case {
+        const char* what;
+        void (*spoil)(Course&);
+    } cases[] = {
+        {"anonymous code on a question with answers",
+         [](Course& course) { course.Votes[1].Answer[1] = kAnonymousAnswer; }},
+        {"first response beyond the labels",
+         [](Course& course) { course.Votes[1].FirstAnswer[1] = 9; }},
+    };
+    for (const auto& c : cases) {
+        LogFile log(original);
+        log.Read();
+        c.spoil(log.course);
+        EXPECT_FALSE(log.Write()) << c.what;
+        EXPECT_EQ(test::Messages(log.host),
+                  test::Strings{"[Tallory] Unable to store changes to file " + log.Path() +
+                                " Changes not saved!"});
+        EXPECT_EQ(log.host.messages[0].buttons, Buttons::Ok);
+        EXPECT_EQ(log.folder.Read(kLog), original) << c.what;
+        EXPECT_EQ(ListFiles(log.folder.File("SessionData")).size(), 1u) << c.what;
+    }
+}
+
+TEST(SessionLogWriter, ClickerLinesDroppedOrHandedBackToTheirOwner) {
+    const std::string text =
+        LogText(PollingPlan({"Q1"}, {{"#A1", "S9", {"A"}}, {"#B2", "", {"A"}}}));
+    {
+        LogFile log(text);
+        std::string written = log.Rewrite("#00a1", "", -1);
+        EXPECT_FALSE(test::Holds(written, "#A1,"));
+        // Counted before the line was dropped: the count follows at the next rewrite.
+        EXPECT_TRUE(test::Holds(written, "Response A,    ,   , 2 , 1 ,"));
+        EXPECT_TRUE(test::Holds(log.Rewrite(), "Response A,    ,   , 1 , 1 ,"));
+    }
+    {
+        LogFile log(text);
+        AddRemote(log.course, "A1", "S1");
+        std::string written = log.Rewrite("a1", "S1", 0);
+        EXPECT_TRUE(test::Holds(written, "\r\n#A1,\"\", 1 ,"));
+        log.Read();
+        EXPECT_EQ(log.course.Votes[1].StudentId, "S1");
+        EXPECT_TRUE(test::Holds(log.Rewrite(), "\r\n#A1, , 1 ,"));
+    }
+}
+
+TEST(SessionLogWriter, AnonymousQuestionsKeepTheirCountsAndEarnNothing) {
+    test::LogPlan plan =
+        PollingPlan({"Q1", "Q2"}, {{"#A1", "", {"X", "A"}}, {"#B2", "", {"x", "B"}}});
+    plan.questions[0].counts[0] = 4;
+    LogFile log(LogText(plan));
+    std::string text = log.Rewrite();
+    EXPECT_TRUE(test::Holds(text, "Response A,    ,   , 4 ,0,, , , , 1 , 1 ,"));
+    EXPECT_TRUE(test::Holds(text, "Response B,    ,   , 0 ,0,, , , , 1 , .5 ,"));
+    EXPECT_TRUE(test::Holds(text, "\r\n#A1, , 1 ,X ,  0  ,  5  ,  1  , X ,  5  , A ,  1  ,"));
+    EXPECT_EQ(log.course.Questions[1].ChoicePoints[1], 0);
+}
+
+TEST(SessionLogWriter, AnonymousAnswerWipesTheFileTotalSoFar) {
+    LogFile log(LogText(PollingPlan({"Q1", "Q2", "Q3"}, {{"#A1", "", {"A", "X", "B"}}})));
+    EXPECT_TRUE(test::Holds(log.Rewrite(), "\r\n#A1, , .5 ,"));
 }
 
 }  // namespace

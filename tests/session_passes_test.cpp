@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "logs/QuestionName.h"
 #include "reports/Reports.h"
@@ -23,19 +17,16 @@ using test::LogText;
 struct Seen {
     int session;
     SessionFigures figures;
-    bool operator==(const Seen& other) const {
-        return session == other.session && figures.voters == other.figures.voters &&
-               figures.asked == other.figures.asked &&
-               figures.participation == other.figures.participation &&
-               figures.maxPoints == other.figures.maxPoints &&
-               figures.average == other.figures.average;
+    // Session, voters, questions asked, participation, points, average.
+    auto Tied() const {
+        return std::tuple(session, figures.voters, figures.asked, figures.participation,
+                          figures.maxPoints, figures.average);
     }
+    bool operator==(const Seen& other) const { return Tied() == other.Tied(); }
 };
 
 std::ostream& operator<<(std::ostream& out, const Seen& seen) {
-    return out << "session " << seen.session << ": " << seen.figures.voters << " voters, "
-               << seen.figures.asked << " asked, " << seen.figures.participation << " + "
-               << seen.figures.maxPoints << " points, average " << seen.figures.average;
+    return out << testing::PrintToString(seen.Tied());
 }
 
 // The walk as the pages did it before passes were kept: every session opened in turn.
@@ -79,11 +70,14 @@ std::string ShortResponses(const LogPlan& plan, int first, int last, int groups)
 }
 
 test::LogQuestion Question(const std::string& name, double pointsForA, double countB = 0) {
-    test::LogQuestion question;
-    question.name = name;
-    question.points = {pointsForA, 0, 0, 0, 0};
-    question.counts = {2, countB, 0, 0, 0};
-    return question;
+    return {.name = name, .points = {pointsForA, 0, 0, 0, 0}, .counts = {2, countB, 0, 0, 0}};
+}
+
+// A course of the logs as sessions 1, 2, ..., loaded.
+void WriteLogs(test::LoadedCourse& course, const std::vector<std::string>& logs) {
+    for (size_t i = 0; i < logs.size(); ++i)
+        course.Write("SessionData/" + test::SeptemberLog(static_cast<int>(i) + 1), logs[i]);
+    course.Load();
 }
 
 struct Case {
@@ -129,15 +123,9 @@ TEST(SessionPasses, EveryPassSeesWhatOpeningEachSessionWouldShow) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        test::LoadedCourse kept;
-        test::LoadedCourse opened;
-        for (size_t i = 0; i < c.logs.size(); ++i) {
-            const std::string name = test::SeptemberLog(static_cast<int>(i) + 1);
-            kept.Write("SessionData/" + name, c.logs[i]);
-            opened.Write("SessionData/" + name, c.logs[i]);
-        }
-        kept.Load();
-        opened.Load();
+        test::LoadedCourse kept, opened;
+        WriteLogs(kept, c.logs);
+        WriteLogs(opened, c.logs);
         ASSERT_EQ(kept.course.NumSessions, static_cast<int>(c.logs.size()));
         OpenSession(kept.course, c.openedBefore);
         OpenSession(opened.course, c.openedBefore);
@@ -164,9 +152,8 @@ TEST(SessionPasses, EveryPassSeesWhatOpeningEachSessionWouldShow) {
 
 TEST(SessionPasses, TablesChangedBetweenPassesAreReadAgain) {
     test::LoadedCourse kept;
-    kept.Write("SessionData/" + test::SeptemberLog(1), LogText(Plan("One", {Question("Q1", 1)})));
-    kept.Write("SessionData/" + test::SeptemberLog(2), LogText(Plan("Two", {Question("Q1", 4)})));
-    kept.Load();
+    WriteLogs(kept, {LogText(Plan("One", {Question("Q1", 1)})),
+                     LogText(Plan("Two", {Question("Q1", 4)}))});
     OpenSession(kept.course, 2);
     SessionPasses passes;
     auto walk = [&] {
@@ -180,13 +167,6 @@ TEST(SessionPasses, TablesChangedBetweenPassesAreReadAgain) {
     OpenSession(kept.course, 1);
     walk();
     EXPECT_EQ(passes.passesRead(), 2);
-}
-
-// A course of the logs as sessions 1, 2, ..., loaded.
-void WriteLogs(test::LoadedCourse& course, const std::vector<std::string>& logs) {
-    for (size_t i = 0; i < logs.size(); ++i)
-        course.Write("SessionData/" + test::SeptemberLog(static_cast<int>(i) + 1), logs[i]);
-    course.Load();
 }
 
 TEST(ReopeningChangesNothing, OnlyWhereOpeningTheLogAgainLeavesTheTablesAsTheyAre) {

@@ -1,20 +1,18 @@
 // A course is shared: with the polling application appending votes to the newest log, with a
-// second Tallory, and with a disk that may be full. These tests run the real program beside real
-// processes and check that no vote and no edit is lost, and that a file not written is said.
+// second Tallory, with a disk that may be full, and with a machine that may stop at any moment.
+// These tests run the real program beside real processes and check that no vote and no edit is
+// lost, that a file not written is said, and that a change cut short is undone whole.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <map>
-#include <nlohmann/json.hpp>
 #include <thread>
 
-#include "LogBuilder.h"
 #include "TestSupport.h"
 #include "common/AtomicFile.h"
 #include "common/ChangeJournal.h"
@@ -24,16 +22,9 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-using test::CliResult;
-using test::TempCourse;
-
 using test::CliProcess;
+using test::CliResult;
 using SharedCourse = test::StrayClickersCourse;
-
-CliResult RunCliWith(const std::vector<std::pair<std::string, std::string>>& environment,
-                     const std::vector<std::string>& arguments) {
-    return CliProcess(arguments, environment).Wait();
-}
 
 // ---- Honest exit statuses ----------------------------------------------------------------------
 
@@ -64,32 +55,29 @@ TEST(SharedCourse, AFileNotWrittenEndsWithStatusThreeAndIsListed) {
         std::map<std::string, std::string> before;
         for (int day = 1; day <= 3; ++day)
             before[test::SeptemberLog(day)] = course.Log(test::SeptemberLog(day));
-        std::vector<std::string> arguments = {"--course", course.Path(), "--json"};
-        arguments.insert(arguments.end(), c.command.begin(), c.command.end());
+        const std::vector<std::string> arguments = test::CliArguments(course.Path(), c.command);
         std::vector<std::pair<std::string, std::string>> environment;
         if (!c.fault.empty()) environment.push_back({"TALLORY_WRITE_FAULT", c.fault});
-        CliResult result = RunCliWith(environment, arguments);
+        CliResult result =
+            CliProcess(test::CliArguments(course.Path(), {"--json"}, c.command), environment)
+                .Wait();
         EXPECT_EQ(result.status, c.status) << result.err;
         json document = json::parse(result.out);
         EXPECT_EQ(document["unsaved"], json(c.unsaved)) << result.out;
         if (c.status == 0) continue;
         for (const std::string& file : c.unsaved) {
-            EXPECT_NE(result.err.find(course.File(file)), std::string::npos) << result.err;
-            EXPECT_EQ(document["files"].is_array() &&
-                          std::find(document["files"].begin(), document["files"].end(),
-                                    json(file)) != document["files"].end(),
-                      false);
+            EXPECT_TRUE(test::Holds(result.err, course.File(file)));
+            EXPECT_EQ(std::count(document["files"].begin(), document["files"].end(), json(file)),
+                      0);
         }
-        EXPECT_NE(result.err.find(c.cause), std::string::npos) << result.err;
+        EXPECT_TRUE(test::Holds(result.err, c.cause));
         // Nothing torn: every log as it was, no temporary file left.
         for (const auto& [name, text] : before) EXPECT_EQ(course.Log(name), text) << name;
         for (const auto& entry : std::filesystem::directory_iterator(course.File("SessionData")))
             EXPECT_FALSE(IsTemporaryName(entry.path().filename().string())) << entry.path();
 
         // Text mode prints no sentence of success for it.
-        std::vector<std::string> plain = {"--course", course.Path()};
-        plain.insert(plain.end(), c.command.begin(), c.command.end());
-        CliResult text = RunCliWith(environment, plain);
+        CliResult text = CliProcess(arguments, environment).Wait();
         EXPECT_EQ(text.status, c.status);
         EXPECT_EQ(text.out, "");
     }
@@ -105,8 +93,7 @@ TEST(SharedCourse, ASecondEditorIsToldWhoHoldsTheCourse) {
 
     CliResult locked = test::RunCliOn(course.Path(), {"rename", "3", "Optics", "--json"});
     EXPECT_EQ(locked.status, 4) << locked.err;
-    EXPECT_NE(locked.err.find("process " + std::to_string(::getpid())), std::string::npos)
-        << locked.err;
+    EXPECT_TRUE(test::Holds(locked.err, "process " + std::to_string(::getpid())));
     EXPECT_EQ(json::parse(locked.out)["unsaved"], json::array());
     EXPECT_EQ(course.Log(test::SeptemberLog(3)), before);
 
@@ -156,59 +143,123 @@ TEST(SharedCourse, ConcurrentSetScoresLoseNoEdit) {
 
 // ---- Changes cut short -------------------------------------------------------------------------
 
-// The grid as JSON without the course's name, which is its folder's.
-json GridOf(const TempCourse& course) {
-    CliResult result = test::RunCliOn(course.Path(), {"grid", "--json"});
-    EXPECT_EQ(result.status, 0) << result.err;
-    json grid = json::parse(result.out);
-    grid.erase("course");
-    grid.erase("messages");
-    return grid;
-}
+// A command run to its end on a fresh course (after `first`, when given): the files and the grid
+// before and after it.
+struct Reference {
+    std::vector<std::string> words, first;
+    test::Files before, after;
+    json gridBefore, gridAfter;
+
+    explicit Reference(std::vector<std::string> command, std::vector<std::string> firstRun = {})
+        : words(std::move(command)), first(std::move(firstRun)) {
+        SharedCourse course;
+        Prepare(course);
+        before = test::FolderFiles(course.Path(), false);
+        gridBefore = test::GridOf(course);
+        EXPECT_EQ(test::RunCliOn(course.Path(), words).status, 0);
+        after = test::FolderFiles(course.Path(), false);
+        gridAfter = test::GridOf(course);
+        EXPECT_NE(before, after) << words[0] << " changed nothing";
+        EXPECT_NE(gridBefore, gridAfter) << words[0];
+    }
+    void Prepare(const SharedCourse& course) const {
+        if (!first.empty()) {
+            EXPECT_EQ(test::RunCliOn(course.Path(), first).status, 0);
+        }
+    }
+    // Opens a course whose run of the command was cut short, as the next command does: true when
+    // every file is as before, false when every file is as the whole change left it (and the grid
+    // that of the same); anything else fails.
+    bool FoundAsBefore(const SharedCourse& course) const {
+        const json grid = test::GridOf(course);
+        const test::Files files = test::FolderFiles(course.Path(), false);
+        // File by file first, so that a torn log is named.
+        for (const auto& [name, bytes] : files) {
+            auto was = before.find(name), is = after.find(name);
+            EXPECT_TRUE((was != before.end() && was->second == bytes) ||
+                        (is != after.end() && is->second == bytes))
+                << name << " is neither as it was nor as the change leaves it";
+        }
+        if (files == before) {
+            EXPECT_EQ(grid, gridBefore);
+            return true;
+        }
+        EXPECT_EQ(files, after) << "the change stands in part";
+        EXPECT_EQ(grid, gridAfter);
+        return false;
+    }
+};
 
 // A purge and a clicker removal killed at any moment: the next opening finds every file as it
 // was before, or every file as the whole change left it, and the grid of one of the two.
 TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
-    struct Command {
-        const char* name;
-        std::vector<std::string> words;
-    } commands[] = {
+    const std::pair<const char*, std::vector<std::string>> commands[] = {
         {"purge", {"purge", "2B0001", "--yes"}},
         {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}},
     };
-    for (const Command& command : commands) {
-        SharedCourse reference;
-        const auto before = test::FolderFiles(reference.Path(), false);
-        const json gridBefore = GridOf(reference);
-        ASSERT_EQ(test::RunCliOn(reference.Path(), command.words).status, 0);
-        const auto after = test::FolderFiles(reference.Path(), false);
-        ASSERT_NE(before, after);
-        const json gridAfter = GridOf(reference);
+    for (const auto& [name, words] : commands) {
+        const Reference reference(words);
         int old = 0, whole = 0, undone = 0;
         for (int trial = 0; trial < 20; ++trial) {
-            SCOPED_TRACE(std::string(command.name) + ", trial " + std::to_string(trial));
+            SCOPED_TRACE(std::string(name) + ", trial " + std::to_string(trial));
             SharedCourse course;
-            std::vector<std::string> arguments = {"--course", course.Path()};
-            arguments.insert(arguments.end(), command.words.begin(), command.words.end());
-            CliProcess run(arguments);
+            CliProcess run(test::CliArguments(course.Path(), words));
             std::this_thread::sleep_for(std::chrono::milliseconds(15 * trial));
             run.Kill();
             run.Wait();
-            const bool left = std::filesystem::exists(JournalFolder(course.Path()));
-            const json grid = GridOf(course);
-            if (left) ++undone;
-            const auto files = test::FolderFiles(course.Path(), false);
-            if (files == before) {
-                EXPECT_EQ(grid, gridBefore);
-                ++old;
-            } else {
-                EXPECT_EQ(files, after);
-                EXPECT_EQ(grid, gridAfter);
-                ++whole;
-            }
+            if (std::filesystem::exists(JournalFolder(course.Path()))) ++undone;
+            ++(reference.FoundAsBefore(course) ? old : whole);
         }
         std::printf("%s killed at 0-285 ms: 20 trials, %d found as before (%d undone), %d whole\n",
-                    command.name, old, undone, whole);
+                    name, old, undone, whole);
+    }
+}
+
+// Runs tallory-cli on the course with TALLORY_KILL_AT_EVENT=`event`; true when it was killed.
+bool KilledAt(const test::TempCourse& course, const std::vector<std::string>& words, long event) {
+    const CliResult result = CliProcess(test::CliArguments(course.Path(), words),
+                                        {{"TALLORY_KILL_AT_EVENT", std::to_string(event)}})
+                                 .Wait();
+    if (result.signal != 0) {
+        EXPECT_EQ(result.signal, SIGKILL);
+        return true;
+    }
+    EXPECT_EQ(result.status, 0) << "event " << event << ": " << result.err;
+    return false;
+}
+
+// Killed (SIGKILL) before each event of the change in turn: before every file created, written,
+// synced or renamed and every step of its journal. An undo is such a change too.
+TEST(SharedCourse, AChangeKilledAtEachOfItsEventsLeavesTheOldOrTheWholeNewCourse) {
+    struct Command {
+        const char* name;
+        std::vector<std::string> words;
+        std::vector<std::string> first;  // run to the end before, when not empty
+    } commands[] = {
+        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}, {}},
+        {"purge", {"purge", "--all", "--yes"}, {}},
+        {"undo of a purge", {"undo", "--yes"}, {"purge", "--all", "--yes"}},
+    };
+    // Each course its own history, in the test's data folder, so that an undo finds its purge.
+    test::TempCourse dataHome;
+    ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
+    for (const Command& command : commands) {
+        const Reference reference(command.words, command.first);
+        int old = 0, whole = 0;
+        long event = 1;
+        // A bound well above any count these changes reach, so a run that never ends stops.
+        for (; event < 500; ++event) {
+            SCOPED_TRACE(std::string(command.name) + " killed at event " + std::to_string(event));
+            SharedCourse course;
+            reference.Prepare(course);
+            if (!KilledAt(course, command.words, event)) break;
+            ++(reference.FoundAsBefore(course) ? old : whole);
+            EXPECT_FALSE(std::filesystem::exists(JournalFolder(course.Path())));
+        }
+        EXPECT_GT(old, 0);
+        EXPECT_LT(event, 500) << command.name << " never ran through";
+        std::printf("%s: %ld events, killed before each: %d found as before, %d whole\n",
+                    command.name, event - 1, old, whole);
     }
 }
 
@@ -290,10 +341,8 @@ TEST(SharedCourse, NoVoteOfThePollingApplicationIsLost) {
                     ++saved;
                 } else {
                     EXPECT_EQ(result.status, 3) << result.err;
-                    EXPECT_NE(
-                        result.err.find("nothing was changed. Try again when polling has ended."),
-                        std::string::npos)
-                        << result.err;
+                    EXPECT_TRUE(test::Holds(
+                        result.err, "nothing was changed. Try again when polling has ended."));
                     ++refused;
                 }
             }

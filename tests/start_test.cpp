@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,7 +8,6 @@
 
 #include "TestSupport.h"
 #include "common/Paths.h"
-#include "common/RecordingHost.h"
 #include "start/ProgramStart.h"
 
 namespace tallory {
@@ -159,9 +157,7 @@ TEST(ProgramStart, FixRosterFileNames) {
         FixRosterFileNames(course, host);
         std::vector<std::string> after = ListFiles(folder.Path());
         std::sort(after.begin(), after.end());
-        std::vector<std::string> expected(left.begin(), left.end());
-        std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(after, expected);
+        EXPECT_EQ(after, test::Strings(left.begin(), left.end()));  // each list in name order
         if (!title) {
             EXPECT_TRUE(host.messages.empty());
             continue;
@@ -169,8 +165,8 @@ TEST(ProgramStart, FixRosterFileNames) {
         ASSERT_EQ(host.messages.size(), 1u);
         EXPECT_EQ(host.messages[0].title, title);
         EXPECT_EQ(host.messages[0].icon, Icon::Stop);
-        EXPECT_NE(host.messages[0].text.find("(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n"),
-                  std::string::npos);
+        EXPECT_TRUE(test::Holds(host.messages[0].text,
+                                "(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n"));
     }
 }
 
@@ -193,11 +189,10 @@ TEST(ProgramStart, FailedRenameIsReportedAndStopsTheRepair) {
         ASSERT_EQ(host.messages.size(), 1u) << readOnly;
         if (readOnly) {
             EXPECT_EQ(host.messages[0].title, "Warning!");
-            EXPECT_EQ(
-                host.messages[0].text.rfind("Your class roster appears to be incorrectly named", 0),
-                0u);
+            EXPECT_TRUE(test::BeginsWith(host.messages[0].text,
+                                         "Your class roster appears to be incorrectly named"));
         } else {
-            EXPECT_EQ(host.messages[0].title.rfind("Error while renaming file : ", 0), 0u);
+            EXPECT_TRUE(test::BeginsWith(host.messages[0].title, "Error while renaming file : "));
             EXPECT_FALSE(host.messages[0].text.empty());
         }
         EXPECT_TRUE(folder.Exists("Roster.txt.txt"));

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <string>
 
 #include "../TestSupport.h"
-#include "common/Course.h"
 #include "ui/MainWindow.h"
 #include "ui/QtHost.h"
 
@@ -18,8 +15,7 @@ struct OpenWindow {
     std::unique_ptr<MainWindow> window;
 
     explicit OpenWindow(const std::string& folder, bool largeFonts = false) {
-        course.AppPath = folder;
-        course.ProgramFolder = folder;
+        course.AppPath = course.ProgramFolder = folder;
         window = std::make_unique<MainWindow>(course, host, largeFonts);
         window->show();
         window->Load();

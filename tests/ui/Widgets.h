@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 #include <functional>
 #include <stdexcept>
 #include <utility>
@@ -44,6 +45,25 @@ inline void WhenOpen(const QString& name, std::function<void(QDialog&)> work, in
         if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
     });
 }
+
+// Works the modal window named `name` once it is up, as WhenOpen does; the test fails unless it
+// came before the object goes.
+class Opening {
+  public:
+    Opening(const QString& name, std::function<void(QDialog&)> work) : name_(name) {
+        WhenOpen(name, [this, work](QDialog& dialog) {
+            seen_ = true;
+            work(dialog);
+        });
+    }
+    ~Opening() { EXPECT_TRUE(seen_) << name_.toStdString() << " did not open"; }
+    Opening(const Opening&) = delete;
+    Opening& operator=(const Opening&) = delete;
+
+  private:
+    QString name_;
+    bool seen_ = false;
+};
 
 // Types `text` into the widget, a key press per character.
 inline void Type(QWidget* box, const QString& text) {
@@ -99,6 +119,20 @@ inline void Click(QWidget* widget) {
     QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(widget, &press);
+}
+
+// A turn of the mouse wheel over the widget, `delta` eighths of a degree (120 a notch, less than
+// 0 towards the user).
+inline void Wheel(QWidget* widget, int delta) {
+    QWheelEvent event(QPointF(10, 10), widget->mapToGlobal(QPointF(10, 10)), QPoint(),
+                      QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+}
+
+// Goes ahead on the look before a change that rewrites the logs, once it is up.
+inline void GoAheadOnPreview() {
+    WhenOpen("PreviewDialog",
+             [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
 }
 
 }  // namespace tallory::test

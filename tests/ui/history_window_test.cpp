@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <cstdlib>
-#include <string>
 
 #include "../TestSupport.h"
 #include "QtEnvironment.h"
 #include "common/History.h"
-#include "common/RecordingHost.h"
 #include "ui/HistoryWindow.h"
 
 namespace tallory {
@@ -21,7 +16,7 @@ struct ChangedCourse : test::TempCourse {
     std::string renamed;
     ChangedCourse() {
         ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
-        CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+        CopyFrom(test::DemoCourse());
         for (const std::vector<std::string>& words :
              {std::vector<std::string>{"set-scores", "1", "--participation", "2"},
               {"rename", "2", "Vectors review"},
@@ -93,7 +88,7 @@ TEST(HistoryWindow, AChangedFileIsNamedAndNoLeavesIt) {
     window.List()->setCurrentItem(window.List()->topLevelItem(3));
     window.UndoChosen();
     ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].text.find("SessionData/L2609081000.csv"), std::string::npos);
+    EXPECT_TRUE(test::Holds(host.messages[0].text, "SessionData/L2609081000.csv"));
     EXPECT_EQ(course.Read("SessionData/L2609081000.csv"), changed);
     EXPECT_EQ(reloads, 0);
     EXPECT_EQ(window.List()->topLevelItemCount(), 4);

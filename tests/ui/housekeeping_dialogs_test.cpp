@@ -1,20 +1,17 @@
-#include <gtest/gtest.h>
+// The housekeeping screens of the main window (a student's clickers, the stray clickers, the
+// students without one), and the look before a change that rewrites the logs: Cancel leaves the
+// course as it was while Go Ahead lets the change happen.
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <deque>
+#include <QTableWidget>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
+#include "ui/PreviewDialog.h"
 
 namespace tallory {
 namespace {
@@ -65,14 +62,13 @@ TEST(EditStudentDialog, DeletesAStrayClickersLogsAfterAsking) {
     WhenOpen("frmEditStudent", [](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "Label4")->text(), "Unregistered Clicker");
         EXPECT_FALSE(Find<QPushButton>(dialog, "CmdAdd")->isEnabled());
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "cmdRemove")->click();
     });
     Click(fixture.Name(5));
     EXPECT_EQ(answers.Texts(), QStringList({"This will permanently delete 99 from the log files.",
                                             "99 records deleted from the log files."}));
-    EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
+    EXPECT_FALSE(test::Holds(fixture.Log(), "#99,"));
     // Nothing reloads: the grid still shows the clicker.
     EXPECT_EQ(fixture.Name(5)->text().trimmed(), "#99");
 }
@@ -105,8 +101,7 @@ TEST(GhostRemoteDialog, SearchTicksAndACancelledDeleteComesBack) {
             EXPECT_TRUE(Find<QCheckBox>(again, "ChkSelect1")->isChecked());
             again.reject();
         });
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
@@ -119,14 +114,13 @@ TEST(GhostRemoteDialog, DeletingTickedClickersReloadsTheGrid) {
     MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
     WhenOpen("frmGhostRemote", [](QDialog& dialog) {
         Find<QPushButton>(dialog, "CmdSelectAll")->click();
-        WhenOpen("PreviewDialog",
-                 [](QDialog& preview) { Find<QPushButton>(preview, "PreviewGoAhead")->click(); });
+        test::GoAheadOnPreview();
         Find<QPushButton>(dialog, "CmdDelete")->click();
     });
     Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
     EXPECT_EQ(answers.shown.size(), 1u);
-    EXPECT_EQ(fixture.Log().find("#99,"), std::string::npos);
-    EXPECT_EQ(fixture.Log().find("#ABC123,"), std::string::npos);
+    EXPECT_FALSE(test::Holds(fixture.Log(), "#99,"));
+    EXPECT_FALSE(test::Holds(fixture.Log(), "#ABC123,"));
     EXPECT_EQ(fixture.Name(5)->text(), "");
 }
 
@@ -157,6 +151,70 @@ TEST(UnRegisteredStudentsDialog, ExportsAndGoesBackToTheClickers) {
     EXPECT_TRUE(back);
     EXPECT_EQ(fixture.folder.Read("Unregistered Student List.CSV"),
               "Last Name,First Name,Student Id\r\n\r\nClark,Cy,S3\r\nDunn,Di,S4\r\n");
+}
+
+TEST(PreviewDialog, ShowsTheCountsAndEveryMovedScore) {
+    ChangePreview preview;
+    preview.files = {"SessionData/L1.csv", "SessionData/L2.csv"};
+    preview.logs = 2;
+    preview.changes = {{"S1", "Adams, Ann", "09/01/2026", "L1.csv", 2, 1, "2", "1"},
+                       {"#99", "", "09/02/2026", "L2.csv", 1, {}, "1", "Ab"}};
+    PreviewDialog dialog(preview);
+    EXPECT_EQ(dialog.Summary()->text(), "This changes 2 scores of 2 students in 2 sessions.");
+    ASSERT_EQ(dialog.List()->rowCount(), 2);
+    EXPECT_EQ(dialog.List()->item(0, 0)->text(), "S1  Adams, Ann");
+    EXPECT_EQ(dialog.List()->item(1, 0)->text(), "#99");
+    EXPECT_EQ(dialog.List()->item(1, 1)->text(), "09/02/2026");
+    EXPECT_EQ(dialog.List()->item(1, 2)->text(), "1  ->  Ab");
+    // Enter keeps everything.
+    EXPECT_TRUE(dialog.Cancel()->isDefault());
+    EXPECT_TRUE(WorthPreviewing(preview));
+    preview.logs = 1;
+    EXPECT_FALSE(WorthPreviewing(preview));
+}
+
+// A purge of both stray clickers: the preview comes before the question, names the stray rows,
+// and its Cancel writes nothing; Go Ahead goes on to the usual question and the deletion.
+TEST(PreviewDialog, ComesBeforeAPurge) {
+    for (bool goAhead : {false, true}) {
+        Fixture fixture;
+        const auto before = test::FolderFiles(fixture.folder.Path());
+        MessageBoxes answers({MessageBoxes::Click(QMessageBox::Ok)});
+        QStringList ids;
+        WhenOpen("frmGhostRemote", [&](QDialog& list) {
+            WhenOpen("PreviewDialog", [&](QDialog& dialog) {
+                auto* table = Find<QTableWidget>(dialog, "PreviewList");
+                for (int r = 0; r < table->rowCount(); ++r) ids << table->item(r, 0)->text();
+                Find<QPushButton>(dialog, goAhead ? "PreviewGoAhead" : "PreviewCancel")->click();
+            });
+            Find<QPushButton>(list, "CmdSelectAll")->click();
+            Find<QPushButton>(list, "CmdDelete")->click();
+            if (!goAhead) list.reject();
+        });
+        Find<QPushButton>(*fixture.window, "CmdViewAll")->click();
+        EXPECT_TRUE(ids.contains("#99")) << ids.join(",").toStdString();
+        EXPECT_TRUE(ids.contains("#ABC123")) << ids.join(",").toStdString();
+        EXPECT_EQ(answers.shown.size(), goAhead ? 1u : 0u);
+        EXPECT_EQ(test::FolderFiles(fixture.folder.Path()) == before, !goAhead);
+    }
+}
+
+// Adding a stray clicker to a student: the same look first, from the student's screen.
+TEST(PreviewDialog, ComesBeforeAClickerIsAdded) {
+    Fixture fixture;
+    const auto before = test::FolderFiles(fixture.folder.Path());
+    WhenOpen("frmEditStudent", [&](QDialog& dialog) {
+        test::Opening look("PreviewDialog", [&](QDialog& preview) {
+            EXPECT_NE(Find<QLabel>(preview, "PreviewSummary")->text().indexOf("This changes "), -1);
+            Find<QPushButton>(preview, "PreviewCancel")->click();
+        });
+        test::Type(Find<QWidget>(dialog, "TxtNewClickerId"), "99");
+        Find<QPushButton>(dialog, "CmdAdd")->click();
+        // Cancel closes without asking: the button drops the typed clicker.
+        Find<QPushButton>(dialog, "cmdCancel")->click();
+    });
+    test::Click(Find<QLabel>(*fixture.window, "lblStudentName3"));
+    EXPECT_EQ(test::FolderFiles(fixture.folder.Path()), before);
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -10,17 +7,11 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
-#include "../TestSupport.h"
+#include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "common/AtomicFile.h"
 #include "common/Text.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
@@ -33,9 +24,8 @@ constexpr const char* kNewLine =
 class LiveCourse : public testing::Test {
   protected:
     void SetUp() override {
-        demo_.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
-        course_.AppPath = demo_.Path();
-        course_.ProgramFolder = demo_.Path();
+        demo_.CopyFrom(test::DemoCourse());
+        course_.AppPath = course_.ProgramFolder = demo_.Path();
         window_ = std::make_unique<MainWindow>(course_, host_, false);
         window_->show();
         // Every message box is answered, so that no test can wait on one for good; the demo
@@ -169,17 +159,15 @@ std::vector<std::string> MessagesOf(const std::function<void()>& work) {
 
 TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
     test::TempCourse course;
-    for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
-        course.Write(log, "old");
-    course.Write("SessionData/RemoteID.csv", "old");
+    const char* const files[] = {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv",
+                                 "SessionData/RemoteID.csv"};
+    for (const char* file : files) course.Write(file, "old");
     QtHost host;
     SetWriteFault(WriteFault{WriteStep::Write, ENOSPC, "SessionData/L2609"});
     int shownDuring = -1;
     const std::vector<std::string> texts = MessagesOf([&] {
         RunGuarded(host, [&] {
-            ReplaceFile(course.File("SessionData/L2609011000.csv"), "new", nullptr, &host);
-            ReplaceFile(course.File("SessionData/L2609021000.csv"), "new", nullptr, &host);
-            ReplaceFile(course.File("SessionData/RemoteID.csv"), "new", nullptr, &host);
+            for (const char* file : files) ReplaceFile(course.File(file), "new", nullptr, &host);
             AtomicFile guarded(course.File("SessionData/RemoteID.csv"), &host);
             guarded.Open();
             guarded.Refuse(course.File("SessionData/RemoteID.csv") +
@@ -192,12 +180,10 @@ TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
     EXPECT_EQ(shownDuring, 0) << "told only once the command has ended";
     ASSERT_EQ(texts.size(), 1u);
     const std::string& text = texts[0];
-    EXPECT_EQ(text.rfind("3 files were not saved; each stands as it was before.", 0), 0u) << text;
+    EXPECT_TRUE(test::BeginsWith(text, "3 files were not saved; each stands as it was before."));
     for (const char* log : {"SessionData/L2609011000.csv", "SessionData/L2609021000.csv"})
-        EXPECT_NE(text.find("cannot write " + course.File(log) + ": the disk is full"),
-                  std::string::npos)
-            << text;
-    EXPECT_NE(text.find("is being written by another program"), std::string::npos) << text;
+        EXPECT_TRUE(test::Holds(text, "cannot write " + course.File(log) + ": the disk is full"));
+    EXPECT_TRUE(test::Holds(text, "is being written by another program"));
     EXPECT_EQ(course.Read("SessionData/L2609011000.csv"), "old");
     EXPECT_EQ(course.Read("SessionData/RemoteID.csv"), "new");
 }
@@ -206,23 +192,17 @@ TEST(UnsavedFiles, ACommandTellsItsUnsavedFilesInOneMessageWhenItEnds) {
 // that it could not.
 TEST(UnsavedFiles, TheStartSaysWhenTheSettingsCannotBeSaved) {
     test::TempCourse demo;
-    demo.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
+    demo.CopyFrom(test::DemoCourse());
     const std::string config =
         "\"CourseName\" ,\"Physics\" ,\"\"\r\n"
         "\"tallory.exe.major\" ,\"0\" ,\"\"\r\n";
     demo.Write("SessionData/Config.csv", config);
-    Course course;
-    course.AppPath = demo.Path();
-    course.ProgramFolder = demo.Path();
-    QtHost host;
-    MainWindow window(course, host, false);
-    window.show();
     SetWriteFault(WriteFault{WriteStep::Open, EROFS, "Config.csv"});
-    const std::vector<std::string> texts = MessagesOf([&] { window.Load(); });
+    const std::vector<std::string> texts =
+        MessagesOf([&] { test::OpenWindow opened(demo.Path()); });
     SetWriteFault(std::nullopt);
     const std::string expected =
-        "A file was not saved; it stands as it was before.\n\ncannot "
-        "create a file beside " +
+        "A file was not saved; it stands as it was before.\n\ncannot create a file beside " +
         demo.File("SessionData/Config.csv") + ": the disk is read-only";
     EXPECT_EQ(std::count(texts.begin(), texts.end(), expected), 1);
     EXPECT_EQ(demo.Read("SessionData/Config.csv"), config);

@@ -1,28 +1,18 @@
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTest>
-#include <QWheelEvent>
-#include <map>
 #include <set>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
 #include "ui/Accessibility.h"
 #include "ui/CommandLabel.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
@@ -82,9 +72,7 @@ TEST(MainWindow, ShowsTheCourseAndMovesThroughIt) {
     Find<QScrollBar>(window, "hscrlSession")->setValue(1);
     EXPECT_TRUE(Find<QCheckBox>(window, "chkExport0")->isChecked());
     EXPECT_FALSE(Find<QCheckBox>(window, "chkExport1")->isChecked());
-    QWheelEvent wheel(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
-                      QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&window, &wheel);
+    test::Wheel(&window, -120);
     EXPECT_EQ(Text(window, "lblStudentName6"), " S7");
     EXPECT_EQ(Text(window, "lblSession27"), "Ab");
     EXPECT_EQ(Find(window, "lblSession27")->toolTip(), "Absent");
@@ -187,9 +175,7 @@ TEST(MainWindow, TheWheelMovesThreeStudentsANotchAndPageKeysAPage) {
     auto* students = Find<QScrollBar>(window, "vscrlStudent");
     ASSERT_EQ(students->maximum(), 14);
     auto wheel = [&](int delta) {
-        QWheelEvent event(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
-                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&window, &event);
+        test::Wheel(&window, delta);
         return students->value();
     };
     auto key = [&](Qt::Key code) {
@@ -222,22 +208,18 @@ TEST(MainWindow, EveryControlHasANameAndCellsSayWhoseScoreOfWhichSession) {
         QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
         return std::pair{face->role(), face->text(QAccessible::Name)};
     };
-    EXPECT_EQ(spoken(Find(window, "lblSession1")),
-              std::pair(QAccessible::StaticText, QString("S1, 09/02/2026, score 2")));
-    EXPECT_EQ(spoken(Find(window, "lblSession3")),
-              std::pair(QAccessible::StaticText, QString("S3, 09/02/2026, score 0")));
-    EXPECT_EQ(spoken(Find(window, "lblSession0")),
-              std::pair(QAccessible::Button, QString("Session 09/02/2026")));
-    EXPECT_EQ(spoken(Find(window, "lblStudentName1")),
-              std::pair(QAccessible::Button, QString("Student S1")));
-    EXPECT_EQ(spoken(Find(window, "lblSyncWebRegn")),
-              std::pair(QAccessible::Button, QString("Sync Web Registrations")));
-    EXPECT_EQ(spoken(Find<QWidget>(window, "chkExport1")),
-              std::pair(QAccessible::CheckBox, QString("Export 09/03/2026")));
+    const std::tuple<const char*, QAccessible::Role, const char*> heard[] = {
+        {"lblSession1", QAccessible::StaticText, "S1, 09/02/2026, score 2"},
+        {"lblSession3", QAccessible::StaticText, "S3, 09/02/2026, score 0"},
+        {"lblSession0", QAccessible::Button, "Session 09/02/2026"},
+        {"lblStudentName1", QAccessible::Button, "Student S1"},
+        {"lblSyncWebRegn", QAccessible::Button, "Sync Web Registrations"},
+        {"chkExport1", QAccessible::CheckBox, "Export 09/03/2026"},
+    };
+    for (const auto& [name, role, text] : heard)
+        EXPECT_EQ(spoken(Find<QWidget>(window, name)), std::pair(role, QString(text))) << name;
     EXPECT_EQ(spoken(Find<QWidget>(window, "vscrlStudent")).second, "Students");
-    QWheelEvent down(QPointF(10, 10), window.mapToGlobal(QPointF(10, 10)), QPoint(),
-                     QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&window, &down);
+    test::Wheel(&window, -120);
     EXPECT_EQ(spoken(Find(window, "lblSession27")).second, "S7, 09/05/2026, absent");
 
     // A press through the reader acts as a click.

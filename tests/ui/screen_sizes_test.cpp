@@ -3,38 +3,25 @@
 // process of its own: the test of a screen starts this program again on a virtual screen of that
 // size, which opens the demo course and its windows and measures them.
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
-#include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTextDocument>
-#include <QTimer>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
-#include <string>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "Widgets.h"
 #include "start/ProgramStart.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 #include "ui/ScreenFit.h"
 
 namespace tallory {
@@ -171,14 +158,9 @@ void ExpectReadable(QWidget& window) {
         if (!widget->isVisible() || widget->window() != &window) continue;
         if (!qobject_cast<QLabel*>(widget) && !qobject_cast<QAbstractButton*>(widget)) continue;
         ++measured;
-        const std::string fault = Clipped(widget);
-        EXPECT_TRUE(fault.empty())
-            << name << ": " << widget->metaObject()->className() << " "
-            << widget->objectName().toStdString() << " '"
-            << (qobject_cast<QLabel*>(widget) ? qobject_cast<QLabel*>(widget)->text()
-                                              : qobject_cast<QAbstractButton*>(widget)->text())
-                   .toStdString()
-            << "': " << fault;
+        EXPECT_EQ(Clipped(widget), "") << name << ": " << widget->metaObject()->className() << " "
+                                       << widget->objectName().toStdString() << " '"
+                                       << widget->property("text").toString().toStdString() << "'";
     }
     EXPECT_GT(measured, 0) << name;
 }
@@ -230,9 +212,8 @@ class OnScreen : public testing::Test {
   protected:
     void SetUp() override {
         if (!std::getenv(kScreenVariable)) GTEST_SKIP() << "run for each screen by ScreenSizes";
-        demo_.CopyFrom(std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course");
-        course_.AppPath = demo_.Path();
-        course_.ProgramFolder = demo_.Path();
+        demo_.CopyFrom(test::DemoCourse());
+        course_.AppPath = course_.ProgramFolder = demo_.Path();
         window_ = std::make_unique<MainWindow>(course_, host_, LargeFonts());
         window_->ShowOnScreen();
         // The demo course's start has messages to answer; they are measured too.

@@ -1,22 +1,11 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QMouseEvent>
-#include <QPushButton>
 #include <QRadioButton>
 
-#include "../TestSupport.h"
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
 #include "Widgets.h"
 #include "ui/CommandLabel.h"
-#include "ui/MainWindow.h"
-#include "ui/QtHost.h"
 
 namespace tallory {
 namespace {
@@ -66,7 +55,7 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSetAndNotWhenCancelled) {
             continue;
         }
         EXPECT_EQ(fixture.Cell(2).trimmed(), "4");
-        EXPECT_NE(after.find("Response B,    ,   , 1 , 3 ,"), std::string::npos);
+        EXPECT_TRUE(test::Holds(after, "Response B,    ,   , 1 , 3 ,"));
     }
 }
 
@@ -108,9 +97,9 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     });
     Find<QPushButton>(*opened.window, "cmdEdit0")->click();
     const std::string saved = folder.Read("SessionData/L2609241000.csv");
-    EXPECT_EQ(saved.rfind("Scoring,  Performance = -1 ,", 0), 0u) << saved.substr(0, 80);
-    EXPECT_NE(saved.find(" ,\"Q1\" ,Score"), std::string::npos);
-    EXPECT_NE(saved.find(" ,\"Q2|Y\" ,"), std::string::npos);
+    EXPECT_TRUE(test::BeginsWith(saved, "Scoring,  Performance = -1 ,"));
+    EXPECT_TRUE(test::Holds(saved, " ,\"Q1\" ,Score"));
+    EXPECT_TRUE(test::Holds(saved, " ,\"Q2|Y\" ,"));
 }
 
 TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
@@ -127,8 +116,8 @@ TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
                       Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(Find<QLabel>(*fixture.window, "lblSession0"), &press);
     EXPECT_EQ(fixture.Cell(0).trimmed(), "Mirrors");
-    EXPECT_NE(fixture.folder.Read("SessionData/L2609081000.csv").find(",\"Mirrors\"\r\n"),
-              std::string::npos);
+    EXPECT_TRUE(
+        test::Holds(fixture.folder.Read("SessionData/L2609081000.csv"), ",\"Mirrors\"\r\n"));
 }
 
 }  // namespace

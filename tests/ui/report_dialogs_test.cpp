@@ -1,14 +1,12 @@
-#include <gtest/gtest.h>
+// The dialogs of a report run: the choice of how students show, and the summary of the pages.
 
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTimer>
-#include <functional>
 
 #include "QtEnvironment.h"
+#include "Widgets.h"
+#include "common/RecordingHost.h"
 #include "ui/QtHost.h"
+#include "ui/ReportSummaryDialog.h"
 
 namespace tallory {
 namespace {
@@ -89,6 +87,30 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
         EXPECT_EQ(choice.index, test.index) << test.what;
         EXPECT_EQ(choice.cancelled, test.cancelled) << test.what;
     }
+}
+
+TEST(ReportSummaryDialog, EachLinkOpensItsPageAndCloseCloses) {
+    Course course;
+    course.AppPath = "/courses/Optics";
+    RecordingHost host;
+    ReportSummaryScreen screen(course, host);
+    ReportSummaryDialog dialog(screen);
+    const char* const names[] = {"LblReport1", "LblReport2", "lblReport3"};
+    for (const char* name : names) {
+        auto* link = dialog.findChild<QLabel*>(name);
+        ASSERT_NE(link, nullptr) << name;
+        EXPECT_FALSE(link->toolTip().isEmpty()) << name;
+        test::Click(link);
+    }
+    EXPECT_EQ(host.opened,
+              (std::vector<std::string>{"/courses/Optics/Term_Session Summary and Review.html",
+                                        "/courses/Optics/STUDENT VOTING DATA.html",
+                                        "/courses/Optics/Reports/StudentTermReport.html"}));
+    EXPECT_TRUE(
+        dialog.findChild<QLabel*>("lblFolder")->text().endsWith(" '/courses/Optics'  Folder"));
+    dialog.show();
+    dialog.findChild<QPushButton*>("lvButtons_H1")->click();
+    EXPECT_FALSE(dialog.isVisible());
 }
 
 }  // namespace
