@@ -26,6 +26,10 @@ std::string Numbered(std::string_view stem, int session, std::string_view tail) 
 
 }  // namespace
 
+std::string OfCount(long i, long count) {
+    return std::to_string(i) + " Of " + std::to_string(count);
+}
+
 std::string_view RowColour(long row) {
     return row % 2 != 0 ? kOddRowColour : kEvenRowColour;
 }

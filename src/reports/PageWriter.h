@@ -24,6 +24,12 @@ inline constexpr std::string_view kWrongColour = "#FF0000";  // also unregistere
 inline constexpr std::string_view kRightColour = "#339900";
 inline constexpr std::string_view kNeutralColour = "#000000";
 
+// The font the pages' text is set in.
+inline constexpr std::string_view kPageFont = "<font face = \"Trebuchet MS\">";
+
+// Where a pass over sessions or students stands, for the progress text: "3 Of 30".
+std::string OfCount(long i, long count);
+
 // The background of a table row numbered from 1: white for odd rows, grey for even ones.
 std::string_view RowColour(long row);
 

@@ -10,10 +10,6 @@ namespace {
 
 constexpr std::string_view kSupportAddress = "support@tallory.example";
 
-std::string OfSessions(int i, int count) {
-    return std::to_string(i) + " Of " + std::to_string(count);
-}
-
 }  // namespace
 
 OptionDialog ReportDisplayDialog() {
@@ -59,14 +55,14 @@ ReportRunEnd RunReports(Course& course, Host& host, PageOutput& output) {
     const int count = course.NumSessions;
     // A visible pass over the sessions before any is written.
     for (int i = 1; i <= count; ++i)
-        host.SetProgressText("Checking Session Information - " + OfSessions(i, count));
+        host.SetProgressText("Checking Session Information - " + OfCount(i, count));
     PageWriter page(course, host, output);
     // Each page of a session reads it from its log, the detail after the summary. The detail
     // shares the summary's opening when a second one would leave the tables as they are.
     SessionPasses passes;
     passes.StartWalk(course);
     for (int i = 1; i <= count; ++i) {
-        host.SetProgressText("Gathering Lecture Summary - " + OfSessions(i, count));
+        host.SetProgressText("Gathering Lecture Summary - " + OfCount(i, count));
         OpenSession(course, i);
         WriteOpenedSessionSummary(course, page, i);
         if (ReopeningChangesNothing(course, i))

@@ -11,8 +11,6 @@ namespace tallory {
 
 namespace {
 
-constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
-
 void WriteHeadTable(PageWriter& page, const Course& course, int session, long firstSpan) {
     const double participation = course.SessParticipation;
     const double maximum = course.Questions[0].MaxPoints;
@@ -20,7 +18,7 @@ void WriteHeadTable(PageWriter& page, const Course& course, int session, long fi
     page.Line("<table border=4 cellpadding=6> ");
     page.Line("<tr>");
     page.Text("<td colspan=").Number(firstSpan).Line(" align=left>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Date </font><B> <font face = \"Trebuchet MS\" color =#0000FF>")
         .Text(SessionDate(course.SessionFile[session]))
         .Line(" </B> <br> </font>");
@@ -32,7 +30,7 @@ void WriteHeadTable(PageWriter& page, const Course& course, int session, long fi
         .Line(" </B> </font><br>");
     // A session without performance points, or with participation worth nothing, shows no
     // average here, though its summary page does.
-    page.Text(kFont).Text("Session Average: <B>");
+    page.Text(kPageFont).Text("Session Average: <B>");
     if (participation * maximum > 0)
         page.Formatted(course.Questions[0].AveragePoints);
     else
@@ -40,39 +38,39 @@ void WriteHeadTable(PageWriter& page, const Course& course, int session, long fi
     page.Line(" </B> </font><br>");
     page.Line("</td>");
     page.Text("<td colspan=").Number(columns - firstSpan).Line(" align=left>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Participation Points Available: <B>")
         .Number(participation)
         .Line(" </B> </font><br>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Performance Points Available: <B>")
         .Number(Int(maximum * 100 + 0.5) / 100)
         .Line(" </B> </font><br>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Total Points Available: <B>")
         .Number(TotalPointsAvailable(course))
         .Line(" </B> </font><br>");
     page.Line("</td>");
     page.Line("</tr>");
     page.Text("<td bgcolor=#FFFDA6 colspan=").Number(columns + firstSpan).Line(" align=left>");
-    page.Text(kFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
-    page.Text(kFont).Line("<B>Ap = Anonymous Polling </B> </font><br>");
-    page.Text(kFont).Line(
+    page.Text(kPageFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
+    page.Text(kPageFont).Line("<B>Ap = Anonymous Polling </B> </font><br>");
+    page.Text(kPageFont).Line(
         "<B>Session Average = Calculation based only on students who voted in this "
         "session.</B> </font><br>");
-    page.Text("<br>").Text(kFont).Line(
+    page.Text("<br>").Text(kPageFont).Line(
         "<B>Student vote selection (color coding applies only if you have specified a correct "
         "answer)</B> </font><br>");
-    page.Text(kFont).Line("<B>Bold Green = Correct answer</B> </font><br>");
-    page.Text(kFont).Line("<B>Bold Red = Incorrect answer</B> </font><br>");
-    page.Text(kFont).Line("<B>Black = Correct answer not designated</B> </font><br>");
+    page.Text(kPageFont).Line("<B>Bold Green = Correct answer</B> </font><br>");
+    page.Text(kPageFont).Line("<B>Bold Red = Incorrect answer</B> </font><br>");
+    page.Text(kPageFont).Line("<B>Black = Correct answer not designated</B> </font><br>");
     page.Line("</td>");
     page.Line("<tr>");
     page.Line("<tr bgcolor=#FFFDA6>");
     page.Text("<th align=left bgcolor=#FFFDA6 >")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Student Info/Total </font></th>");
-    page.Text("<th align=center>").Text(kFont).Line("Average</font></th>");
+    page.Text("<th align=center>").Text(kPageFont).Line("Average</font></th>");
     for (int q = 1; q <= course.NumQuestions; ++q) {
         const QuestionRec& question = course.Questions[q];
         if (!IsLiveQuestion(question)) continue;
@@ -201,7 +199,7 @@ void WriteOpenedSessionDetail(const Course& course, PageWriter& page, int sessio
         page.Text("<tr bgcolor=").Text(grey ? kEvenRowColour : kOddRowColour).Line(">");
         grey = !grey;
         WriteNameCell(page, student, session);
-        page.Text("<td align=center>").Text(kFont);
+        page.Text("<td align=center>").Text(kPageFont);
         if (available > 0 && course.NumSessions > 0)
             page.Number(Int(student.Score[session] * 100 / available)).Line("% </font></td>");
         else

@@ -10,8 +10,6 @@ namespace tallory {
 
 namespace {
 
-constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
-
 void WriteHeadTable(PageWriter& page, const Course& course, int session) {
     const double participation = course.SessParticipation;
     const double maximum = course.Questions[0].MaxPoints;
@@ -84,15 +82,19 @@ void WriteQuestionRow(PageWriter& page, const QuestionRec& question, int q) {
     }
     page.Text("<tr bgcolor=").Text(RowColour(q)).Line(">");
     page.Text("<td align=left> <A HREF=\"#Q" + std::to_string(q) + "\">")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text(PageQuestionName(question.Name))
         .Line("</A> </font> </td>");
-    page.Text("<td align=center>").Text(kFont).Text(question.StartTime).Line("  </font></td>");
-    page.Text("<td align=center>").Text(kFont).Text(question.StopTime).Line("  </font></td>");
-    page.Text("<td align=right>").Text(kFont).Text(" ").Number(responses).Line("  </font></td>");
-    page.Text("<td align=right>").Text(kFont).Text(" ").Number(most).Line("  </font></td>");
+    page.Text("<td align=center>").Text(kPageFont).Text(question.StartTime).Line("  </font></td>");
+    page.Text("<td align=center>").Text(kPageFont).Text(question.StopTime).Line("  </font></td>");
+    page.Text("<td align=right>")
+        .Text(kPageFont)
+        .Text(" ")
+        .Number(responses)
+        .Line("  </font></td>");
+    page.Text("<td align=right>").Text(kPageFont).Text(" ").Number(most).Line("  </font></td>");
     // The average is cut to two places, not rounded.
-    page.Text("<td align=right>").Text(kFont).Text(" ");
+    page.Text("<td align=right>").Text(kPageFont).Text(" ");
     if (sum > 0)
         page.Number(Int(question.AveragePoints * 100) / 100);
     else
@@ -110,14 +112,21 @@ void WriteQuestionBlock(PageWriter& page, const Course& course, int q, int sessi
     const std::string stem = Left(file, file.size() < 4 ? 0 : file.size() - 4);
     const std::string number = std::to_string(q);
 
-    page.Text("<A name=").Text("\"").Text("Q" + number).Text("\"").Line(">" + std::string(kFont));
+    page.Text("<A name=")
+        .Text("\"")
+        .Text("Q" + number)
+        .Text("\"")
+        .Line(">" + std::string(kPageFont));
     page.Text("<h3>").Text(PageQuestionName(question.Name)).Line(" </font><br> </h3>");
     page.Line("<table border=4 cellpadding=6> ");
     page.Line("<tr>");
-    page.Text("<td colspan=1 align=left>").Line(kFont);
+    page.Text("<td colspan=1 align=left>").Line(kPageFont);
     page.Text("Time Started: <B>").Text(question.StartTime).Line(" </B></font> <br>");
-    page.Text(kFont).Text("Number of Responses: <B>").Number(responses).Line("</B></font><br> ");
-    page.Text(kFont)
+    page.Text(kPageFont)
+        .Text("Number of Responses: <B>")
+        .Number(responses)
+        .Line("</B></font><br> ");
+    page.Text(kPageFont)
         .Text("Number Missing: <B>")
         .Number(question.ResponseCount[6])
         .Line("</B> </font> <br> ");
@@ -126,31 +135,31 @@ void WriteQuestionBlock(PageWriter& page, const Course& course, int q, int sessi
         .Text("<font face = \"Trebuchet MS\" Color = #000000>" +
               AnswerLetter(question.CorrectAnswer))
         .Line(" </B> <br>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Maximum Score: <B>")
         .Number(question.MaxPoints)
         .Line(" </B></font> <br>");
-    page.Text(kFont)
+    page.Text(kPageFont)
         .Text("Class Average: <B>")
         .Formatted(question.AveragePoints)
         .Line(" </B> </font><br>");
     page.Line("</td>");
     page.Line("</tr> <tr bgcolor=#FFFDA6>");
-    page.Text("<th align=left>").Text(kFont).Line(" Choice </font></th>");
+    page.Text("<th align=left>").Text(kPageFont).Line(" Choice </font></th>");
     for (char letter : std::string_view("ABCDE"))
         page.Text("<th align=center>")
-            .Text(kFont)
+            .Text(kPageFont)
             .Text(" ")
             .Text({&letter, 1})
             .Line("</font></th>");
     page.Line("</tr>");
-    page.Text("<tr> <td align=left> ").Text(kFont).Line("Number </font></td>");
+    page.Text("<tr> <td align=left> ").Text(kPageFont).Line("Number </font></td>");
     for (int j = 1; j <= 5; ++j)
         page.Text("<td align=right> ")
-            .Text(kFont)
+            .Text(kPageFont)
             .Number(question.ResponseCount[j])
             .Line("</font></td>");
-    page.Text(" </tr> <tr> <td align=left>").Text(kFont).Line(" Percentage </font></td>");
+    page.Text(" </tr> <tr> <td align=left>").Text(kPageFont).Line(" Percentage </font></td>");
     for (int j = 1; j <= 5; ++j) {
         if (responses > 0)
             page.Text("<td align=right> ")
@@ -159,21 +168,21 @@ void WriteQuestionBlock(PageWriter& page, const Course& course, int q, int sessi
         else
             page.Line("<td align=right> -- </td>");
     }
-    page.Text("<tr> <td align=left>").Text(kFont).Line(" Performance Points </font></td>");
+    page.Text("<tr> <td align=left>").Text(kPageFont).Line(" Performance Points </font></td>");
     for (int j = 1; j <= 5; ++j)
         page.Text("<td align=right>")
-            .Text(kFont)
+            .Text(kPageFont)
             .Text(" ")
             .Number(question.ChoicePoints[j])
             .Line("</font></td>");
     page.Line("</tr> <tr>");
     page.Text("<td colspan=3> ")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text("<img SRC=")
         .Text("../Images/" + stem + "_Q" + number + ".jpg")
         .Line(" align=center> </font></td>");
     page.Text("<td colspan=3>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text("<img SRC=")
         .Text("../Images/" + stem + "_C" + number + ".jpg")
         .Line(" align=center></font></td>");

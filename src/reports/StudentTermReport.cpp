@@ -7,14 +7,13 @@ namespace tallory {
 
 namespace {
 
-constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
 constexpr std::string_view kSteps = "Student Term Report Report ";
 
 void WriteHeadTable(PageWriter& page, const Course& course, double termPoints, double sum,
                     int counted) {
     page.Line("<table border=4 cellpadding=6> ");
     page.Line("<tr>");
-    page.Text("<td colspan=").Number(course.NumSessions + 2).Text(" align=left>").Line(kFont);
+    page.Text("<td colspan=").Number(course.NumSessions + 2).Text(" align=left>").Line(kPageFont);
     page.Text("Total Number of Sessions: <B>").Number(course.NumSessions).Line(" </B> <br>");
     page.Text("Total Number of Students in Class: <B>")
         .Number(course.NumStudents)
@@ -31,16 +30,16 @@ void WriteHeadTable(PageWriter& page, const Course& course, double termPoints, d
     page.Line(" </B> <br>");
     page.Line("</td></font></tr>");
     page.Text("<td bgcolor=#FFFDA6 colspan=").Number(course.NumSessions + 2).Line(" align=left>");
-    page.Text(kFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
-    page.Text(kFont).Line(
+    page.Text(kPageFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
+    page.Text(kPageFont).Line(
         "<B>Student Average = Calculation based only on students who voted in this "
         "session.</B> </font><br>");
     page.Line("</td>");
     page.Line("<tr bgcolor=#FFFDA6>");
     page.Text("<th align=left bgcolor=#FFFDA6 >")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Student Info/<br>Total</font></th>");
-    page.Text("<th align=center>").Text(kFont).Line("Average:</font></th>");
+    page.Text("<th align=center>").Text(kPageFont).Line("Average:</font></th>");
 }
 
 void WriteNameCell(PageWriter& page, const StudentRec& student) {
@@ -63,7 +62,7 @@ void WriteNameCell(PageWriter& page, const StudentRec& student) {
             .Text(shown)
             .Text(" </B> </font> <br>");
     }
-    page.Text(kFont).Text("Total: ").Text(total).Line("</font></td>");
+    page.Text(kPageFont).Text("Total: ").Text(total).Line("</font></td>");
 }
 
 }  // namespace
@@ -81,7 +80,7 @@ void WriteStudentTermReport(Course& course, PageWriter& page, SessionPasses& pas
         course, PassRule::Every,
         [&](int i) {
             host.SetProgressText(std::string(kSteps) + "0 Of 3 (Reading Session(s)" +
-                                 std::to_string(i) + " Of " + std::to_string(sessions) + ")");
+                                 OfCount(i, sessions) + ")");
             host.SetProgressValue(0);
         },
         [&](int, const SessionFigures& session) {
@@ -107,7 +106,7 @@ void WriteStudentTermReport(Course& course, PageWriter& page, SessionPasses& pas
     WriteHeadTable(page, course, termPoints, sum, counted);
     for (int j = 1; j <= sessions; ++j) {
         host.SetProgressText(std::string(kSteps) + "1 Of 3 (Writing Session(s) " +
-                             std::to_string(j) + " Of " + std::to_string(sessions) + ")");
+                             OfCount(j, sessions) + ")");
         host.SetProgressValue(1.0 / 3);
         page.Text("<th align=center>")
             .Text("<A HREF=")
@@ -128,18 +127,18 @@ void WriteStudentTermReport(Course& course, PageWriter& page, SessionPasses& pas
     const bool measured = Round(termPoints) > 0 && sessions > 0;
     for (int i = 1; i <= course.NumStudents; ++i) {
         host.SetProgressText(std::string(kSteps) + "2 Of 3 (Writing Student(s) Info" +
-                             std::to_string(i) + " Of " + std::to_string(course.NumStudents) + ")");
+                             OfCount(i, course.NumStudents) + ")");
         host.SetProgressValue(0.5);
         const StudentRec& student = course.Students[i];
         page.Text("<tr bgcolor=").Text(RowColour(i)).Line(">");
         WriteNameCell(page, student);
-        page.Text("<td align=center>").Text(kFont);
+        page.Text("<td align=center>").Text(kPageFont);
         if (measured)
             page.Formatted(student.Score[0] * 100 / termPoints).Line("% </font></td>");
         else
             page.Line("0% </font></td>");
         for (int j = 1; j <= sessions; ++j) {
-            page.Text("<td align=center>").Text(kFont);
+            page.Text("<td align=center>").Text(kPageFont);
             if (student.Present[j] != 0)
                 page.Number(student.Score[j]);
             else

@@ -10,17 +10,11 @@ namespace tallory {
 
 namespace {
 
-constexpr std::string_view kFont = "<font face = \"Trebuchet MS\">";
-
 // What the first pass keeps of each session: index 0 of the points is the term's sum.
 struct TermFigures {
     std::array<double, kSessionTableUpper + 1> points{};
     std::array<double, kSessionTableUpper + 1> divisor{};
 };
-
-std::string OfSessions(int i, int count) {
-    return std::to_string(i) + " Of " + std::to_string(count) + ")";
-}
 
 void WriteHeadTable(PageWriter& page, const Course& course, const TermPage& kind,
                     const TermFigures& figures) {
@@ -40,7 +34,7 @@ void WriteHeadTable(PageWriter& page, const Course& course, const TermPage& kind
         page.Formatted(figures.points[0]);
     page.Line("</B> </font> <br> ");
     if (kind.studentPage)
-        page.Text(kFont)
+        page.Text(kPageFont)
             .Text("<A href=\"")
             .Text(StudentTermReportLinkFromCourse(course))
             .Line("\">View Cumulative Student Scores</A></font>");
@@ -48,26 +42,28 @@ void WriteHeadTable(PageWriter& page, const Course& course, const TermPage& kind
     page.Line("</tr>");
     page.Text("<td bgcolor=#FFFDA6 colspan=").Number(6).Line(" align=left>");
     if (kind.studentPage)
-        page.Text(kFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
-    page.Text(kFont).Line(
+        page.Text(kPageFont).Line("<B>Ab = Absent (no votes collected) </B> </font><br>");
+    page.Text(kPageFont).Line(
         "<B>Session Average = Calculation based only on students who voted in this "
         "session.</B> </font><br>");
     page.Line("</td>");
     page.Line("<tr>");
     page.Text("<th align=left bgcolor=#FFFDA6 >")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Title/<br>Session Date</font></th>");
-    page.Text("<th align=left bgcolor=#FFFDA6 >").Text(kFont).Line("Report Links</th></font>");
+    page.Text("<th align=left bgcolor=#FFFDA6 >").Text(kPageFont).Line("Report Links</th></font>");
     page.Text("<th align=center bgcolor=#FFFDA6 >")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Number of Students<br> in Session</font></th>");
     page.Text("<th align=center bgcolor=#FFFDA6>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Total Number of<br> Questions Asked</font></th>");
     page.Text("<th align=center bgcolor=#FFFDA6>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Line("Total Points<br> Available</font></th>");
-    page.Text("<th align=center bgcolor=#FFFDA6>").Text(kFont).Line("Session Average<font></th>");
+    page.Text("<th align=center bgcolor=#FFFDA6>")
+        .Text(kPageFont)
+        .Line("Session Average<font></th>");
     page.Line("</tr>");
 }
 
@@ -79,7 +75,7 @@ void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kin
     const std::string number = std::to_string(i);
     page.Text("<tr bgcolor=").Text(RowColour(i)).Line(">");
     page.Text("<th align=left> ")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text("Session " + number + " <br> ")
         .Text(SessionDate(course.SessionFile[i]))
         .Line("</font></td>");
@@ -88,29 +84,29 @@ void WriteSessionRow(PageWriter& page, const Course& course, const TermPage& kin
         page.Text("<td align=center><A HREF=\"")
             .Text(SessionDetailLinkFromCourse(course, i))
             .Text("\">")
-            .Text(kFont)
+            .Text(kPageFont)
             .Text(" Student Responses </A></font> </td> ");
     } else {
         page.Text("<td align=center><A HREF=\"")
             .Text(SessionSummaryLinkFromCourse(course, i))
             .Text("\"> ")
-            .Text(kFont)
+            .Text(kPageFont)
             .Line(" Session Summary <br> and Question Data </font></A>");
     }
     page.Text("<td align=right>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text(std::to_string(session.voters))
         .Line("</font></td>");
     page.Text("<td align=right>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Text(std::to_string(session.asked))
         .Line("</font></td>");
     // One place here, where the session's own page shows two.
     page.Text("<td align=right>")
-        .Text(kFont)
+        .Text(kPageFont)
         .Converted(Int(maximum * 10 + participation * 10 + 0.5) / 10)
         .Line("</font></td>");
-    page.Text("<td align=right>").Text(kFont);
+    page.Text("<td align=right>").Text(kPageFont);
     const double whole = Round(divisor);
     if (whole > 1)
         page.Converted(Int(average * 100 / divisor));
@@ -133,8 +129,8 @@ void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind, Sessi
     passes.Walk(
         course, PassRule::WhileTitleLive,
         [&](int i) {
-            host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " +
-                                 OfSessions(i, count));
+            host.SetProgressText(kind.steps + "0 Of 3 (Reading Sessions :- " + OfCount(i, count) +
+                                 ")");
             host.SetProgressValue(0);
         },
         [&](int i, const SessionFigures& session) {
@@ -154,8 +150,8 @@ void WriteTermPage(Course& course, PageWriter& page, const TermPage& kind, Sessi
     passes.Walk(
         course, kind.studentPage ? PassRule::Every : PassRule::WhileTitleLive,
         [&](int i) {
-            host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " +
-                                 OfSessions(i, count));
+            host.SetProgressText(kind.steps + "2 Of 3 (Writing Sessions :- " + OfCount(i, count) +
+                                 ")");
             host.SetProgressValue(2.0 / 3);
         },
         [&](int i, const SessionFigures& session) {
