@@ -43,30 +43,15 @@ QRadioButton* Option(QWidget& window, int index) {
 }
 
 TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
-    struct Case {
-        const char* what;
-        std::function<void(QWidget&)> press;
-        int index;
-        bool cancelled;
+    // What is ticked first (-1: nothing), the button pressed (none: the window closed), and the
+    // choice that comes back.
+    const std::tuple<const char*, int, const char*, int, bool> cases[] = {
+        {"accept the preselected", -1, "CmdExport", 1, false},
+        {"tick another, accept", 4, "CmdExport", 4, false},
+        {"tick another, cancel", 0, "CmdStop", 0, true},
+        {"close the window", -1, nullptr, 1, true},
     };
-    const Case cases[] = {
-        {"accept the preselected",
-         [](QWidget& w) { w.findChild<QPushButton*>("CmdExport")->click(); }, 1, false},
-        {"tick another, accept",
-         [](QWidget& w) {
-             Option(w, 4)->click();
-             w.findChild<QPushButton*>("CmdExport")->click();
-         },
-         4, false},
-        {"tick another, cancel",
-         [](QWidget& w) {
-             Option(w, 0)->click();
-             w.findChild<QPushButton*>("CmdStop")->click();
-         },
-         0, true},
-        {"close the window", [](QWidget& w) { w.close(); }, 1, true},
-    };
-    for (const Case& test : cases) {
+    for (const auto& [what, tick, button, index, cancelled] : cases) {
         bool checked = false;
         OptionChoice choice = ChooseWith(ReportPreferences(), [&](QWidget& window) {
             EXPECT_EQ(window.windowTitle(), "HTML Report Display Preferences");
@@ -81,11 +66,13 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
                 EXPECT_EQ(Option(window, i)->isChecked(), i == 1) << i;
             }
             checked = true;
-            test.press(window);
+            if (tick >= 0) Option(window, tick)->click();
+            if (button) window.findChild<QPushButton*>(button)->click();
+            else window.close();
         });
-        EXPECT_TRUE(checked) << test.what;
-        EXPECT_EQ(choice.index, test.index) << test.what;
-        EXPECT_EQ(choice.cancelled, test.cancelled) << test.what;
+        EXPECT_TRUE(checked) << what;
+        EXPECT_EQ(choice.index, index) << what;
+        EXPECT_EQ(choice.cancelled, cancelled) << what;
     }
 }
 
