@@ -113,6 +113,29 @@ class MessageBoxes {
     QTimer timer_;
 };
 
+// Accepts every message box that comes up while the object lives, once `seen` has looked at it.
+class AcceptingBoxes {
+  public:
+    explicit AcceptingBoxes(std::function<void(QMessageBox&)> seen = nullptr) {
+        QObject::connect(&timer_, &QTimer::timeout, [seen] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                if (seen) seen(*box);
+                box->accept();
+            }
+        });
+        timer_.start(20);
+    }
+
+  private:
+    QTimer timer_;
+};
+
+// A key press sent straight to the widget, whether or not it has the focus.
+inline void PressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(widget, &press);
+}
+
 // A press of the left button in the middle of the widget.
 inline void Click(QWidget* widget) {
     const QPointF at(widget->width() / 2.0, widget->height() / 2.0);

@@ -10,6 +10,7 @@
 
 #include "OpenWindow.h"
 #include "QtEnvironment.h"
+#include "Widgets.h"
 #include "common/AtomicFile.h"
 #include "common/Text.h"
 
@@ -23,21 +24,9 @@ constexpr const char* kNewLine =
 
 class LiveCourse : public testing::Test {
   protected:
+    // Every message box is answered, so that no test can wait on one for good; the demo course's
+    // start has some, a reload must have none.
     void SetUp() override {
-        demo_.CopyFrom(test::DemoCourse());
-        course_.AppPath = course_.ProgramFolder = demo_.Path();
-        window_ = std::make_unique<MainWindow>(course_, host_, false);
-        window_->show();
-        // Every message box is answered, so that no test can wait on one for good; the demo
-        // course's start has some, a reload must have none.
-        QObject::connect(&answer_, &QTimer::timeout, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                ++messages_;
-                box->accept();
-            }
-        });
-        answer_.start(20);
-        window_->Load();
         QApplication::processEvents();
         messages_ = 0;
     }
@@ -56,12 +45,13 @@ class LiveCourse : public testing::Test {
 
     QString Notice() { return window_->findChild<QLabel*>("lblNotice")->text(); }
 
-    QTimer answer_;
     int messages_ = 0;
-    test::TempCourse demo_;
-    Course course_;
-    QtHost host_;
-    std::unique_ptr<MainWindow> window_;
+    test::AcceptingBoxes answer_{[this](QMessageBox&) { ++messages_; }};
+    test::CourseWindow opened_{[](const test::TempCourse& f) { f.CopyFrom(test::DemoCourse()); }};
+    const test::TempCourse& demo_ = opened_.folder;
+    Course& course_ = opened_.course;
+    QtHost& host_ = opened_.host;
+    std::unique_ptr<MainWindow>& window_ = opened_.window;
 };
 
 TEST_F(LiveCourse, AnAppendedLineReachesTheGridWithANotice) {
@@ -144,14 +134,8 @@ TEST_F(LiveCourse, RemovedAndRenamedLogs) {
 // Runs `work` with every message box answered; gives the texts shown, in order.
 std::vector<std::string> MessagesOf(const std::function<void()>& work) {
     std::vector<std::string> texts;
-    QTimer answer;
-    QObject::connect(&answer, &QTimer::timeout, [&] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            texts.push_back(box->text().toStdString());
-            box->accept();
-        }
-    });
-    answer.start(20);
+    test::AcceptingBoxes answer(
+        [&](QMessageBox& box) { texts.push_back(box.text().toStdString()); });
     work();
     return texts;
 }

@@ -67,8 +67,10 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
             }
             checked = true;
             if (tick >= 0) Option(window, tick)->click();
-            if (button) window.findChild<QPushButton*>(button)->click();
-            else window.close();
+            if (button)
+                window.findChild<QPushButton*>(button)->click();
+            else
+                window.close();
         });
         EXPECT_TRUE(checked) << what;
         EXPECT_EQ(choice.index, index) << what;

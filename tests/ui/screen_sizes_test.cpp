@@ -217,16 +217,10 @@ class OnScreen : public testing::Test {
         window_ = std::make_unique<MainWindow>(course_, host_, LargeFonts());
         window_->ShowOnScreen();
         // The demo course's start has messages to answer; they are measured too.
-        QTimer answer;
-        QObject::connect(&answer, &QTimer::timeout, [] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                ExpectReadable(*box);
-                box->accept();
-            }
-        });
-        answer.start(20);
-        window_->Load();
-        answer.stop();
+        {
+            test::AcceptingBoxes answer([](QMessageBox& box) { ExpectReadable(box); });
+            window_->Load();
+        }
         QApplication::processEvents();
     }
 

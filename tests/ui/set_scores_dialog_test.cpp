@@ -112,9 +112,7 @@ TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
         emit title->textEdited("Mirrors");
         emit title->returnPressed();
     });
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(2, 2), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(Find<QLabel>(*fixture.window, "lblSession0"), &press);
+    test::Click(Find<QLabel>(*fixture.window, "lblSession0"));
     EXPECT_EQ(fixture.Cell(0).trimmed(), "Mirrors");
     EXPECT_TRUE(
         test::Holds(fixture.folder.Read("SessionData/L2609081000.csv"), ",\"Mirrors\"\r\n"));

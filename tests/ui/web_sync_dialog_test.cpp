@@ -45,12 +45,10 @@ TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
     WhenOpen("frmWebSync", [&](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "wNote")->text(),
                   "To update student web registrations through local, press Continue.");
-        EXPECT_FALSE(Find<QPushButton>(dialog, "wAccept")->isVisible());
         Find<QPushButton>(dialog, "wSync")->click();
 
         // Bennett's clicker waits: he has one already.
         EXPECT_EQ(Rows(dialog, "wWebList"), QStringList{"Bennett Oliver (1002)"});
-        EXPECT_EQ(Rows(dialog, "wList"), QStringList{"Bennett Oliver (1002) #AA0002"});
         EXPECT_FALSE(Find<QPushButton>(dialog, "wSync")->isVisible());
         Find<QPushButton>(dialog, "wIgnore")->click();
 

@@ -21,6 +21,7 @@ namespace tallory {
 namespace {
 
 using test::Find;
+using test::PressKey;
 using test::TempCourse;
 using test::Type;
 using test::WhenOpen;
@@ -65,11 +66,6 @@ void ClickHeading(QHeaderView* header, int section) {
                           Qt::NoModifier);
         QApplication::sendEvent(header->viewport(), &event);
     }
-}
-
-void PressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QKeyEvent press(QEvent::KeyPress, key, modifiers);
-    QApplication::sendEvent(widget, &press);
 }
 
 struct Fixture : test::CourseWindow {
@@ -269,8 +265,7 @@ TEST(OverviewWindow, ShowsTheAtRiskBesideTheCharts) {
     // Another session chosen from the keyboard: the chart follows.
     QComboBox* choice = fixture.overview.SessionChoice();
     choice->setFocus();
-    QKeyEvent home(QEvent::KeyPress, Qt::Key_Home, Qt::NoModifier);
-    QApplication::sendEvent(choice, &home);
+    PressKey(choice, Qt::Key_Home);
     EXPECT_EQ(choice->currentIndex(), 0);
     EXPECT_EQ(fixture.Shares(), QList<double>({100, 75, 50}));
 }
@@ -284,8 +279,7 @@ TEST(OverviewWindow, ANameOpensTheStudentAsTheGridDoes) {
         EXPECT_EQ(Find(dialog, "lblStudentID")->text(), "S3");
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
-    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QApplication::sendEvent(atRisk, &enter);
+    PressKey(atRisk, Qt::Key_Return);
     EXPECT_EQ(atRisk->currentRow(), 1);
 }
 
