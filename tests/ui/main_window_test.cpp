@@ -98,6 +98,7 @@ TEST(MainWindow, CourseWithoutSessionsCanOnlyBeClosed) {
     MainWindow& window = *opened.window;
     EXPECT_EQ(window.objectName(), "FrmS_120DPI");
     EXPECT_FALSE(Find<QWidget>(window, "cmdHelp")->isEnabled());
+    EXPECT_FALSE(Find(window, "lblExit")->isEnabled());
     EXPECT_FALSE(Find(window, "lblSession0")->isEnabled());
     EXPECT_TRUE(Find<QWidget>(window, "cmdExit")->isEnabled());
     EXPECT_FALSE(Find<QWidget>(window, "cmdEdit0")->isVisible());
