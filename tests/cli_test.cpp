@@ -198,7 +198,9 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         EXPECT_EQ(result.status, c.status) << result.err;
         for (const std::string& part : c.out) EXPECT_TRUE(test::Holds(result.out, part));
         for (const std::string& part : c.err) EXPECT_TRUE(test::Holds(result.err, part));
-        if (c.status == 1 || c.status == 2) EXPECT_TRUE(result.out.empty()) << result.out;
+        if (c.status == 1 || c.status == 2) {
+            EXPECT_TRUE(result.out.empty()) << result.out;
+        }
         EXPECT_EQ(test::FolderFiles(course.Path()) != before, c.writes);
     }
 }

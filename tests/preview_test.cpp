@@ -133,7 +133,9 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
                 listed.emplace(change["id"], change["session"], change["before"], change["after"]);
             EXPECT_EQ(listed.size(), document["preview"]["changes"].size()) << "a cell twice";
             EXPECT_EQ(listed, GridCells(gridBefore, gridAfter));
-            if (c.changesScores >= 0) EXPECT_EQ(!listed.empty(), c.changesScores == 1);
+            if (c.changesScores >= 0) {
+                EXPECT_EQ(!listed.empty(), c.changesScores == 1);
+            }
 
             // The files that would change are those that did, named as "files" names them.
             const std::vector<std::string> changed =

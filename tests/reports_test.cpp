@@ -276,7 +276,9 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
         EXPECT_EQ(count(voting, "SessionDetail_"), 3) << c.lastRead;
         const bool noPoints = term.find("for Term: <B>0.00</B>") != std::string::npos;
         EXPECT_EQ(noPoints, !c.termPointsCounted) << c.lastRead;
-        if (!c.termPointsCounted) EXPECT_EQ(count(voting, "\">0% </font></td>"), 3) << c.lastRead;
+        if (!c.termPointsCounted) {
+            EXPECT_EQ(count(voting, "\">0% </font></td>"), 3) << c.lastRead;
+        }
     }
 }
 

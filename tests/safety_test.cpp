@@ -93,7 +93,9 @@ TEST(Safety, OwnerGroupAndModeAreKept) {
     const std::string path = course.File("SessionData/RemoteID.csv");
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
     const bool root = ::geteuid() == 0;
-    if (root) ASSERT_EQ(::chown(path.c_str(), 4321, 8765), 0);
+    if (root) {
+        ASSERT_EQ(::chown(path.c_str(), 4321, 8765), 0);
+    }
     const struct stat before = StatOf(path);
     ASSERT_TRUE(ReplaceFile(path, "#2B,\"S2\"\r\n"));
     const struct stat after = StatOf(path);
@@ -375,8 +377,12 @@ TEST(Safety, AclAndExtendedAttributesAreKept) {
         ssize_t length = ::getxattr(path.c_str(), name, value, sizeof value);
         return length < 0 ? std::string("(none)") : std::string(value, static_cast<size_t>(length));
     };
-    if (aclSet) EXPECT_EQ(attribute("system.posix_acl_access"), acl);
-    if (userSet) EXPECT_EQ(attribute("user.tallory.note"), "kept");
+    if (aclSet) {
+        EXPECT_EQ(attribute("system.posix_acl_access"), acl);
+    }
+    if (userSet) {
+        EXPECT_EQ(attribute("user.tallory.note"), "kept");
+    }
 }
 
 // ---- A log read is replaced only as it was read ------------------------------------------------
@@ -439,7 +445,9 @@ TEST(Safety, ALogIsReplacedOnlyWhileItIsWhatTheLatestReadSaw) {
         std::string error;
         EXPECT_EQ(ReplaceFile(path, "new log\r\n", &error), c.replaced) << error;
         EXPECT_EQ(test::ReadBytes(path), c.replaced ? "new log\r\n" : before);
-        if (!c.replaced) EXPECT_TRUE(test::Holds(error, path + " " + c.says));
+        if (!c.replaced) {
+            EXPECT_TRUE(test::Holds(error, path + " " + c.says));
+        }
     }
 }
 

@@ -210,7 +210,9 @@ TEST(ReopeningChangesNothing, OnlyWhereOpeningTheLogAgainLeavesTheTablesAsTheyAr
         EXPECT_EQ(unchanged, c.unchanged);
         const SessionTables once(course.course);
         OpenSession(course.course, course.course.NumSessions);
-        if (unchanged) EXPECT_TRUE(once.SameAs(course.course));
+        if (unchanged) {
+            EXPECT_TRUE(once.SameAs(course.course));
+        }
     }
 }
 

@@ -159,7 +159,9 @@ struct Reference {
         EXPECT_NE(gridBefore, gridAfter) << words[0];
     }
     void Prepare(const SharedCourse& course) const {
-        if (!first.empty()) EXPECT_EQ(test::RunCliOn(course.Path(), first).status, 0);
+        if (!first.empty()) {
+            EXPECT_EQ(test::RunCliOn(course.Path(), first).status, 0);
+        }
     }
     // Opens a course whose run of the command was cut short, as the next command does: true when
     // every file is as before, false when every file is as the whole change left it (and the grid
