@@ -156,7 +156,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         {demo, {"set-scores", "7", "--cap", "lots"}, 1, {}, {"[Max Points] Not a valid number", notSaved}, false},
         {demo, {"rename", "2", "Vectors, part 1"}, 1, {}, {"may not contain a comma"}, false},
         {demo, {"remove", "2"}, 1, {}, {"[Confirm Remove]"}, false},
-        {demo, {"rename", "2", "Vectors"}, 0, {}, {}, true},
+        {demo, {"rename", "2", "Vectors", "--json"}, 0, {"\"title\": \"Vectors\"", "\"written\": true"}, {}, true},
         {demo, {"remove", "2", "--yes"}, 0, {}, {}, true},
         // A removal whose copy cannot be written claims no copy and leaves the log.
         {demo, {"remove", "2", "--yes", "--json"}, 3, {"\"unsaved\": [\n    \"SessionData/xL2609101000.csv\"",
