@@ -292,7 +292,7 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
     EXPECT_GT(fixture.grid.screen.redraws, redraws);
 
     std::string bytes = fixture.LogBytes();
-    for (const std::string& part :
+    for (const char* part :
          {"\"FRICTION\" ,", "Correct Answer, , ,3,", "Response C,    ,   , 1 , 2 ,",
           "Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"})
         EXPECT_TRUE(test::Holds(bytes, part));
