@@ -11,12 +11,6 @@
 
 namespace tallory::test {
 
-// Whether `text` holds `part`; a failure shows both.
-inline testing::AssertionResult Holds(std::string_view text, std::string_view part) {
-    if (text.find(part) != std::string_view::npos) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "\"" << part << "\" is not in:\n" << text;
-}
-
 // The long texts the program shows, word for word, by what they are about
 // (tests/data/messages.json): a text, or the texts of each case.
 inline const nlohmann::json& Texts(const std::string& about) {

@@ -175,12 +175,6 @@ std::string DemoCourse() {
     return std::string(TALLORY_SOURCE_DIR) + "/examples/demo-course";
 }
 
-testing::AssertionResult Holds(const std::string& text, std::string_view part) {
-    auto result = text.find(part) != std::string::npos ? testing::AssertionSuccess()
-                                                       : testing::AssertionFailure();
-    return result << "'" << part << "' in:\n" << text;
-}
-
 testing::AssertionResult BeginsWith(const std::string& text, std::string_view start) {
     auto result =
         text.rfind(start, 0) == 0 ? testing::AssertionSuccess() : testing::AssertionFailure();

@@ -133,7 +133,10 @@ std::string DataPath(std::string_view relative);
 std::string DemoCourse();
 
 // Whether `text` holds `part` (or begins with it); either way the message shows the whole text.
-testing::AssertionResult Holds(const std::string& text, std::string_view part);
+inline testing::AssertionResult Holds(std::string_view text, std::string_view part) {
+    if (text.find(part) != std::string_view::npos) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
+}
 testing::AssertionResult BeginsWith(const std::string& text, std::string_view start);
 
 // The grid of the course as the next command opens it, without the course's name (its folder's)

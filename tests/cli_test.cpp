@@ -145,6 +145,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         std::vector<std::string> out, err;  // parts of each
         bool writes;
         const char* folder = nullptr;  // made in the course beforehand
+        const char* file = nullptr;    // written beforehand where the command wants a folder
     } cases[] = {
         // clang-format off
         {demo, {"set-scores", "7", "--points", "1,x,0,0,0"}, 1, {},
@@ -155,6 +156,15 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         {demo, {"set-scores", "7", "--cap", "lots"}, 1, {}, {"[Max Points] Not a valid number", notSaved}, false},
         {demo, {"rename", "2", "Vectors, part 1"}, 1, {}, {"may not contain a comma"}, false},
         {demo, {"remove", "2"}, 1, {}, {"[Confirm Remove]"}, false},
+        {demo, {"rename", "2", "Vectors", "--json"}, 0, {"\"title\": \"Vectors\"", "\"written\": true"}, {}, true},
+        {demo, {"remove", "2", "--yes"}, 0, {}, {}, true},
+        // A removal whose copy cannot be written claims no copy and leaves the log.
+        {demo, {"remove", "2", "--yes", "--json"}, 3, {"\"unsaved\": [\n    \"SessionData/xL2609101000.csv\"",
+         "\"copy\": null", "\"removed\": false", "Changes not saved!"}, {}, false, "SessionData/xL2609101000.csv"},
+        {demo, {"overview", "--html", "--json"}, 0, {"\"files\": [\n    \"Reports/Overview.html\"", "\"unsaved\": []"}, {}, true, "Reports"},
+        {demo, {"overview", "--html", "--json"}, 3, {"\"files\": []", "\"unsaved\": [\n    \"Reports/Overview.html\""},
+         {"[Course Overview] The page Reports/Overview.html was not written"}, false, nullptr, "Reports"},
+        {demo, {"websync", "--json", "--answer", "maybe"}, 2, {}, {"--answer"}, false},
         {sample, {"clickers", "--json", "--total-from", "5"}, 0, {"\"remote\": \"00ABC123\",\n      \"selected\": true"}, {}, false},
         {sample, {"clickers", "--avg-equal", "1x"}, 1, {}, {"Run-time error '13': Type mismatch"}, false},
         {sample, {"purge", "77", "--yes"}, 2, {}, {"no unregistered clicker '77'"}, false},
@@ -175,17 +185,20 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         {reports, {"term-report", "--mode", "5"}, 2, {}, {"tallory-cli: "}, false, "Reports"},
         // clang-format on
     };
+    TempCourse dataHome;  // removed sessions are kept there
+    ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.arguments));
         TempCourse course;
         course.CopyFrom(c.course);
         if (c.folder) std::filesystem::create_directory(course.File(c.folder));
+        if (c.file) course.Write(c.file, "in the way");
         const test::Files before = test::FolderFiles(course.Path());
         const test::CliResult result = test::RunCliOn(course.Path(), c.arguments);
         EXPECT_EQ(result.status, c.status) << result.err;
         for (const std::string& part : c.out) EXPECT_TRUE(test::Holds(result.out, part));
         for (const std::string& part : c.err) EXPECT_TRUE(test::Holds(result.err, part));
-        if (c.status != 0) {
+        if (c.status == 1 || c.status == 2) {
             EXPECT_TRUE(result.out.empty()) << result.out;
         }
         EXPECT_EQ(test::FolderFiles(course.Path()) != before, c.writes);

@@ -107,11 +107,7 @@ TEST(LineReader, EndsLinesAtCrOrCrLfKeepsLoneLfAndReadsATextAsItsFile) {
          {"one", "two", "three\nstill three", "", "last"}},
         {"", {}},
         {"\r\n", {""}},
-        {"\xFF\xFE"
-         "a,b\r\nc\r",
-         {"\xFF\xFE"
-          "a,b",
-          "c"}},
+        {"\xFF\xFE\x61,b\r\nc\r", {"\xFF\xFE\x61,b", "c"}},  // \x61: "a"
         {longLine + "\r\n" + longLine + "\r", {longLine, longLine}},
     };
     test::TempCourse course;

@@ -1,7 +1,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "TestSupport.h"
 #include "common/Paths.h"
@@ -228,29 +227,6 @@ TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
         ASSERT_EQ(fixture.host.messages.size(), 2u);
         EXPECT_TRUE(test::BeginsWith(fixture.host.messages[1].text, c.message));
     }
-}
-
-TEST(EditSessionCli, RenameAndRemove) {
-    SessionsCourse fixture;
-    // A removal whose copy cannot be written (a folder stands in its place) claims no copy.
-    fixture.Write("SessionData/xL0909121030.csv/inside", "x");
-    const std::string before = fixture.Log(2);
-    auto failed = test::RunCliOn(fixture.Path(), {"remove", "2", "--yes", "--json"});
-    EXPECT_EQ(failed.status, 3);
-    for (const char* part : {"\"unsaved\": [\n    \"SessionData/xL0909121030.csv\"",
-                             "\"copy\": null", "\"removed\": false", "Changes not saved!"})
-        EXPECT_TRUE(test::Holds(failed.out, part));
-    EXPECT_FALSE(test::Holds(failed.out, "--yes confirms"));
-    EXPECT_EQ(fixture.Log(2), before);
-    std::filesystem::remove_all(fixture.File("SessionData/xL0909121030.csv"));
-
-    ASSERT_EQ(test::RunCliOn(fixture.Path(), {"rename", "2", "Vectors"}).status, 0);
-    EXPECT_TRUE(test::Holds(fixture.Log(2), ",\"Vectors\"\r\n"));
-    ASSERT_EQ(test::RunCliOn(fixture.Path(), {"remove", "2", "--yes"}).status, 0);
-    EXPECT_EQ(fixture.Log(2), "");
-    EXPECT_TRUE(fixture.Exists("SessionData/xL0909121030.csv"));
-    // The emptied log is no longer a session, so it cannot be removed twice.
-    EXPECT_FALSE(test::Holds(test::RunCliOn(fixture.Path(), {"grid"}).out, "Vectors"));
 }
 
 }  // namespace

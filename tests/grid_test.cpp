@@ -30,6 +30,13 @@ struct OpenGrid {
     RecordingHost host;
     ScoreGrid grid{course};
 
+    OpenGrid() = default;
+    // Opened on `sessions` logs of the students S1..Sn.
+    OpenGrid(int sessions, int students) {
+        WriteSessions(sessions, Voters(students));
+        Open();
+    }
+
     void WriteSessions(int sessions, const std::vector<LogVoter>& voters) const {
         for (int day = 1; day <= sessions; ++day)
             folder.WriteLog(test::SeptemberLog(day), {.voters = voters});
@@ -56,9 +63,7 @@ TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
         {3, 0, false, false}, {4, 0, false, true}, {5, 1, true, true}, {9, 5, true, true}};
     for (const auto& [sessions, pageNo, previous, lastColumnShown] : cases) {
         SCOPED_TRACE(sessions);
-        OpenGrid open;
-        open.WriteSessions(sessions, Voters(2));
-        open.Open();
+        OpenGrid open(sessions, 2);
         const GridView& view = open.view();
         EXPECT_EQ(open.grid.PageNo(), pageNo);
         EXPECT_FALSE(view.lblNext.visible);
@@ -75,9 +80,7 @@ TEST(ScoreGrid, OpensOnTheLatestFourSessions) {
 }
 
 TEST(ScoreGrid, PagesOneSessionAtATime) {
-    OpenGrid open;
-    open.WriteSessions(6, Voters(1));
-    open.Open();
+    OpenGrid open(6, 1);
     ScoreGrid& grid = open.grid;
     ASSERT_EQ(grid.PageNo(), 2);
 
@@ -103,9 +106,7 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
 TEST(ScoreGrid, StudentScrollBarAndWheel) {
     for (int students : {5, 6, 7}) {
         SCOPED_TRACE(students);
-        OpenGrid open;
-        open.WriteSessions(1, Voters(students));
-        open.Open();
+        OpenGrid open(1, students);
         EXPECT_EQ(open.view().studentScroll.visible, students > 5);
         EXPECT_EQ(open.view().studentScroll.maximum, std::max(students - 6, 0));
         if (students < 7) continue;
@@ -142,9 +143,7 @@ TEST(ScoreGrid, KeysMoveOnlyWhatTheMouseCouldMove) {
         {"help open: page down", 7, 12, true, GridKey::PageDown, 3, 0},
     };
     for (const auto& [what, sessions, students, help, key, pageNo, firstRow] : cases) {
-        OpenGrid open;
-        open.WriteSessions(sessions, Voters(students));
-        open.Open();
+        OpenGrid open(sessions, students);
         if (help) open.grid.ToggleHelp();
         open.grid.KeyDown(key);
         EXPECT_EQ(open.grid.PageNo(), pageNo) << what;
@@ -158,9 +157,7 @@ TEST(ScoreGrid, KeysMoveOnlyWhatTheMouseCouldMove) {
 }
 
 TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
-    OpenGrid open;
-    open.WriteSessions(2, {});
-    open.Open();
+    OpenGrid open(2, 0);
     const GridView& view = open.view();
     EXPECT_EQ(open.Heading(1), DateOf(2));
     EXPECT_EQ(open.Cell(1, 0) + open.Cell(1, 1) + view.lblTotal[1].text, "   ");
@@ -224,9 +221,7 @@ TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
 }
 
 TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
-    OpenGrid open;
-    open.WriteSessions(5, Voters(1));
-    open.Open();
+    OpenGrid open(5, 1);
     ScoreGrid& grid = open.grid;
     ASSERT_EQ(grid.PageNo(), 1);
     grid.ExportChanged(0, true);  // session 2
@@ -246,16 +241,12 @@ TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
     EXPECT_EQ(grid.EditClick(3), 5);
     EXPECT_EQ(open.course.CurrentLogFile, "L2609051000.csv");
 
-    OpenGrid few;
-    few.WriteSessions(2, Voters(1));
-    few.Open();
+    OpenGrid few(2, 1);
     EXPECT_EQ(few.grid.HeadingClick(14), 0);  // the blank third column
 }
 
 TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
-    OpenGrid open;
-    open.WriteSessions(2, Voters(1));
-    open.Open();
+    OpenGrid open(2, 1);
     ScoreGrid& grid = open.grid;
     const GridView& view = open.view();
     grid.ToggleHelp();

@@ -121,7 +121,7 @@ TEST(History, AFileChangedSinceIsNamedAndLeftUnlessConfirmed) {
         EXPECT_EQ(document["restored"], json::array());
         ASSERT_EQ(document["messages"].size(), 1u);
         EXPECT_EQ(document["messages"][0]["title"], "Confirm Undo");
-        EXPECT_TRUE(test::Holds(document["messages"][0]["text"], log));
+        EXPECT_TRUE(test::Holds(document["messages"][0]["text"].get<std::string>(), log));
         EXPECT_TRUE(test::FolderFiles(course.Path()) == appended);
         EXPECT_EQ(course.Entries().size(), 1u);
     }

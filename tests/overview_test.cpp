@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "TestSupport.h"
 #include "overview/CourseOverview.h"
 #include "overview/OverviewPage.h"
@@ -154,29 +152,6 @@ TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
     // Only the summary the reports have written is linked.
     EXPECT_TRUE(test::Holds(page, "href=\"SessionSummary_2.html\""));
     EXPECT_FALSE(test::Holds(page, "SessionSummary_1.html"));
-}
-
-TEST(Overview, HtmlWritesThePageOrSaysWhyNot) {
-    SmallCourse folder;
-    test::CliResult result = test::RunCliOn(folder.Path(), {"overview", "--html", "--json"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    json output = json::parse(result.out);
-    EXPECT_EQ(output["files"], json::array({"Reports/Overview.html"}));
-    EXPECT_EQ(output["unsaved"], json::array());
-    EXPECT_TRUE(test::Holds(folder.Read("Reports/Overview.html"), "<!DOCTYPE html>"));
-
-    // A file where the Reports folder should be: the page cannot be written.
-    test::TempCourse blocked;
-    blocked.CopyFrom(folder.Path());
-    std::filesystem::remove_all(blocked.File("Reports"));
-    blocked.Write("Reports", "not a folder");
-    result = test::RunCliOn(blocked.Path(), {"overview", "--html", "--json"});
-    EXPECT_EQ(result.status, 3) << result.err;
-    output = json::parse(result.out);
-    EXPECT_EQ(output["files"], json::array());
-    EXPECT_EQ(output["unsaved"], json::array({"Reports/Overview.html"}));
-    EXPECT_TRUE(test::Holds(result.err,
-                            "[Course Overview] The page Reports/Overview.html was not written"));
 }
 
 }  // namespace

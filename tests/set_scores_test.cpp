@@ -292,10 +292,10 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
     EXPECT_GT(fixture.grid.screen.redraws, redraws);
 
     std::string bytes = fixture.LogBytes();
-    EXPECT_TRUE(test::Holds(bytes, "\"FRICTION\" ,"));
-    EXPECT_TRUE(test::Holds(bytes, "Correct Answer, , ,3,"));
-    EXPECT_TRUE(test::Holds(bytes, "Response C,    ,   , 1 , 2 ,"));
-    EXPECT_TRUE(test::Holds(bytes, "Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"));
+    for (const char* part :
+         {"\"FRICTION\" ,", "Correct Answer, , ,3,", "Response C,    ,   , 1 , 2 ,",
+          "Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"})
+        EXPECT_TRUE(test::Holds(bytes, part));
     // S1 answered C and A: 2 + 0.5 + 1; the stray clicker B and A: 0.5 + 1.
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 3.5);
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[0], 3.5);
