@@ -54,6 +54,29 @@ TEST(Numbers, RoundingHalvesToEvenAndFormatsAwayFromZero) {
     EXPECT_EQ(Int(-2.1), -3);
 }
 
+TEST(Numbers, FixedFormOfDecimalsRoundsTheirDigitsHalfAwayFromZero) {
+    // Thousandths across the range the reports print, and far larger ones, each to 0 to 4 places,
+    // against whole-number arithmetic on the thousandths themselves.
+    const long long power[] = {1, 10, 100, 1000, 10000};
+    for (long long k = -3000000; k <= 3000000; k += 997) {
+        for (long long thousandths : {k, k * 12345679}) {
+            const long long magnitude = thousandths < 0 ? -thousandths : thousandths;
+            for (int places = 0; places <= 4; ++places) {
+                const long long down = power[3 - std::min(places, 3)];
+                const long long kept = places > 3 ? magnitude * 10 : (magnitude + down / 2) / down;
+                std::string expected = std::to_string(kept / power[places]);
+                if (places > 0) {
+                    const std::string fraction = std::to_string(kept % power[places]);
+                    expected += "." + std::string(places - fraction.size(), '0') + fraction;
+                }
+                if (thousandths < 0 && kept != 0) expected.insert(0, "-");
+                ASSERT_EQ(FormatFixed(thousandths / 1000.0, places), expected)
+                    << thousandths << " to " << places;
+            }
+        }
+    }
+}
+
 TEST(Numbers, ConversionsAcceptWhatThePollingApplicationWrites) {
     // nullopt: not a number. numbers_test holds the fast conversions to the reference ones.
     const std::pair<const char*, std::optional<double>> cases[] = {
@@ -140,6 +163,29 @@ TEST(LinePrinter, LeavesTheLastLineOpen) {
     printer.Flush();
     ASSERT_TRUE(file.Commit());
     EXPECT_EQ(course.Read("out.csv"), "a, .5 ,\r\n-1 ");
+}
+
+TEST(LinePrinter, NumbersPrintedAgainAreTheSameItems) {
+    // Far more values than the printer keeps, each printed several times in an order that makes
+    // them meet in its slots; zero and minus zero, and items too long to keep, among them.
+    std::vector<double> pool = {0.0, -0.0, 1e300 / 7, -2.0 / 3 * 1e-200};
+    for (int i = 0; i < 3000; ++i)
+        pool.push_back(i % 3 == 0 ? i / 10.0 : i % 3 == 1 ? -i : i / 7.0);
+    test::TempCourse course;
+    AtomicFile file(course.File("out.csv"));
+    ASSERT_TRUE(file.Open());
+    LinePrinter printer(file);
+    std::string expected;
+    uint32_t state = 1;
+    for (int n = 0; n < 20000; ++n) {
+        state = state * 1664525u + 1013904223u;
+        const double value = pool[(state >> 8) % pool.size()];
+        printer.Number(value);
+        expected += NumberItem(value);
+    }
+    printer.Flush();
+    ASSERT_TRUE(file.Commit());
+    EXPECT_EQ(course.Read("out.csv"), expected);
 }
 
 TEST(AtomicFile, FailureLeavesTheOldFileWhole) {

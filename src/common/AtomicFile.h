@@ -41,8 +41,10 @@ class AtomicFile {
     // renamed, the file in place stands, and the host hears why.
     void Refuse(const std::string& sentence);
 
-  private:
+    // Pieces of this size and more go to the file as they are handed over, without a copy.
     static constexpr size_t kBufferSize = size_t{1} << 16;
+
+  private:
 
     bool WriteOut(std::string_view bytes);
     bool Flush();

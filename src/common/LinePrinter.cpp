@@ -20,8 +20,19 @@ void LinePrinter::AppendLong(std::string_view text) {
 }
 
 LinePrinter& LinePrinter::Number(double value) {
+    uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    PrintedNumber& kept = printed_[(bits * 0x9E3779B97F4A7C15ull) >> (64 - kPrintedBits)];
+    if (kept.length != 0 && kept.bits == bits)
+        return Text(std::string_view(kept.item, kept.length));
     char item[kNumberItemSize];
-    return Text(std::string_view(item, NumberItemTo(value, item)));
+    const size_t length = NumberItemTo(value, item);
+    if (length <= sizeof kept.item) {
+        kept.bits = bits;
+        kept.length = static_cast<uint8_t>(length);
+        std::memcpy(kept.item, item, length);
+    }
+    return Text(std::string_view(item, length));
 }
 
 void LinePrinter::Flush() {

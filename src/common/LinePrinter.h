@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -49,6 +51,17 @@ class LinePrinter {
         }
     }
     void AppendLong(std::string_view text);
+
+    // The number items printed lately, by the value's bits. A log repeats a few hundred values
+    // (points, times to the tenth, attempts) hundreds of thousands of times, and printing one
+    // anew costs several times copying it.
+    struct PrintedNumber {
+        uint64_t bits = 0;
+        uint8_t length = 0;  // 0: nothing kept here yet (an item is never empty)
+        char item[kShortItem + 7];
+    };
+    static constexpr int kPrintedBits = 10;
+    std::array<PrintedNumber, size_t{1} << kPrintedBits> printed_{};
 
     AtomicFile& file_;
     // Bytes 0 to used_ are printed and not yet handed over. Its size is kept at least

@@ -187,39 +187,78 @@ namespace {
 // general form: it lies within half a unit of the last bit of the decimal, far inside half a unit
 // of the 15th digit, and from 0.001 up the general form has no exponent. Written here straight
 // from its digits; 0 when the value is no such decimal.
-size_t ShortDecimalTo(double value, char* out) {
+// The decimal of at most three places a magnitude below 10^11 is the nearest double to, as its
+// digits without the point (`scaled`) and its places; false when there is none.
+bool ShortDecimalOf(double magnitude, long long& scaled, int& places) {
     static constexpr double kScales[] = {10, 100, 1000};
-    const double magnitude = std::fabs(value);
-    if (!(magnitude < 1e11)) return 0;
-    for (int places = 1; places <= 3; ++places) {
+    if (!(magnitude < 1e11)) return false;
+    for (places = 1; places <= 3; ++places) {
         const double scale = kScales[places - 1];
-        const double scaled = std::nearbyint(magnitude * scale);
-        if (scaled / scale != magnitude) continue;
-        char digits[24];
-        const size_t count = static_cast<size_t>(
-            std::to_chars(digits, digits + sizeof digits, static_cast<long long>(scaled)).ptr -
-            digits);
-        size_t at = 0;
-        if (value < 0) out[at++] = '-';
-        const size_t decimals = static_cast<size_t>(places);
-        if (count <= decimals) {
-            out[at++] = '0';
-            out[at++] = '.';
-            for (size_t i = count; i < decimals; ++i) out[at++] = '0';
-            std::memcpy(out + at, digits, count);
-            at += count;
-        } else {
-            std::memcpy(out + at, digits, count - decimals);
-            at += count - decimals;
-            out[at++] = '.';
-            std::memcpy(out + at, digits + count - decimals, decimals);
-            at += decimals;
-        }
-        while (out[at - 1] == '0') --at;
-        if (out[at - 1] == '.') --at;
-        return at;
+        const double digits = std::nearbyint(magnitude * scale);
+        if (digits / scale != magnitude) continue;
+        scaled = static_cast<long long>(digits);
+        return true;
     }
-    return 0;
+    return false;
+}
+
+size_t ShortDecimalTo(double value, char* out) {
+    long long scaled;
+    int places;
+    if (!ShortDecimalOf(std::fabs(value), scaled, places)) return 0;
+    char digits[24];
+    const size_t count =
+        static_cast<size_t>(std::to_chars(digits, digits + sizeof digits, scaled).ptr - digits);
+    size_t at = 0;
+    if (value < 0) out[at++] = '-';
+    const size_t decimals = static_cast<size_t>(places);
+    if (count <= decimals) {
+        out[at++] = '0';
+        out[at++] = '.';
+        for (size_t i = count; i < decimals; ++i) out[at++] = '0';
+        std::memcpy(out + at, digits, count);
+        at += count;
+    } else {
+        std::memcpy(out + at, digits, count - decimals);
+        at += count - decimals;
+        out[at++] = '.';
+        std::memcpy(out + at, digits + count - decimals, decimals);
+        at += decimals;
+    }
+    while (out[at - 1] == '0') --at;
+    if (out[at - 1] == '.') --at;
+    return at;
+}
+
+// FormatFixed of a short decimal (see ShortDecimalTo) to at most six places, by whole numbers:
+// its 15 significant digits are the decimal's own, so rounding them half away from zero is
+// rounding the decimal's digits. False when the value is no such decimal.
+bool FormatShortFixed(double value, int places, std::string& text) {
+    static constexpr long long kPowers[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
+    long long scaled;
+    int decimals;
+    if (places < 0 || places > 6 || !ShortDecimalOf(std::fabs(value), scaled, decimals))
+        return false;
+    long long kept;
+    if (decimals <= places) {
+        kept = scaled * kPowers[places - decimals];
+    } else {
+        const long long divisor = kPowers[decimals - places];
+        kept = (scaled + divisor / 2) / divisor;
+    }
+    const long long unit = kPowers[places];
+    char buffer[40];
+    char* at = buffer;
+    if (value < 0 && kept != 0) *at++ = '-';  // no "-0.00"
+    at = std::to_chars(at, buffer + sizeof buffer, kept / unit).ptr;
+    if (places > 0) {
+        *at++ = '.';
+        const long long fraction = kept % unit;
+        for (long long power = unit / 10; power >= 1; power /= 10)
+            *at++ = static_cast<char>('0' + fraction / power % 10);
+    }
+    text.assign(buffer, at);
+    return true;
 }
 
 }  // namespace
@@ -276,6 +315,8 @@ double Round(double value, int places) {
 }
 
 std::string FormatFixed(double value, int places) {
+    // A report prints a figure of every student in every session: most are short decimals.
+    if (std::string text; FormatShortFixed(value, places, text)) return text;
     double rounded = RoundDecimal(value, places, false);
     if (rounded == 0) rounded = 0;  // no "-0.00"
     char buffer[64];

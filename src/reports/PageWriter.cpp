@@ -146,39 +146,31 @@ void PageWriter::Close() {
     output_.End();
 }
 
-void PageWriter::Write(std::string_view text) {
+void PageWriter::NotOpen() const {
     // The page writers' own lines do not ask whether the page is open: the first of them on a
     // page that could not be opened ends the run.
-    if (!open_) throw RunTimeError(kBadFileNameOrNumber, "writing " + path_);
-    pending_.append(text);
-    if (pending_.size() >= kPendingSize) {
-        output_.Write(pending_);
-        pending_.clear();
-    }
+    throw RunTimeError(kBadFileNameOrNumber, "writing " + path_);
 }
 
-PageWriter& PageWriter::Text(std::string_view text) {
-    Write(text);
-    return *this;
+void PageWriter::HandOver() {
+    output_.Write(pending_);
+    pending_.clear();
 }
 
 PageWriter& PageWriter::Number(double value) {
-    Write(NumberItem(value));
+    char item[kNumberItemSize];
+    Write(std::string_view(item, NumberItemTo(value, item)));
     return *this;
 }
 
 PageWriter& PageWriter::Converted(double value) {
-    Write(NumberText(value));
+    char text[kNumberTextSize];
+    Write(std::string_view(text, NumberTextTo(value, text)));
     return *this;
 }
 
 PageWriter& PageWriter::Formatted(double value) {
     Write(FormatFixed(value, 2));
-    return *this;
-}
-
-PageWriter& PageWriter::EndLine() {
-    Write("\r\n");
     return *this;
 }
 

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "common/AtomicFile.h"
 #include "common/Course.h"
 #include "common/Host.h"
 
@@ -119,14 +120,17 @@ class PageWriter {
     bool IsOpen() const { return open_; }
 
     // A string item, as it stands.
-    PageWriter& Text(std::string_view text);
+    PageWriter& Text(std::string_view text) {
+        Write(text);
+        return *this;
+    }
     // A number item: a sign place, the general digits without a zero before the point, a blank.
     PageWriter& Number(double value);
     // A number converted to a string: the general digits, nothing added ("0.5").
     PageWriter& Converted(double value);
     // A formatted figure, "#0.00" or "0.00" (the two agree): two places, halves away from zero.
     PageWriter& Formatted(double value);
-    PageWriter& EndLine();
+    PageWriter& EndLine() { return Text("\r\n"); }
     // One line of a single string item.
     PageWriter& Line(std::string_view text) { return Text(text).EndLine(); }
 
@@ -144,7 +148,14 @@ class PageWriter {
     Host& host() const { return host_; }
 
   private:
-    void Write(std::string_view text);
+    // Every item of every page comes through here: inline, and checked in the same step.
+    void Write(std::string_view text) {
+        if (!open_) NotOpen();
+        pending_.append(text);
+        if (pending_.size() >= kPendingSize) HandOver();
+    }
+    [[noreturn]] void NotOpen() const;
+    void HandOver();
     void IndexRoster() const;
     std::string FirstRemoteOf(std::string_view studentId) const;
 
@@ -154,9 +165,9 @@ class PageWriter {
     bool open_ = false;
     std::string path_;  // of the page last opened, or tried
     std::string courseName_;
-    // The items of a page go to the output a few lines at a time: a page of every student's
-    // votes is millions of items.
-    static constexpr size_t kPendingSize = 4096;
+    // The items of a page go to the output in pieces the file takes as they are (see
+    // AtomicFile): a page of every student's votes is millions of items.
+    static constexpr size_t kPendingSize = AtomicFile::kBufferSize;
     std::string pending_;
 
     // Roster rows up to the first without an ID, by normal key (first row wins), and the
