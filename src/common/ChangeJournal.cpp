@@ -107,6 +107,28 @@ Copy CopyDurably(const std::string& from, const std::string& to) {
     return ::close(out) == 0 && ok ? Copy::Done : Copy::Failed;
 }
 
+// Keeps a file as it stands under `entry`. A report page is written by this program alone and
+// only ever replaced whole, never in place: once the new page is renamed over it, the old file
+// is the journal's alone, so a second name for it keeps it as well as a copy would, without
+// writing its bytes again. Whatever another program may write in place (a log the polling
+// application appends to, the roster in an editor) is copied.
+Copy KeepAsItStands(const std::string& path, const std::string& entry) {
+    // A name left over must not be written through: it may be a second name of a course file.
+    WriteEvent();
+    ::unlink(entry.c_str());
+    if (!path.ends_with(".html")) return CopyDurably(path, entry);
+    WriteEvent();
+    if (::link(path.c_str(), entry.c_str()) != 0) {
+        if (errno == ENOENT) return Copy::NoFile;
+        return CopyDurably(path, entry);  // a folder that takes no second names
+    }
+    // Its bytes as durable as a copy's would be.
+    int fd = ::open(entry.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool synced = fd >= 0 && ::fdatasync(fd) == 0;
+    if (fd >= 0) ::close(fd);
+    return synced ? Copy::Done : Copy::Failed;
+}
+
 // A file written again in the change adds its new content's hash to the entry's list of later
 // contents: one synced append, where replacing the record would cost a sync of the record and one
 // of the journal folder. The list exists from the start, so an append needs no folder sync; an
@@ -265,7 +287,7 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
     }
     const std::string entry = JoinPath(journal_, std::to_string(kept_.size() + 1));
     // A file that does not stand yet is written down as new: undoing removes it.
-    const Copy copy = CopyDurably(path, entry);
+    const Copy copy = KeepAsItStands(path, entry);
     if (copy == Copy::Failed) return false;
     const bool stood = copy == Copy::Done;
     const std::string record = Wrote(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
