@@ -131,8 +131,8 @@ Copy KeepAsItStands(const std::string& path, const std::string& entry) {
 
 // A file written again in the change adds its new content's hash to the entry's list of later
 // contents: one synced append, where replacing the record would cost a sync of the record and one
-// of the journal folder. The list exists from the start, so an append needs no folder sync; an
-// append cut short leaves a part of a hash that no content has, and nothing after it.
+// of the journal folder. Once the list exists an append needs no folder sync; an append cut
+// short leaves a part of a hash that no content has, and nothing after it.
 bool AppendDurably(const std::string& path, const std::string& text) {
     return WriteSynced(path, O_APPEND, text);
 }
@@ -222,6 +222,7 @@ void ChangeJournal::Commit() {
     if (!journal_.empty()) RemoveJournal(journal_);
     journal_.clear();
     kept_.clear();
+    laterListed_.clear();
     files_.clear();
     described_.clear();
     undoes_ = 0;
@@ -273,8 +274,14 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
     if (auto kept = kept_.find(path); kept != kept_.end()) {
         // The state before the change is kept already; the file is written once more (a purge
         // of several clickers passes over every log once for each), and what it is given now
-        // is the change's too.
-        return AppendDurably(kept->second + kLaterSuffix, " " + Wrote(newHash));
+        // is the change's too. The list is made at the second writing, as most files of a
+        // change (every report page) are written once; from then on each is one synced append.
+        const std::string later = kept->second + kLaterSuffix;
+        if (laterListed_.contains(later)) return AppendDurably(later, " " + Wrote(newHash));
+        if (!WriteDurably(later, " " + Wrote(newHash))) return false;
+        SyncFolder(journal_);
+        laterListed_.insert(later);
+        return true;
     }
     if (journal_.empty()) {
         const std::string journal = JournalFolder(folder_);
@@ -291,7 +298,6 @@ bool ChangeJournal::Keep(const std::string& target, std::optional<uint64_t> newH
     if (copy == Copy::Failed) return false;
     const bool stood = copy == Copy::Done;
     const std::string record = Wrote(newHash) + "\n" + (stood ? kStood : kNew) + "\n" + path;
-    if (!WriteDurably(entry + kLaterSuffix, "")) return false;
     if (!WriteDurably(entry + kPathSuffix, record)) return false;
     SyncFolder(journal_);
     kept_[path] = entry;

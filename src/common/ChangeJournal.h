@@ -66,6 +66,8 @@ class ChangeJournal {
     std::string action_;
     // Per file kept: its journal entry.
     std::map<std::string, std::string> kept_;
+    // The entries whose list of later contents exists: the files written twice or more.
+    std::set<std::string> laterListed_;
     // Folders where a kept file was replaced since the last commit.
     std::set<std::string> unsynced_;
     std::string described_;  // the change as the history names it; empty: not described
