@@ -174,14 +174,6 @@ void RemoveJournal(const std::string& journal) {
     ClearFolder(done);
 }
 
-std::string RealPath(const std::string& path) {
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (!real) return {};
-    std::string text(real);
-    std::free(real);
-    return text;
-}
-
 std::string NewToken() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     static int count = 0;

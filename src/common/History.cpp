@@ -77,11 +77,8 @@ std::string Relative(const std::string& courseFolder, const std::string& path) {
 }
 
 std::string RealFolder(const std::string& folder) {
-    char* real = ::realpath(folder.c_str(), nullptr);
-    if (!real) return folder;
-    std::string text(real);
-    std::free(real);
-    return text;
+    std::string real = RealPath(folder);
+    return real.empty() ? folder : real;
 }
 
 std::string EntryText(const HistoryEntry& entry) {

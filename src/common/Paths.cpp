@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdlib>
 
 #include "common/Text.h"
 
@@ -95,6 +96,14 @@ std::string LastComponent(const std::string& path) {
     while (trimmed.size() > 1 && trimmed.back() == '/') trimmed.pop_back();
     size_t slash = trimmed.rfind('/');
     return slash == std::string::npos ? trimmed : trimmed.substr(slash + 1);
+}
+
+std::string RealPath(const std::string& path) {
+    char* real = ::realpath(path.c_str(), nullptr);
+    if (!real) return {};
+    std::string text(real);
+    std::free(real);
+    return text;
 }
 
 }  // namespace tallory

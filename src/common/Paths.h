@@ -22,6 +22,10 @@ void CreateFolderPath(const std::string& path);
 std::vector<std::string> ListFiles(const std::string& folder);
 std::vector<std::string> ListFolders(const std::string& folder);
 
+// The path with every link and "." or ".." resolved; empty when it cannot be resolved (a
+// component that does not exist).
+std::string RealPath(const std::string& path);
+
 // The last component of a path, without trailing separators.
 std::string LastComponent(const std::string& path);
 // Joins a folder and a name with "/".

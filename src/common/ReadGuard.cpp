@@ -16,6 +16,8 @@
 #include <map>
 #include <mutex>
 
+#include "common/Paths.h"
+
 namespace tallory {
 
 namespace {
@@ -32,10 +34,8 @@ std::map<std::string, ReadSnapshot>& Snapshots() {
 
 // The key of a file: its real path, so that every spelling of it meets the same entry.
 std::optional<std::string> KeyOf(const std::string& path) {
-    char* real = ::realpath(path.c_str(), nullptr);
-    if (!real) return std::nullopt;
-    std::string key(real);
-    std::free(real);
+    std::string key = RealPath(path);
+    if (key.empty()) return std::nullopt;
     return key;
 }
 

@@ -49,13 +49,6 @@ std::string CleanPath(const std::string& path) {
 const char* const kDemoCourse = "demo-course";
 const char* const kUserDemoCourse = "Demo Course";
 
-std::string RealPath(const std::string& path) {
-    char* real = ::realpath(path.c_str(), nullptr);
-    const std::string resolved = real ? real : "";
-    std::free(real);
-    return resolved;
-}
-
 bool SameFolder(const std::string& a, const std::string& b) {
     struct stat first, second;
     return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 &&
@@ -252,9 +245,8 @@ InstanceLock::~InstanceLock() {
 bool InstanceLock::Acquire(const std::string& courseFolder) {
     // One name per user and course folder, the folder taken with its links resolved so that two
     // links to one course find each other.
-    char* real = ::realpath(courseFolder.c_str(), nullptr);
-    const std::string folder = real ? real : courseFolder;
-    std::free(real);
+    std::string folder = RealPath(courseFolder);
+    if (folder.empty()) folder = courseFolder;
     uint64_t hash = 14695981039346656037ull;  // FNV-1a
     for (unsigned char byte : folder) hash = (hash ^ byte) * 1099511628211ull;
     char name[64];
