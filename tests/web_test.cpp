@@ -257,9 +257,9 @@ TEST(WebRegistration, KeysCodesAndHosts) {
         EXPECT_TRUE(IsSqlCode(code)) << code;
     for (const char* code : {"local", "demo", "http://h/f.csv"})
         EXPECT_FALSE(IsSqlCode(code)) << code;
-    EXPECT_EQ(UrlHostName("http://reg.example.org:8080/svc/"), "reg.example.org");
-    EXPECT_EQ(UrlHostName("https://user@host.example/"), "host.example");
-    EXPECT_EQ(UrlHostName(""), "");
+    EXPECT_EQ(std::tuple(UrlHostName("http://reg.example.org:8080/svc/"),
+                         UrlHostName("https://user@host.example/"), UrlHostName("")),
+              std::tuple("reg.example.org", "host.example", ""));
 }
 
 // "remote|first|last|ID" per registration read.
@@ -532,8 +532,7 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         ASSERT_EQ(web.host.messages.size(), 1u);
         EXPECT_EQ(web.host.messages[0].text, message);
         EXPECT_EQ(web.host.messages[0].icon, Icon::None);
-        EXPECT_EQ(web.recordsUpdated, 0);
-        EXPECT_EQ(web.doneNote, DoneNote(0));
+        EXPECT_EQ(std::tuple(web.recordsUpdated, web.doneNote), std::tuple(0, DoneNote(0)));
         EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
         EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
     }
@@ -559,8 +558,8 @@ TEST(WebSync, ScreenStates) {
         EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
         EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
         EXPECT_EQ(screen.wList().rows, (std::vector<std::string>{"Bennett Oliver (1002) #AA0002"}));
-        EXPECT_FALSE(screen.wSync().visible);
-        EXPECT_TRUE(screen.wAccept().visible && screen.wWebList().state.visible);
+        EXPECT_TRUE(!screen.wSync().visible && screen.wAccept().visible &&
+                    screen.wWebList().state.visible);
         screen.wAcceptClick();  // no selection: nothing happens
         EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
         screen.wIgnoreClick();
@@ -569,13 +568,12 @@ TEST(WebSync, ScreenStates) {
         EXPECT_EQ(screen.wList().rows,
                   (std::vector<std::string>{"Chen Wei (1003)", "Chen Lin (1004)"}));  // best first
         screen.wIgnoreClick();
+        EXPECT_EQ(std::tie(screen.wCancel().text, screen.wWhich().text),
+                  std::tuple("Done", "Checking 00BB0001 : 3 / 3"));
         EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
-        EXPECT_EQ(screen.wCancel().text, "Done");
-        EXPECT_EQ(screen.wWhich().text, "Checking 00BB0001 : 3 / 3");
         screen.wCancelClick();
-        EXPECT_FALSE(screen.Cancelled());
-        EXPECT_TRUE(screen.Hidden());
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
+        EXPECT_EQ(std::tuple(screen.Cancelled(), screen.Hidden(), screen.CurrentState()),
+                  std::tuple(false, true, WebSyncScreen::State::Welcome));
     }
     {
         // The maker's service is named by its host; Cancel in the welcome state cancels.
@@ -616,10 +614,9 @@ TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
         std::vector<std::string> files = output["files"];
         std::sort(files.begin(), files.end());
         EXPECT_EQ(files, c.files);
-        EXPECT_EQ(output["cancelled"], c.cancelled);
-        EXPECT_EQ(output["done_note"].is_null(), c.cancelled);
-        EXPECT_EQ(output["verify"].size(), c.cancelled ? 2u : 3u);
-        EXPECT_EQ(output["records_updated"], c.cancelled ? 1 : 3);
+        EXPECT_EQ(std::tuple(output["cancelled"], output["done_note"].is_null(),
+                             output["verify"].size(), output["records_updated"]),
+                  std::tuple(c.cancelled, c.cancelled, c.cancelled ? 2u : 3u, c.cancelled ? 1 : 3));
     }
 }
 
@@ -642,10 +639,9 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
         web.host.answers.push_back(yes ? Answer::Yes : Answer::No);
         web.Sync(VerifyAnswer::Accept);
         ASSERT_EQ(web.host.messages.size(), yes ? 1u : 2u);  // then WebReg.dat is missing
-        EXPECT_EQ(web.host.messages[0].title, "Confirm Sync");
-        EXPECT_EQ(web.host.messages[0].icon, Icon::Question);
-        EXPECT_EQ(web.host.messages[0].buttons, Buttons::YesNo);
-        EXPECT_EQ(web.host.messages[0].text, ConfirmSyncText());
+        EXPECT_EQ(test::Messages(web.host)[0], "[Confirm Sync] " + ConfirmSyncText());
+        EXPECT_EQ(std::tuple(web.host.messages[0].icon, web.host.messages[0].buttons),
+                  std::tuple(Icon::Question, Buttons::YesNo));
         // Yes starts the tool and the screen never opens; No goes on without it.
         EXPECT_EQ(
             web.host.started,
@@ -711,9 +707,8 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         EXPECT_EQ(fetcher.fetches, 0);
         EXPECT_EQ(web.recordsUpdated, -1);  // no screen
         ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_EQ(web.host.messages[0].text.rfind("WebSync cannot reach a registration source", 0),
-                  0u)
-            << web.host.messages[0].text;
+        EXPECT_TRUE(test::BeginsWith(web.host.messages[0].text,
+                                     "WebSync cannot reach a registration source"));
         EXPECT_TRUE(test::Holds(web.host.messages[0].text, kRegistrationBaseVariable));
         EXPECT_TRUE(web.host.written.empty());
     }
