@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <functional>
@@ -330,27 +329,6 @@ TEST(SetScores, PicturesOfTheQuestion) {
     EXPECT_EQ(std::tuple(c.Image1.visible, c.cmdViewScreenShot.enabled, c.cmdViewScreenShot.text),
               std::tuple(false, false, "VIEW SCREENSHOT / IMAGE"));
     EXPECT_EQ(screen.cmdHistogramClick(), "");
-}
-
-TEST(SetScoresCli, ScriptedEditsAreSavedAsSetSavesThem) {
-    LogPlan log = QuestionsPlan(2);
-    log.questions[0].points = {};
-    log.voters = {{"#A1", "", {"B", "X"}}, {"#B7", "", {"C", "X"}}};
-    ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
-    auto result = test::RunCli({"--course", fixture.Path(), "set-scores", "1", "--json",
-                                "--participation", "0.5", "--question", "1", "--correct", "b",
-                                "--points", "0,2,1,0,0", "--title", "Inertia"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    auto session = nlohmann::json::parse(result.out);
-    EXPECT_EQ(std::tuple(session["written"], session["participation"]), std::tuple(true, 0.5));
-    const nlohmann::json& first = session["questions"][0];
-    EXPECT_EQ(std::tuple(first["name"], first["correct"], first["points"]),
-              std::tuple("INERTIA", 2, nlohmann::json::parse("[0, 2, 1, 0, 0]")));
-    // The saved log, read again: S1 answered B (2 + 0.5), the stray clicker C (1 + 0.5).
-    auto grid = nlohmann::json::parse(test::RunCliOn(fixture.Path(), {"grid", "--json"}).out);
-    std::map<std::string, double> totals;
-    for (const auto& student : grid["students"]) totals[student["id"]] = student["total"];
-    EXPECT_EQ(totals, (std::map<std::string, double>{{"S1", 2.5}, {"#B7", 1.5}}));
 }
 
 TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
