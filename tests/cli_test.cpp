@@ -130,7 +130,8 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
 // the screen refuses.
 TEST(Cli, CommandsEndAsTheirScreensDo) {
     const std::string demo = kDemo, sample = test::DataPath("housekeeping/course"),
-                      reports = test::DataPath("reports/course");
+                      reports = test::DataPath("reports/course"),
+                      canvas = test::DataPath("export/canvas/course");
     const std::string notSaved = "nothing was saved";
     struct Case {
         std::string course;
@@ -140,6 +141,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         bool writes;
         const char* folder = nullptr;  // made in the course beforehand
         const char* file = nullptr;    // written beforehand where the command wants a folder
+        std::pair<const char*, const char*> made = {};  // a file made, and its bytes in tests/data
     } cases[] = {
         // clang-format off
         {demo, {"set-scores", "7", "--points", "1,x,0,0,0"}, 1, {},
@@ -177,6 +179,15 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         {reports, {"term-report", "--mode", "4", "--json"}, 0, {"\"mode\": 4"}, {}, true, "Reports"},
         {reports, {"term-report", "--json"}, 1, {}, {}, true},  // the pages before the failure stand
         {reports, {"term-report", "--mode", "5"}, 2, {}, {"tallory-cli: "}, false, "Reports"},
+        // The Canvas layout from the options, its columns listed; no other format lists columns,
+        // so the General export's output opens on its files.
+        {canvas, {"export", "selected", "--sessions", "2,4", "--canvas-columns", "total", "--absent", "blank", "--json"}, 0,
+         {"{\n  \"columns\": [\n    {\n      \"points\": 6.0,\n      \"title\": \"Clicker Total\"\n    }\n  ],\n  \"files\": [\n    \"CanvasUpload.csv\"\n  ],",
+          "\"started\": []", "\"text\": \"Wrote the Canvas upload file /"}, {}, true, nullptr, nullptr,
+         {"CanvasUpload.csv", "export/canvas/selected.total.blank.expected"}},
+        {canvas, {"export", "all"}, 0, {}, {}, true, nullptr, nullptr, {"CanvasUpload.csv", "export/canvas/all.sessions.blank.expected"}},
+        {canvas, {"export", "all", "--absent", "none"}, 2, {}, {"tallory-cli: "}, false},
+        {demo, {"export", "all", "--canvas-columns", "total", "--json"}, 0, {"{\n  \"files\": [\n    \"UploadFile.csv\""}, {}, true},
         // clang-format on
     };
     TempCourse dataHome;  // removed sessions are kept there
@@ -196,6 +207,9 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
             EXPECT_TRUE(result.out.empty()) << result.out;
         }
         EXPECT_EQ(test::FolderFiles(course.Path()) != before, c.writes);
+        if (c.made.first) {
+            EXPECT_EQ(course.Read(c.made.first), test::ReadBytes(test::DataPath(c.made.second)));
+        }
     }
 }
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "SupportForFiles.h"
@@ -714,39 +713,6 @@ TEST(ExportCanvas, AnUploadThatCannotBeWrittenIsReported) {
     EXPECT_EQ(
         test::Messages(biology.host)[0],
         "[Error] " + test::Said("an upload held open by another program", {"{file}", kUpload}));
-}
-
-// ---- tallory-cli: the layout from its options, the columns in its JSON; other formats' output
-// keeps no "columns".
-
-TEST(ExportCanvas, TheCommandLineGivesTheLayoutAndListsTheColumns) {
-    BiologyCourse biology;
-    const test::CliResult result = test::RunCliOn(
-        biology.Path(), {"export", "selected", "--sessions", "2,4", "--canvas-columns", "total",
-                         "--absent", "blank", "--json"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    const nlohmann::json out = nlohmann::json::parse(result.out);
-    EXPECT_EQ(out["files"], nlohmann::json::array({kUpload}));
-    EXPECT_EQ(out["columns"],
-              nlohmann::json::parse(R"([{"title": "Clicker Total", "points": 6}])"));
-    EXPECT_EQ(out["started"], nlohmann::json::array());
-    EXPECT_EQ(biology.Read(kUpload), CanvasData("selected.total.blank.expected"));
-    ASSERT_EQ(out["messages"].size(), 1u);
-    EXPECT_TRUE(out["messages"][0]["text"].get<std::string>().starts_with(
-        "Wrote the Canvas upload file " + biology.Path() + "/CanvasUpload.csv"));
-
-    // Defaults: a column per session, absences blank.
-    const test::CliResult defaults = test::RunCliOn(biology.Path(), {"export", "all"});
-    ASSERT_EQ(defaults.status, 0) << defaults.err;
-    EXPECT_EQ(biology.Read(kUpload), CanvasData("all.sessions.blank.expected"));
-    EXPECT_EQ(test::RunCliOn(biology.Path(), {"export", "all", "--absent", "none"}).status, 2);
-
-    biology.WriteSettings({{"CMS", "General"}});
-    biology.WriteRoster("Alvarez,Maria,20260101\r\n");
-    const test::CliResult general =
-        test::RunCliOn(biology.Path(), {"export", "all", "--canvas-columns", "total", "--json"});
-    ASSERT_EQ(general.status, 0) << general.err;
-    EXPECT_FALSE(nlohmann::json::parse(general.out).contains("columns"));
 }
 
 }  // namespace
