@@ -131,7 +131,12 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
 TEST(Cli, CommandsEndAsTheirScreensDo) {
     const std::string demo = kDemo, sample = test::DataPath("housekeeping/course"),
                       reports = test::DataPath("reports/course"),
-                      canvas = test::DataPath("export/canvas/course");
+                      canvas = test::DataPath("export/canvas/course"),
+                      web = test::DataPath("web/course");
+    // The web registrations of tests/data/web, read from the course folder.
+    const std::vector<std::pair<std::string, std::string>> local = {
+        {"WebReg.dat", test::ReadBytes(test::DataPath("web/WebReg.csv"))},
+        {"SessionData/Config.csv", "\"webcode\" ,\"local\" ,\"\"\r\n"}};
     const std::string notSaved = "nothing was saved";
     struct Case {
         std::string course;
@@ -140,7 +145,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         std::vector<std::string> out, err;  // parts of each
         bool writes;
         const char* folder = nullptr;  // made in the course beforehand
-        const char* file = nullptr;    // written beforehand where the command wants a folder
+        std::vector<std::pair<std::string, std::string>> given = {};  // files written beforehand
         std::pair<const char*, const char*> made = {};  // a file made, and its bytes in tests/data
     } cases[] = {
         // clang-format off
@@ -159,7 +164,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
          "\"copy\": null", "\"removed\": false", "Changes not saved!"}, {}, false, "SessionData/xL2609101000.csv"},
         {demo, {"overview", "--html", "--json"}, 0, {"\"files\": [\n    \"Reports/Overview.html\"", "\"unsaved\": []"}, {}, true, "Reports"},
         {demo, {"overview", "--html", "--json"}, 3, {"\"files\": []", "\"unsaved\": [\n    \"Reports/Overview.html\""},
-         {"[Course Overview] The page Reports/Overview.html was not written"}, false, nullptr, "Reports"},
+         {"[Course Overview] The page Reports/Overview.html was not written"}, false, nullptr, {{"Reports", "in the way"}}},
         {demo, {"websync", "--json", "--answer", "maybe"}, 2, {}, {"--answer"}, false},
         {sample, {"clickers", "--json", "--total-from", "5"}, 0, {"\"remote\": \"00ABC123\",\n      \"selected\": true"}, {}, false},
         {sample, {"clickers", "--avg-equal", "1x"}, 1, {}, {"Run-time error '13': Type mismatch"}, false},
@@ -183,10 +188,17 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         // so the General export's output opens on its files.
         {canvas, {"export", "selected", "--sessions", "2,4", "--canvas-columns", "total", "--absent", "blank", "--json"}, 0,
          {"{\n  \"columns\": [\n    {\n      \"points\": 6.0,\n      \"title\": \"Clicker Total\"\n    }\n  ],\n  \"files\": [\n    \"CanvasUpload.csv\"\n  ],",
-          "\"started\": []", "\"text\": \"Wrote the Canvas upload file /"}, {}, true, nullptr, nullptr,
+          "\"started\": []", "\"text\": \"Wrote the Canvas upload file /"}, {}, true, nullptr, {},
          {"CanvasUpload.csv", "export/canvas/selected.total.blank.expected"}},
-        {canvas, {"export", "all"}, 0, {}, {}, true, nullptr, nullptr, {"CanvasUpload.csv", "export/canvas/all.sessions.blank.expected"}},
+        {canvas, {"export", "all"}, 0, {}, {}, true, nullptr, {}, {"CanvasUpload.csv", "export/canvas/all.sessions.blank.expected"}},
         {canvas, {"export", "all", "--absent", "none"}, 2, {}, {"tallory-cli: "}, false},
+        // websync takes its answer from the command line; without one it cancels at the first
+        // clicker to verify and writes nothing.
+        {web, {"websync", "--json", "--answer", "accept"}, 0, {"\"cancelled\": false,", "\"records_updated\": 3,",
+         "\"files\": [\n    \"SessionData/ClickerCheck.txt\",\n    \"SessionData/RemoteID.csv\"\n  ],", "\"remote\": \"BB0003\","},
+         {}, true, nullptr, local, {"SessionData/RemoteID.csv", "web/remotes.accepted.expected"}},
+        {web, {"websync", "--json"}, 0, {"\"cancelled\": true,\n  \"done_note\": null,\n  \"files\": [],", "\"records_updated\": 1,",
+         "\"Bennett Oliver (1002)\"\n      ]\n    }\n  ]\n}"}, {}, false, nullptr, local},
         {demo, {"export", "all", "--canvas-columns", "total", "--json"}, 0, {"{\n  \"files\": [\n    \"UploadFile.csv\""}, {}, true},
         // clang-format on
     };
@@ -197,7 +209,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         TempCourse course;
         course.CopyFrom(c.course);
         if (c.folder) std::filesystem::create_directory(course.File(c.folder));
-        if (c.file) course.Write(c.file, "in the way");
+        for (const auto& [file, text] : c.given) course.Write(file, text);
         const test::Files before = test::FolderFiles(course.Path());
         const test::CliResult result = test::RunCliOn(course.Path(), c.arguments);
         EXPECT_EQ(result.status, c.status) << result.err;

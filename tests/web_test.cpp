@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "LocalHttpServer.h"
@@ -585,38 +584,6 @@ TEST(WebSync, ScreenStates) {
                   "Continue.");
         screen.wCancelClick();
         EXPECT_TRUE(screen.Cancelled());
-    }
-}
-
-// tallory-cli websync from outside: the command line's answer decides what reaches the folder.
-TEST(WebSyncCli, TheAnswerDecidesWhatIsWritten) {
-    const std::string file = DataFile("WebReg.csv");
-    LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
-    struct Case {
-        std::vector<std::string> answer;
-        std::string remoteIds;
-        std::vector<std::string> files;
-        bool cancelled;
-    } cases[] = {
-        {{"--answer", "accept"},
-         WebCourse::kRegistered,
-         {"SessionData/ClickerCheck.txt", "SessionData/RemoteID.csv"},
-         false},
-        {{}, WebCourse::kRemoteIds, {}, true},  // the default policy is cancel
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.answer.empty() ? "(no answer)" : c.answer[1]);
-        WebCourse web("demo", server.Base());  // the child inherits the registration base
-        const test::CliResult result = test::RunCliOn(web.Path(), {"websync", "--json"}, c.answer);
-        ASSERT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(web.Read("SessionData/RemoteID.csv"), c.remoteIds);
-        const nlohmann::json output = nlohmann::json::parse(result.out);
-        std::vector<std::string> files = output["files"];
-        std::sort(files.begin(), files.end());
-        EXPECT_EQ(files, c.files);
-        EXPECT_EQ(std::tuple(output["cancelled"], output["done_note"].is_null(),
-                             output["verify"].size(), output["records_updated"]),
-                  std::tuple(c.cancelled, c.cancelled, c.cancelled ? 2u : 3u, c.cancelled ? 1 : 3));
     }
 }
 
