@@ -510,6 +510,8 @@ TEST(WebSync, IgnoreAndCancel) {
     }
 }
 
+// A source that fails, or a server that stops answering, ends the run at the first fetch: the
+// message says why, once, and the course is left as it was.
 TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
     const std::string unused =
         "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/";
@@ -517,23 +519,38 @@ TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
     });
+    LocalHttpServer silent(Silence);
     const std::string unable = "Error: unable to download registrations. Check ";
-    const std::tuple<std::string, std::string, std::string> cases[] = {
-        {"demo", unused, unable + "internet connection."},
-        {"short", server.Base(), unable + "internet connection."},
-        {"nosuchschool", server.Base(), unable + "school code."},
-        {"local", server.Base(), "Error unable to open local data file WebReg.dat."},
+    const std::string slow =
+        "The reply from 127.0.0.1 took longer than 1 second and was given up; nothing was "
+        "changed. Try again later.";
+    // The source, the server, the message and its icon, the note the run ends with, and the
+    // requests the servers saw.
+    const std::tuple<std::string, std::string, std::string, Icon, std::string, size_t> cases[] = {
+        {"demo", unused, unable + "internet connection.", Icon::None, DoneNote(0), 0},
+        {"short", server.Base(), unable + "internet connection.", Icon::None, DoneNote(0), 1},
+        {"nosuchschool", server.Base(), unable + "school code.", Icon::None, DoneNote(0), 1},
+        {"local", server.Base(), "Error unable to open local data file WebReg.dat.", Icon::None,
+         DoneNote(0), 0},
+        // The registration file, then the service, asked per clicker.
+        {silent.Base() + "WebReg.csv", silent.Base(), slow, Icon::Exclamation, "(cancelled)", 1},
+        {"SQL", silent.Base(), slow, Icon::Exclamation, "(cancelled)", 1},
     };
-    for (const auto& [webcode, base, message] : cases) {
+    for (const auto& [webcode, base, message, icon, note, asked] : cases) {
         SCOPED_TRACE(webcode);
         WebCourse web(webcode, base);
-        web.Sync(VerifyAnswer::Accept);
+        const size_t before = server.Targets().size() + silent.Targets().size();
+        const Clock::time_point start = Clock::now();
+        web.Sync(VerifyAnswer::Accept, kTestLimits);
+        EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
         ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_EQ(web.host.messages[0].text, message);
-        EXPECT_EQ(web.host.messages[0].icon, Icon::None);
-        EXPECT_EQ(std::tuple(web.recordsUpdated, web.doneNote), std::tuple(0, DoneNote(0)));
+        EXPECT_EQ(std::tuple(web.host.messages[0].text, web.host.messages[0].icon, web.doneNote),
+                  std::tuple(message, icon, note));
+        // A run given up writes nothing at all.
+        EXPECT_TRUE(web.host.written.empty() || note != "(cancelled)");
         EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
         EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
+        EXPECT_EQ(server.Targets().size() + silent.Targets().size() - before, asked);
     }
 }
 
@@ -614,31 +631,6 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
             web.host.started,
             yes ? test::Strings{web.File("Campus Bridgeline.exe") + " download"} : test::Strings{});
         EXPECT_EQ(web.recordsUpdated, yes ? -1 : 0);
-    }
-}
-
-// A server that stops answering ends the run at the first fetch: the message says why, and the
-// course is left as it was.
-TEST(WebSync, AFetchGivenUpEndsTheRunAndWritesNothing) {
-    LocalHttpServer server(Silence);
-    const std::string webcodes[] = {
-        server.Base() + "WebReg.csv",  // the registration file
-        "SQL",                         // the service, asked per clicker
-    };
-    for (const std::string& webcode : webcodes) {
-        SCOPED_TRACE(webcode);
-        WebCourse web(webcode, server.Base());
-        const size_t requests = server.Targets().size();
-        const Clock::time_point start = Clock::now();
-        web.Sync(VerifyAnswer::Accept, kTestLimits);
-        EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
-        ASSERT_EQ(web.host.messages.size(), 1u);
-        EXPECT_TRUE(test::Holds(web.host.messages[0].text, "took longer than 1 second"));
-        EXPECT_EQ(web.doneNote, "(cancelled)");
-        EXPECT_TRUE(web.host.written.empty());
-        EXPECT_EQ(web.Remotes(), WebCourse::kRemoteIds);
-        EXPECT_FALSE(web.Exists("SessionData/ClickerCheck.txt"));
-        EXPECT_EQ(server.Targets().size() - requests, 1u);
     }
 }
 
