@@ -180,19 +180,17 @@ TEST(WebCTRoster, MissingColumnsAreReportedAndTakeFixedOnes) {
     EXPECT_EQ(std::tie(entry.LastName, entry.FirstName), std::tuple("jd1", "Doe"));
 }
 
+// No class.txt at all, or an empty one beside the upload tool.
 TEST(WebCTRoster, NoStudentsAtAllIsReported) {
-    {
+    for (bool tool : {false, true}) {
         Folder f;
+        if (tool) f.Write("campus bridgeline.EXE", "");
+        if (tool) f.Write("class.txt", "");
         ReadWebCTRoster(f.course, f.host);
-        EXPECT_EQ(test::Messages(f.host), Ids{test::Said("a missing WebCT grade book")});
-        EXPECT_EQ(f.host.messages[0].icon, Icon::Information);
-    }
-    {
-        Folder f;
-        f.Write("campus bridgeline.EXE", "");
-        f.ReadClassText("");
         EXPECT_EQ(test::Messages(f.host),
-                  Ids{test::Said("a missing WebCT grade book beside the upload tool")});
+                  Ids{test::Said(tool ? "a missing WebCT grade book beside the upload tool"
+                                      : "a missing WebCT grade book")});
+        EXPECT_EQ(f.host.messages[0].icon, Icon::Information);
     }
 }
 
