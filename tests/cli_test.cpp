@@ -33,42 +33,18 @@ struct DemoCopy : TempCourse {
     DemoCopy() { CopyFrom(kDemo); }
 };
 
+// The demo course's grid as a script reads it and as a person reads it by name, byte for byte
+// (tests/data/cli, written by these very commands once checked by hand); the course folder stays
+// as it was: no image moved, no version stamped.
 TEST(Cli, GridOfTheDemoCourse) {
-    auto before = test::FolderFiles(kDemo);
-    auto result = RunCli({"--course", kDemo, "grid", "--json"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(test::FolderFiles(kDemo), before);  // read-only: no image moved, no version stamped
-    json grid = json::parse(result.out);
-    EXPECT_EQ(grid["course"], "Physics 101 - Mechanics");
-    EXPECT_EQ(grid["cms"], "General");
-    ASSERT_EQ(grid["sessions"].size(), 9u);
-    EXPECT_EQ(grid["sessions"][2]["label"], "09/15/2026");
-    EXPECT_EQ(grid["sessions"][3]["label"], "09/15/2026-2");
-    EXPECT_EQ(grid["sessions"][4]["label"], "Midterm review");
-
-    const json& students = grid["students"];
-    for (const json& student : students) {  // the total is the sum of the sessions' scores
-        double sum = 0;
-        for (const json& score : student["scores"]) sum += score.is_null() ? 0 : double(score);
-        EXPECT_NEAR(student["total"].get<double>(), sum, 1e-9) << student["id"];
+    const test::Files before = test::FolderFiles(kDemo);
+    for (const auto& [option, golden] :
+         {std::pair{"--json", "cli/demo-grid.json"}, {"--by-name", "cli/demo-grid-by-name.txt"}}) {
+        const test::CliResult result = RunCli({"--course", kDemo, "grid", option});
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.out, test::ReadBytes(test::DataPath(golden))) << option;
     }
-    auto neverVoted = std::find_if(students.begin(), students.end(),
-                                   [](const json& s) { return s["id"] == "20260220"; });
-    ASSERT_NE(neverVoted, students.end());
-    EXPECT_EQ((*neverVoted)["remote"], "Unregistered");
-    EXPECT_EQ((*neverVoted)["last"], "Rossi");
-    for (const json& score : (*neverVoted)["scores"]) EXPECT_TRUE(score.is_null());
-
-    ASSERT_FALSE(grid["messages"].empty());
-    EXPECT_EQ(grid["messages"][0]["title"],
-              "Warning - Multiple clickers Registered with one Student");
-    EXPECT_EQ(grid["messages"][0]["icon"], "exclamation");
-
-    auto byName = RunCli({"--course", kDemo, "grid", "--by-name", "--json"});
-    ASSERT_EQ(byName.status, 0);
-    // The bare-ID roster line has its ID for a last name, so it sorts before the letters.
-    EXPECT_EQ(json::parse(byName.out)["students"][0]["last"], "20269930");
-    EXPECT_EQ(json::parse(byName.out)["students"][1]["last"], "Alvarez");
+    EXPECT_EQ(test::FolderFiles(kDemo), before);
 }
 
 TEST(Cli, SessionMatchesTheLogReadAlone) {
@@ -136,7 +112,13 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
 // the screen refuses.
 TEST(Cli, CommandsEndAsTheirScreensDo) {
     const std::string demo = kDemo, sample = test::DataPath("housekeeping/course"),
-                      reports = test::DataPath("reports/course");
+                      reports = test::DataPath("reports/course"),
+                      canvas = test::DataPath("export/canvas/course"),
+                      web = test::DataPath("web/course");
+    // The web registrations of tests/data/web, read from the course folder.
+    const std::vector<std::pair<std::string, std::string>> local = {
+        {"WebReg.dat", test::ReadBytes(test::DataPath("web/WebReg.csv"))},
+        {"SessionData/Config.csv", "\"webcode\" ,\"local\" ,\"\"\r\n"}};
     const std::string notSaved = "nothing was saved";
     struct Case {
         std::string course;
@@ -145,7 +127,8 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         std::vector<std::string> out, err;  // parts of each
         bool writes;
         const char* folder = nullptr;  // made in the course beforehand
-        const char* file = nullptr;    // written beforehand where the command wants a folder
+        std::vector<std::pair<std::string, std::string>> given = {};  // files written beforehand
+        std::pair<const char*, const char*> made = {};  // a file made, and its bytes in tests/data
     } cases[] = {
         // clang-format off
         {demo, {"set-scores", "7", "--points", "1,x,0,0,0"}, 1, {},
@@ -163,7 +146,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
          "\"copy\": null", "\"removed\": false", "Changes not saved!"}, {}, false, "SessionData/xL2609101000.csv"},
         {demo, {"overview", "--html", "--json"}, 0, {"\"files\": [\n    \"Reports/Overview.html\"", "\"unsaved\": []"}, {}, true, "Reports"},
         {demo, {"overview", "--html", "--json"}, 3, {"\"files\": []", "\"unsaved\": [\n    \"Reports/Overview.html\""},
-         {"[Course Overview] The page Reports/Overview.html was not written"}, false, nullptr, "Reports"},
+         {"[Course Overview] The page Reports/Overview.html was not written"}, false, nullptr, {{"Reports", "in the way"}}},
         {demo, {"websync", "--json", "--answer", "maybe"}, 2, {}, {"--answer"}, false},
         {sample, {"clickers", "--json", "--total-from", "5"}, 0, {"\"remote\": \"00ABC123\",\n      \"selected\": true"}, {}, false},
         {sample, {"clickers", "--avg-equal", "1x"}, 1, {}, {"Run-time error '13': Type mismatch"}, false},
@@ -183,6 +166,22 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         {reports, {"term-report", "--mode", "4", "--json"}, 0, {"\"mode\": 4"}, {}, true, "Reports"},
         {reports, {"term-report", "--json"}, 1, {}, {}, true},  // the pages before the failure stand
         {reports, {"term-report", "--mode", "5"}, 2, {}, {"tallory-cli: "}, false, "Reports"},
+        // The Canvas layout from the options, its columns listed; no other format lists columns,
+        // so the General export's output opens on its files.
+        {canvas, {"export", "selected", "--sessions", "2,4", "--canvas-columns", "total", "--absent", "blank", "--json"}, 0,
+         {"{\n  \"columns\": [\n    {\n      \"points\": 6.0,\n      \"title\": \"Clicker Total\"\n    }\n  ],\n  \"files\": [\n    \"CanvasUpload.csv\"\n  ],",
+          "\"started\": []", "\"text\": \"Wrote the Canvas upload file /"}, {}, true, nullptr, {},
+         {"CanvasUpload.csv", "export/canvas/selected.total.blank.expected"}},
+        {canvas, {"export", "all"}, 0, {}, {}, true, nullptr, {}, {"CanvasUpload.csv", "export/canvas/all.sessions.blank.expected"}},
+        {canvas, {"export", "all", "--absent", "none"}, 2, {}, {"tallory-cli: "}, false},
+        // websync takes its answer from the command line; without one it cancels at the first
+        // clicker to verify and writes nothing.
+        {web, {"websync", "--json", "--answer", "accept"}, 0, {"\"cancelled\": false,", "\"records_updated\": 3,",
+         "\"files\": [\n    \"SessionData/ClickerCheck.txt\",\n    \"SessionData/RemoteID.csv\"\n  ],", "\"remote\": \"BB0003\","},
+         {}, true, nullptr, local, {"SessionData/RemoteID.csv", "web/remotes.accepted.expected"}},
+        {web, {"websync", "--json"}, 0, {"\"cancelled\": true,\n  \"done_note\": null,\n  \"files\": [],", "\"records_updated\": 1,",
+         "\"Bennett Oliver (1002)\"\n      ]\n    }\n  ]\n}"}, {}, false, nullptr, local},
+        {demo, {"export", "all", "--canvas-columns", "total", "--json"}, 0, {"{\n  \"files\": [\n    \"UploadFile.csv\""}, {}, true},
         // clang-format on
     };
     TempCourse dataHome;  // removed sessions are kept there
@@ -192,7 +191,7 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
         TempCourse course;
         course.CopyFrom(c.course);
         if (c.folder) std::filesystem::create_directory(course.File(c.folder));
-        if (c.file) course.Write(c.file, "in the way");
+        for (const auto& [file, text] : c.given) course.Write(file, text);
         const test::Files before = test::FolderFiles(course.Path());
         const test::CliResult result = test::RunCliOn(course.Path(), c.arguments);
         EXPECT_EQ(result.status, c.status) << result.err;
@@ -202,6 +201,9 @@ TEST(Cli, CommandsEndAsTheirScreensDo) {
             EXPECT_TRUE(result.out.empty()) << result.out;
         }
         EXPECT_EQ(test::FolderFiles(course.Path()) != before, c.writes);
+        if (c.made.first) {
+            EXPECT_EQ(course.Read(c.made.first), test::ReadBytes(test::DataPath(c.made.second)));
+        }
     }
 }
 
@@ -245,11 +247,13 @@ TEST(Cli, GlobalOptionsStandAnywhere) {
 }
 
 // The edits of set-scores act in the order given, across options: each --question moves the
-// screen, and the --title/--correct after it act on that question.
+// screen, and the --title/--correct/--points after it act on that question. The log saved reads
+// back as the command showed it.
 TEST(Cli, SetScoresEditsKeepTheirOrder) {
     struct Case {
         std::vector<std::string> edits;
         std::vector<std::pair<std::string, int>> questions;  // name and correct answer, 1..4
+        std::vector<std::string> shown = {};                 // parts of the JSON printed
     };
     const std::vector<Case> cases = {
         {{"--question", "3", "--title=-x", "--question", "1", "--correct", "B"},
@@ -258,6 +262,11 @@ TEST(Cli, SetScoresEditsKeepTheirOrder) {
          {{"CIRCULAR MOTION", 4}, {"CENTRIPETAL FORCE", 4}, {"SECOND", 1}, {"FIRST", 5}}},
         {{"--title", "one", "--question=4", "--correct", "--", "--question", "1", "--correct", "C"},
          {{"ONE", 3}, {"CENTRIPETAL FORCE", 4}, {"BANKED CURVE", 1}, {"ORBITS", 0}}},
+        {{"--participation", "0.5", "--question", "1", "--correct", "b", "--points", "0,2,1,0,0",
+          "--title", "Inertia"},
+         {{"INERTIA", 2}, {"CENTRIPETAL FORCE", 4}, {"BANKED CURVE", 1}, {"ORBITS", 5}},
+         {"\"participation\": 0.5,", "\"written\": true",
+          "\"points\": [\n        0.0,\n        2.0,\n        1.0,\n        0.0,\n        0.0\n"}},
     };
     for (const Case& test : cases) {
         DemoCopy course;
@@ -267,9 +276,12 @@ TEST(Cli, SetScoresEditsKeepTheirOrder) {
         auto result = RunCli(arguments);
         SCOPED_TRACE(testing::PrintToString(test.edits));
         ASSERT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(Questions(json::parse(result.out)), test.questions);
-        auto saved = RunCli({"--course", course.Path(), "session", "7", "--json"});
-        EXPECT_EQ(Questions(json::parse(saved.out)), test.questions);
+        for (const std::string& part : test.shown) EXPECT_TRUE(test::Holds(result.out, part));
+        json printed = json::parse(result.out);
+        EXPECT_EQ(Questions(printed), test.questions);
+        for (const char* written : {"written", "files", "unsaved"}) printed.erase(written);
+        EXPECT_EQ(json::parse(RunCli({"--course", course.Path(), "session", "7", "--json"}).out),
+                  printed);
     }
 }
 
@@ -280,22 +292,18 @@ TEST(Cli, RewriteWritesWhatSetScoresWithoutEditsWrites) {
     deleted.WriteLog("L2609081000.csv",
                      {.questions = {{"Q1|Y"}, {"Q2|Y", {0, 1, 0, 0, 0}}},
                       .voters = {{"#A1", "", {"A", "B"}}, {"#B2", "", {"C", ""}}}});
-
-    struct Course {
-        const TempCourse& folder;
-        int sessions;
-    };
-    for (const Course& course : {Course{demo, 9}, Course{deleted, 1}}) {
+    for (const auto& [folder, sessions] :
+         {std::pair<const TempCourse&, int>{demo, 9}, {deleted, 1}}) {
         TempCourse bySetScores;
-        bySetScores.CopyFrom(course.folder.Path());
-        for (int s = 1; s <= course.sessions; ++s) {
-            auto rewrite = RunCli({"--course", course.folder.Path(), "rewrite", std::to_string(s)});
+        bySetScores.CopyFrom(folder.Path());
+        for (int s = 1; s <= sessions; ++s) {
+            auto rewrite = RunCli({"--course", folder.Path(), "rewrite", std::to_string(s)});
             ASSERT_EQ(rewrite.status, 0) << s << rewrite.err;
             EXPECT_TRUE(rewrite.out.empty());
             auto set = RunCli({"--course", bySetScores.Path(), "set-scores", std::to_string(s)});
             ASSERT_EQ(set.status, 0) << s << set.err;
         }
-        EXPECT_EQ(test::FolderFiles(course.folder.Path()), test::FolderFiles(bySetScores.Path()));
+        EXPECT_EQ(test::FolderFiles(folder.Path()), test::FolderFiles(bySetScores.Path()));
     }
     std::string line = deleted.Read("SessionData/L2609081000.csv");
     line = line.substr(0, line.find('\r'));

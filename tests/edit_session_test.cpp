@@ -41,9 +41,9 @@ struct SessionsCourse : test::LoadedCourse {
 TEST(EditSession, OpensOnTheSessionWithoutReadingIt) {
     SessionsCourse fixture;
     EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
-    EXPECT_EQ(screen.lblFileName().text, "L0909111030.csv");
-    EXPECT_EQ(screen.txtSessionName().text, "Intro");
-    EXPECT_EQ(fixture.course.CurrentLogFile, "L0909111030.csv");
+    EXPECT_EQ(std::tie(screen.lblFileName().text, screen.txtSessionName().text,
+                       fixture.course.CurrentLogFile),
+              std::tuple("L0909111030.csv", "Intro", "L0909111030.csv"));
     // The tables still hold the session the load read last.
     EXPECT_EQ(fixture.course.Questions[0].Name, "Forces");
 }
@@ -161,12 +161,11 @@ TEST(EditSession, RemoveAsksFirst) {
     SessionsCourse fixture;
     std::string before = fixture.Log(1);
     EditSessionScreen screen = fixture.Remove(1, Answer::No);
-    ASSERT_EQ(fixture.host.messages.size(), 1u);
-    const auto& asked = fixture.host.messages[0];
-    EXPECT_EQ(asked.title, "Confirm Remove");
-    EXPECT_EQ(asked.text, "Are you sure you want to remove lecture L0909111030.csv");
-    EXPECT_EQ(asked.buttons, Buttons::YesNo);
-    EXPECT_EQ(asked.defaultButton, Answer::No);
+    EXPECT_EQ(
+        test::Messages(fixture.host),
+        test::Strings{"[Confirm Remove] Are you sure you want to remove lecture L0909111030.csv"});
+    EXPECT_EQ(std::tuple(fixture.host.messages[0].buttons, fixture.host.messages[0].defaultButton),
+              std::tuple(Buttons::YesNo, Answer::No));
     EXPECT_TRUE(screen.Closed());
     EXPECT_FALSE(screen.Removed());
     EXPECT_EQ(fixture.Log(1), before);
@@ -220,10 +219,9 @@ TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
         const std::string original = fixture.Log(2);
         c.spoil(fixture);
         EditSessionScreen screen = fixture.Remove(2, Answer::Yes);
-        EXPECT_FALSE(screen.Removed());
-        EXPECT_EQ(screen.CopyWritten(), c.copy);
+        EXPECT_EQ(std::tuple(screen.Removed(), screen.CopyWritten(), fixture.course.NumSessions),
+                  std::tuple(false, c.copy, 6));
         EXPECT_EQ(fixture.Log(2), original);
-        EXPECT_EQ(fixture.course.NumSessions, 6);
         ASSERT_EQ(fixture.host.messages.size(), 2u);
         EXPECT_TRUE(test::BeginsWith(fixture.host.messages[1].text, c.message));
     }

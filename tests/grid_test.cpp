@@ -87,11 +87,9 @@ TEST(ScoreGrid, PagesOneSessionAtATime) {
     grid.NextClick();  // already on the last session
     EXPECT_EQ(grid.PageNo(), 2);
     grid.PreviousClick();
-    EXPECT_EQ(grid.PageNo(), 1);
-    EXPECT_EQ(open.view().sessionScroll.value, 1);
-    EXPECT_EQ(open.Heading(0), DateOf(2));
-    EXPECT_TRUE(open.view().lblNext.visible);
-    EXPECT_TRUE(open.view().lblPrevious.visible);
+    EXPECT_EQ(std::tuple(grid.PageNo(), open.view().sessionScroll.value, open.Heading(0)),
+              std::tuple(1, 1, DateOf(2)));
+    EXPECT_TRUE(open.view().lblNext.visible && open.view().lblPrevious.visible);
 
     grid.SessionScrollChanged(0);
     EXPECT_EQ(open.Heading(0), DateOf(1));
@@ -113,9 +111,9 @@ TEST(ScoreGrid, StudentScrollBarAndWheel) {
         ScoreGrid& grid = open.grid;
         EXPECT_EQ(open.view().lblStudentName[6].text, " S6");
         grid.MouseWheel(-120);  // towards the user: down the list
-        EXPECT_EQ(open.view().studentScroll.value, 1);
-        EXPECT_EQ(open.view().lblStudentName[1].text, " S2");
-        EXPECT_EQ(open.view().lblStudentName[6].text, " S7");
+        EXPECT_EQ(std::tie(open.view().studentScroll.value, open.view().lblStudentName[1].text,
+                           open.view().lblStudentName[6].text),
+                  std::tuple(1, " S2", " S7"));
         grid.MouseWheel(-120);  // the last student is already shown
         EXPECT_EQ(open.view().studentScroll.value, 1);
         grid.MouseWheel(120);
@@ -162,8 +160,7 @@ TEST(ScoreGrid, SessionsWithoutStudentsShowOneBlankRow) {
     EXPECT_EQ(open.Heading(1), DateOf(2));
     EXPECT_EQ(open.Cell(1, 0) + open.Cell(1, 1) + view.lblTotal[1].text, "   ");
     EXPECT_EQ(view.lblAverage[1].text, "Average: 0");
-    EXPECT_EQ(view.lblStudentName[2].text, "");
-    EXPECT_EQ(view.lblTotal[2].text, "");
+    EXPECT_EQ(view.lblStudentName[2].text + view.lblTotal[2].text, "");
     EXPECT_EQ(open.grid.StudentClick(2), 0);
 }
 
@@ -197,10 +194,9 @@ TEST(ScoreGrid, CellsTotalsAveragesAndAbsences) {
     open.folder.WriteLog(test::SeptemberLog(3), {.voters = {{"#A1", "S1", {"A"}}}});  // S2 absent
     open.Open();
     const GridView& view = open.view();
-    EXPECT_EQ(open.Cell(1, 2), "2");
-    EXPECT_EQ(open.Cell(2, 2), "Ab");
-    EXPECT_EQ(view.lblTotal[1].text, "6");
-    EXPECT_EQ(view.lblTotal[2].text, "4");
+    EXPECT_EQ(
+        std::tuple(open.Cell(1, 2), open.Cell(2, 2), view.lblTotal[1].text, view.lblTotal[2].text),
+        std::tuple("2", "Ab", "6", "4"));
     // A heading, points, S2 absent in the third session, the blank fourth heading, a blank cell.
     const std::tuple<int, bool, const char*> hovers[] = {
         {0, true, ""}, {1, false, ""}, {16, true, "Absent"}, {21, false, ""}, {22, false, ""}};
@@ -236,8 +232,8 @@ TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
 
     EXPECT_EQ(grid.HeadingClick(8), 0);  // a cell, not a heading
     EXPECT_EQ(grid.HeadingClick(7), 3);
-    EXPECT_EQ(open.course.CurrentSession, 3);
-    EXPECT_EQ(open.course.CurrentLogFile, "L2609031000.csv");
+    EXPECT_EQ(std::tie(open.course.CurrentSession, open.course.CurrentLogFile),
+              std::tuple(3, "L2609031000.csv"));
     EXPECT_EQ(grid.EditClick(3), 5);
     EXPECT_EQ(open.course.CurrentLogFile, "L2609051000.csv");
 
@@ -266,8 +262,8 @@ TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
     const GridView& view = open.view();
     EXPECT_EQ(open.course.NumSessions, 0);
     EXPECT_EQ(view.caption, "Tallory-" + LastComponent(open.folder.Path()));
-    EXPECT_EQ(view.lblStudentName[1].text, " 12345");
-    EXPECT_EQ(view.lblAverage[1].text, "Average: 0");
+    EXPECT_EQ(std::tie(view.lblStudentName[1].text, view.lblAverage[1].text),
+              std::tuple(" 12345", "Average: 0"));
     EXPECT_FALSE(view.sessionScroll.visible);
     for (Control locked :
          {Control::CmdHelp, Control::CmdEdit, Control::LblSession, Control::LblNext})
@@ -286,8 +282,7 @@ TEST(ScoreGrid, StartMakesTheCourseFoldersAndNamesTheWindow) {
         open.Open(largeFonts);
         // Images is made in every case, by the move of stray images.
         EXPECT_EQ(open.folder.Exists("Reports"), foldersMade);
-        EXPECT_EQ(open.view().caption, "Tallory-Optics");
-        EXPECT_EQ(open.view().lblSubject.text, "Optics");
+        EXPECT_EQ(open.view().caption + "|" + open.view().lblSubject.text, "Tallory-Optics|Optics");
     }
 }
 

@@ -95,11 +95,11 @@ TEST(GhostList, HoldsTheUnregisteredRemotesWithTotalsAndAverages) {
     ASSERT_EQ(screen.GhostCount(), 4);
     for (int i = 0; i < 4; ++i) {
         const GhostRec& row = screen.GhostList()[i];
-        EXPECT_EQ(row.RemoteId, expected[i].remote);
         EXPECT_DOUBLE_EQ(row.Total, expected[i].total);
-        EXPECT_EQ(row.Average, expected[i].average) << row.RemoteId;
-        EXPECT_EQ(screen.Row(i).TxtSerial.text, std::to_string(i + 1));
-        EXPECT_EQ(screen.Row(i).TxtAverage.text, expected[i].averageText);
+        EXPECT_EQ(std::tuple(row.RemoteId, row.Average, screen.Row(i).TxtSerial.text,
+                             screen.Row(i).TxtAverage.text),
+                  std::tuple(expected[i].remote, expected[i].average, std::to_string(i + 1),
+                             expected[i].averageText));
     }
     EXPECT_EQ(screen.Row(2).TxtTotal.text, "-4");
     EXPECT_EQ(screen.Row(4).TxtRemoteID.text, "");
@@ -302,8 +302,7 @@ TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
     sample.host.answers = {Answer::Ok};
     screen.CmdDeleteClick();
 
-    EXPECT_TRUE(screen.Closed());
-    EXPECT_FALSE(screen.Form().visible);
+    EXPECT_EQ(std::tuple(screen.Closed(), screen.Form().visible), std::tuple(true, false));
     EXPECT_EQ(screen.Purged(), (std::vector<std::string>{"00000099", "00ABC123"}));
     EXPECT_TRUE(sample.LogsAre("purged"));
     EXPECT_EQ(sample.Remotes(), registrations);
@@ -316,9 +315,9 @@ TEST(PurgeClickerLogs, DeletingTwoStrayClickersRewritesEveryLogAsExpected) {
         EXPECT_NE(std::find(texts.begin(), texts.end(), text), texts.end()) << text;
     EXPECT_EQ(sample.host.progressCaptions.size(), 2u);
     ASSERT_EQ(sample.host.messages.size(), 1u);
-    EXPECT_EQ(sample.host.messages[0].icon, Icon::Stop);
-    EXPECT_EQ(sample.host.messages[0].buttons, Buttons::OkCancel);
-    EXPECT_EQ(sample.host.messages[0].defaultButton, Answer::Cancel);
+    const auto& asked = sample.host.messages[0];
+    EXPECT_EQ(std::tuple(asked.icon, asked.buttons, asked.defaultButton),
+              std::tuple(Icon::Stop, Buttons::OkCancel, Answer::Cancel));
 }
 
 TEST(PurgeClickerLogs, CancelOrNoTickChangesNoLog) {
@@ -331,9 +330,8 @@ TEST(PurgeClickerLogs, CancelOrNoTickChangesNoLog) {
         sample.host.answers = {confirm ? Answer::Ok : Answer::Cancel};
         screen.CmdDeleteClick();
         // Cancel: the screen comes back with nothing changed. OK without a tick: only the reload.
-        EXPECT_EQ(screen.Closed(), confirm);
-        EXPECT_EQ(screen.Form().visible, !confirm);
-        EXPECT_EQ(changes, confirm ? 1 : 2);
+        EXPECT_EQ(std::tuple(screen.Closed(), screen.Form().visible, changes),
+                  std::tuple(confirm, !confirm, confirm ? 1 : 2));
         EXPECT_TRUE(sample.host.written.empty());
         EXPECT_EQ(std::count(sample.host.progressTexts.begin(), sample.host.progressTexts.end(),
                              "Loading Session Data"),
@@ -393,7 +391,5 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
         }
     }
 }
-
-// The four commands of tallory-cli over the sample course, as a script sees them.
 }  // namespace
 }  // namespace tallory

@@ -46,10 +46,9 @@ TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
     for (int s = 0; s < 2; ++s) {
         const json& figures = overview["sessions"][s];
         SCOPED_TRACE(sessions[s].label);
-        EXPECT_EQ(figures["label"], sessions[s].label);
-        EXPECT_EQ(figures["available"], sessions[s].available);
-        EXPECT_EQ(figures["present"], sessions[s].present);
-        EXPECT_EQ(figures["students"], 30);
+        EXPECT_EQ(std::tuple(figures["label"], figures["available"], figures["present"],
+                             figures["students"]),
+                  std::tuple(sessions[s].label, sessions[s].available, sessions[s].present, 30));
         EXPECT_DOUBLE_EQ(figures["attendance"].get<double>(), sessions[s].present / 30.0);
         EXPECT_DOUBLE_EQ(figures["average"].get<double>(), sessions[s].sum / sessions[s].present);
     }
@@ -127,9 +126,9 @@ TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
     EXPECT_EQ(rows, expected);
 
     ASSERT_EQ(overview.sessions.size(), 2u);
-    EXPECT_EQ(overview.sessions[0].students, 4);
-    EXPECT_EQ(overview.sessions[0].present, 2);
-    EXPECT_EQ(overview.sessions[1].present, 1);
+    EXPECT_EQ(std::tuple(overview.sessions[0].students, overview.sessions[0].present,
+                         overview.sessions[1].present),
+              std::tuple(4, 2, 1));
 
     // S1 and S3, S4 were present in fewer than 60% of the two sessions, in the grid's order.
     std::vector<std::pair<std::string, std::string>> atRisk;

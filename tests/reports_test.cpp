@@ -54,8 +54,8 @@ TEST(PageWriter, HeadsAndTailWriteNothingOnAPageThatDidNotOpenButItemsEndTheRun)
     PageWriter page(course, host, output);
     page.Open("/nowhere/Optics/x.html");
     ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].text, "Error opening html summary file");
-    EXPECT_EQ(host.messages[0].buttons, Buttons::Ok);
+    EXPECT_EQ(std::tuple(host.messages[0].text, host.messages[0].buttons),
+              std::tuple("Error opening html summary file", Buttons::Ok));
     page.SessionHead("Session");
     page.TermHead("Term");
     page.Tail();
@@ -152,9 +152,8 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
     EXPECT_EQ(sample.course.ReportDisplayMode, 3);
     ASSERT_EQ(sample.host.dialogs.size(), 1u);
     const OptionDialog& dialog = sample.host.dialogs[0];
-    EXPECT_EQ(dialog.title, "HTML Report Display Preferences");
-    EXPECT_EQ(dialog.acceptCaption, "Submit");
-    EXPECT_EQ(dialog.preselected, 2);
+    EXPECT_EQ(std::tuple(dialog.title, dialog.acceptCaption, dialog.preselected),
+              std::tuple("HTML Report Display Preferences", "Submit", 2));
     std::vector<std::string> written;
     for (const std::string& file : sample.host.written)
         written.push_back(file.substr(sample.path.size() + 1));
@@ -166,8 +165,7 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
         "Reports/StudentTermReport.html"};
     EXPECT_EQ(written, expected);
     EXPECT_TRUE(sample.host.messages.empty());
-    EXPECT_EQ(sample.host.progressShown, 1);
-    EXPECT_EQ(sample.host.progressHidden, 1);
+    EXPECT_EQ(std::tuple(sample.host.progressShown, sample.host.progressHidden), std::tuple(1, 1));
     const std::vector<std::string> texts(sample.host.progressTexts.begin() + 2,
                                          sample.host.progressTexts.begin() + 4);
     EXPECT_EQ(texts, (std::vector<std::string>{"Checking Session Information - 3 Of 3",

@@ -38,21 +38,21 @@ TEST(SessionStore, FoldsEveryLogIntoStudentsAndWarnsOfTwoClickersOfOne) {
     };
     for (int i = 0; i < 4; ++i) {
         const StudentRec& student = course.Students[i + 1];
-        EXPECT_EQ(student.StudentId, expected[i].id);
-        EXPECT_EQ(student.RemoteId, expected[i].remote) << expected[i].id;
+        EXPECT_EQ(std::tie(student.StudentId, student.RemoteId),
+                  std::tuple(expected[i].id, expected[i].remote));
         EXPECT_DOUBLE_EQ(student.Score[0], expected[i].total) << expected[i].id;
         for (int s = 1; s <= 3; ++s) EXPECT_EQ(student.Present[s], expected[i].present[s - 1]);
     }
-    EXPECT_EQ(SessionLabel(course, 1), "09/08/2026");
-    EXPECT_EQ(SessionLabel(course, 2), "09/08/2026-2");
-    EXPECT_EQ(SessionLabel(course, 3), "Review");
+    EXPECT_EQ(std::tuple(SessionLabel(course, 1), SessionLabel(course, 2), SessionLabel(course, 3)),
+              std::tuple("09/08/2026", "09/08/2026-2", "Review"));
 
     // The load warns of S2's two clickers in session 2.
     ASSERT_EQ(loaded.host.messages.size(), 1u);
     const auto& warning = loaded.host.messages[0];
-    EXPECT_EQ(warning.title, "Warning - Multiple clickers Registered with one Student");
-    EXPECT_EQ(warning.icon, Icon::Exclamation);
-    EXPECT_TRUE(warning.style.table);  // its columns line up only in a fixed-width font
+    // Its columns line up only in a fixed-width font.
+    EXPECT_EQ(std::tuple(warning.title, warning.icon, warning.style.table),
+              std::tuple("Warning - Multiple clickers Registered with one Student",
+                         Icon::Exclamation, true));
     std::string row = "1" + std::string(9, ' ') + "S2" + std::string(18, ' ') + "A2,A22" +
                       std::string(23, ' ') + "09/08/2026-2";
     EXPECT_TRUE(test::Holds(warning.text,
@@ -66,8 +66,8 @@ TEST(SessionStore, MultiRemoteReportKeepsItsColumnWidths) {
     AddMultiRemote(course, "S1", "AAAAAA,BBBBBB,CCCCCC", "09/08/2026");
     AddMultiRemote(course, "S2", "AAAAAA,BBBBBB,CCCCCC", "09/09/2026");
     AddMultiRemote(course, "s1", "AAAAAA,DDDDDD", "09/10/2026");
-    EXPECT_EQ(course.MultiRemote[0].Clickers, "AAAAAA,BBBBBB,CCCCCC,DDDDDD");
-    EXPECT_EQ(course.MultiRemote[0].Sessions, "09/08/2026,09/10/2026");
+    EXPECT_EQ(std::tie(course.MultiRemote[0].Clickers, course.MultiRemote[0].Sessions),
+              std::tuple("AAAAAA,BBBBBB,CCCCCC,DDDDDD", "09/08/2026,09/10/2026"));
     // The first row shows 17 characters of the clickers, later rows 21.
     EXPECT_EQ(MultiRemoteReport(course), "1" + std::string(9, ' ') + "S1" + std::string(18, ' ') +
                                              "AAAAAA,BBBBBB,CCC" + std::string(12, ' ') +
@@ -90,9 +90,9 @@ TEST(SessionStore, TakesOnlyFifteenCharacterLogNames) {
         loaded.WriteLog(name, {.voters = {{"#A1", "", {"A"}}}});
     loaded.Write("SessionData/L2609111000.csv", "");  // an emptied log holds no session
     loaded.Load();
-    ASSERT_EQ(loaded.course.NumSessions, 2);
-    EXPECT_EQ(loaded.course.SessionFile[1], "L2609081000.csv");
-    EXPECT_EQ(loaded.course.SessionFile[2], "l2609091000.CSV");
+    EXPECT_EQ(std::tie(loaded.course.NumSessions, loaded.course.SessionFile[1],
+                       loaded.course.SessionFile[2]),
+              std::tuple(2, "L2609081000.csv", "l2609091000.CSV"));
 }
 
 TEST(SessionStore, LoadsTheFirstNinetyNineOfMoreLogs) {

@@ -17,8 +17,7 @@ TEST(ControlBinding, ListsFollowTheRowsTheScreenKeeps) {
     QWidget window;
     auto* combo = new QComboBox(&window);
     auto* list = new QListWidget(&window);
-    ControlState comboState;
-    ControlState listState;
+    ControlState comboState, listState;
     std::vector<std::string> rows;
     ControlBinding binding;
     binding.Bind(combo, comboState, rows);
@@ -41,16 +40,12 @@ TEST(ControlBinding, ListsFollowTheRowsTheScreenKeeps) {
         rows = step.rows;
         comboState.index = listState.index = step.index;
         binding.Paint();
-        QStringList shownCombo;
-        QStringList shownList;
+        QStringList shownCombo, shownList, wanted;
         for (int i = 0; i < combo->count(); ++i) shownCombo << combo->itemText(i);
         for (int i = 0; i < list->count(); ++i) shownList << list->item(i)->text();
-        QStringList wanted;
         for (const std::string& row : step.rows) wanted << QString::fromStdString(row);
-        EXPECT_EQ(shownCombo, wanted);
-        EXPECT_EQ(shownList, wanted);
-        EXPECT_EQ(combo->currentIndex(), step.index);
-        EXPECT_EQ(list->currentRow(), step.index);
+        EXPECT_EQ(std::tuple(shownCombo, shownList, combo->currentIndex(), list->currentRow()),
+                  std::tuple(wanted, wanted, step.index, step.index));
     }
     EXPECT_EQ(emitted, 0);
 
@@ -79,19 +74,14 @@ TEST(ControlBinding, TicksAndScrollBarsPaintWithoutSignals) {
     tickState.enabled = false;
     scroll = {.minimum = 0, .maximum = 12, .value = 9, .largeChange = 9, .enabled = true};
     binding.Paint();
-    EXPECT_TRUE(tick->isChecked());
-    EXPECT_FALSE(tick->isEnabled());
-    EXPECT_EQ(bar->maximum(), 12);
-    EXPECT_EQ(bar->value(), 9);
-    EXPECT_EQ(bar->pageStep(), 9);
-    EXPECT_TRUE(bar->isEnabled());
+    EXPECT_EQ(std::tuple(tick->isChecked(), tick->isEnabled()), std::tuple(true, false));
+    EXPECT_EQ(std::tuple(bar->maximum(), bar->value(), bar->pageStep(), bar->isEnabled()),
+              std::tuple(12, 9, 9, true));
 
     // A list that fits: the bar is inactive, and a maximum under the minimum gives an empty range.
     scroll = {.minimum = 0, .maximum = -3, .value = 0, .largeChange = 9, .enabled = false};
     binding.Paint();
-    EXPECT_EQ(bar->maximum(), 0);
-    EXPECT_EQ(bar->value(), 0);
-    EXPECT_FALSE(bar->isEnabled());
+    EXPECT_EQ(std::tuple(bar->maximum(), bar->value(), bar->isEnabled()), std::tuple(0, 0, false));
     EXPECT_EQ(emitted, 0);
 }
 

@@ -112,22 +112,6 @@ TEST_F(LiveCourse, OwnSavesAreNoNews) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Notice().isEmpty(); }, 5000));
 }
 
-TEST_F(LiveCourse, RemovedAndRenamedLogs) {
-    const int sessions = course_.NumSessions;
-    const std::string removedTitle = Title("L2609101000.csv");
-    std::filesystem::remove(demo_.File("SessionData/L2609101000.csv"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumSessions == sessions - 1; }, 5000));
-    EXPECT_EQ(Notice(), "Session " + QString::fromStdString(removedTitle) + " removed");
-
-    std::filesystem::rename(demo_.File("SessionData/L2609151000.csv"),
-                            demo_.File("SessionData/L2609301000.csv"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Title("L2609301000.csv").empty(); }, 5000));
-    EXPECT_EQ(course_.NumSessions, sessions - 1);
-    EXPECT_TRUE(Title("L2609151000.csv").empty()) << "the old name is gone from the grid";
-    EXPECT_EQ(Notice(), "Sessions updated");
-    EXPECT_EQ(messages_, 0);
-}
-
 // ---- Files the desktop could not save
 // ------------------------------------------------------------
 

@@ -72,9 +72,9 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
             else
                 window.close();
         });
-        EXPECT_TRUE(checked) << what;
-        EXPECT_EQ(choice.index, index) << what;
-        EXPECT_EQ(choice.cancelled, cancelled) << what;
+        EXPECT_EQ(std::tuple(checked, choice.index, choice.cancelled),
+                  std::tuple(true, index, cancelled))
+            << what;
     }
 }
 

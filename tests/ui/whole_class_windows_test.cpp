@@ -97,14 +97,14 @@ TEST(ClassViewWindow, ShowsTheWholeClassWithTheNamesHeld) {
     // nobody registered come last, red.
     const int silent = kStudents - 1, stray = kStudents;
     EXPECT_EQ(fixture.Cell(silent, 0), QString::fromStdString(IdOf(silent)));
-    EXPECT_EQ(fixture.model->index(silent, 0).data(Qt::ForegroundRole).value<QColor>(),
-              QColor(255, 0, 0));
-    EXPECT_EQ(fixture.model->index(0, 0).data(Qt::ForegroundRole).value<QColor>(),
-              QColor(0, 0, 255));
+    auto colour = [&](int row) {
+        return fixture.model->index(row, 0).data(Qt::ForegroundRole).value<QColor>();
+    };
+    EXPECT_EQ(std::tuple(colour(silent), colour(0)), std::tuple(QColor(255, 0, 0), Qt::blue));
     const QModelIndex absent = fixture.model->index(silent, ClassView::kFirstSessionColumn);
-    EXPECT_EQ(absent.data().toString(), "Ab");
-    EXPECT_EQ(absent.data(Qt::ToolTipRole).toString(), "Absent");
-    EXPECT_EQ(fixture.Cell(stray, 0), "#F1");
+    EXPECT_EQ(std::tuple(absent.data().toString(), absent.data(Qt::ToolTipRole).toString(),
+                         fixture.Cell(stray, 0)),
+              std::tuple("Ab", "Absent", "#F1"));
 
     // Scrolled to the far right, the names stay where they were while the sessions move on.
     QTableView* names = table->Frozen();
