@@ -227,7 +227,14 @@ std::string PageWriter::FirstRemoteOf(std::string_view studentId) const {
     return NormalKey(course_.RemoteTable[found->second].RemoteId);
 }
 
-std::string PageWriter::StudentDisplayName(std::string_view id) const {
+const std::string& PageWriter::StudentDisplayName(std::string_view id) const {
+    auto known = displayNames_.find(std::string(id));
+    if (known != displayNames_.end()) return known->second;
+    std::string name = DisplayNameOf(id);
+    return displayNames_.emplace(std::string(id), std::move(name)).first->second;
+}
+
+std::string PageWriter::DisplayNameOf(std::string_view id) const {
     if (TrimView(id).empty()) return {};
     IndexRoster();
     std::string result;

@@ -140,7 +140,8 @@ class PageWriter {
     void Tail();
 
     // How a student is shown, by the course's ReportDisplayMode.
-    std::string StudentDisplayName(std::string_view id) const;
+    // The same student is shown on every session's page: each name is made once per run.
+    const std::string& StudentDisplayName(std::string_view id) const;
     // Whether a student is shown by name: not an unregistered remote and not "ID only".
     bool ShowsName(std::string_view id) const;
 
@@ -176,6 +177,8 @@ class PageWriter {
     mutable bool rosterFull_ = false;
     mutable std::unordered_map<std::string, long> rosterRows_;
     mutable std::unordered_map<std::string, long> remoteRows_;
+    mutable std::unordered_map<std::string, std::string> displayNames_;  // by the ID as given
+    std::string DisplayNameOf(std::string_view id) const;
 };
 
 }  // namespace tallory
