@@ -110,23 +110,19 @@ Copy CopyDurably(const std::string& from, const std::string& to) {
 // Keeps a file as it stands under `entry`. A report page is written by this program alone and
 // only ever replaced whole, never in place: once the new page is renamed over it, the old file
 // is the journal's alone, so a second name for it keeps it as well as a copy would, without
-// writing its bytes again. Whatever another program may write in place (a log the polling
-// application appends to, the roster in an editor) is copied.
+// writing its bytes again. Its bytes are as durable as whoever wrote them made them (this
+// program syncs every file it writes): the journal can put back what the disk held, no more.
+// Whatever another program may write in place (a log the polling application appends to, the
+// roster in an editor) is copied.
 Copy KeepAsItStands(const std::string& path, const std::string& entry) {
     // A name left over must not be written through: it may be a second name of a course file.
     WriteEvent();
     ::unlink(entry.c_str());
     if (!path.ends_with(".html")) return CopyDurably(path, entry);
     WriteEvent();
-    if (::link(path.c_str(), entry.c_str()) != 0) {
-        if (errno == ENOENT) return Copy::NoFile;
-        return CopyDurably(path, entry);  // a folder that takes no second names
-    }
-    // Its bytes as durable as a copy's would be.
-    int fd = ::open(entry.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool synced = fd >= 0 && ::fdatasync(fd) == 0;
-    if (fd >= 0) ::close(fd);
-    return synced ? Copy::Done : Copy::Failed;
+    if (::link(path.c_str(), entry.c_str()) == 0) return Copy::Done;
+    if (errno == ENOENT) return Copy::NoFile;
+    return CopyDurably(path, entry);  // a folder that takes no second names
 }
 
 // A file written again in the change adds its new content's hash to the entry's list of later
