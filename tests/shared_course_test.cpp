@@ -198,31 +198,6 @@ struct Reference {
     }
 };
 
-// A purge and a clicker removal killed at any moment: the next opening finds every file as it
-// was before, or every file as the whole change left it, and the grid of one of the two.
-TEST(SharedCourse, AChangeCutShortIsUndoneAtTheNextOpening) {
-    const std::pair<const char*, std::vector<std::string>> commands[] = {
-        {"purge", {"purge", "2B0001", "--yes"}},
-        {"clicker removal", {"student", "S2", "--remove-clicker", "--yes"}},
-    };
-    for (const auto& [name, words] : commands) {
-        const Reference reference(words);
-        int old = 0, whole = 0, undone = 0;
-        for (int trial = 0; trial < 20; ++trial) {
-            SCOPED_TRACE(std::string(name) + ", trial " + std::to_string(trial));
-            SharedCourse course;
-            CliProcess run(test::CliArguments(course.Path(), words));
-            std::this_thread::sleep_for(std::chrono::milliseconds(15 * trial));
-            run.Kill();
-            run.Wait();
-            if (std::filesystem::exists(JournalFolder(course.Path()))) ++undone;
-            ++(reference.FoundAsBefore(course) ? old : whole);
-        }
-        std::printf("%s killed at 0-285 ms: 20 trials, %d found as before (%d undone), %d whole\n",
-                    name, old, undone, whole);
-    }
-}
-
 // Runs tallory-cli on the course with TALLORY_KILL_AT_EVENT=`event`; true when it was killed.
 bool KilledAt(const test::TempCourse& course, const std::vector<std::string>& words, long event) {
     const CliResult result = CliProcess(test::CliArguments(course.Path(), words),
