@@ -66,23 +66,8 @@ class LocalHttpServer {
     // endless reply): it writes to `connection` and returns once `stopping` turns true.
     using RawHandler = std::function<void(int connection, const std::atomic<bool>& stopping)>;
 
-    explicit LocalHttpServer(Handler handler) : LocalHttpServer(std::move(handler), nullptr) {}
-    explicit LocalHttpServer(RawHandler raw) : LocalHttpServer(nullptr, std::move(raw)) {}
-
-  private:
-    LocalHttpServer(Handler handler, RawHandler raw)
-        : handler_(std::move(handler)), raw_(std::move(raw)) {
-        setenv("no_proxy", "127.0.0.1,localhost", 1);
-        setenv("NO_PROXY", "127.0.0.1,localhost", 1);
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        int yes = 1;
-        setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        port_ = BindToFreePort(listener_);
-        listen(listener_, 8);
-        thread_ = std::thread([this] { Serve(); });
-    }
-
-  public:
+    explicit LocalHttpServer(Handler handler) : handler_(std::move(handler)) { Start(); }
+    explicit LocalHttpServer(RawHandler raw) : raw_(std::move(raw)) { Start(); }
     ~LocalHttpServer() {
         stop_ = true;
         thread_.join();
@@ -92,9 +77,7 @@ class LocalHttpServer {
     LocalHttpServer(const LocalHttpServer&) = delete;
     LocalHttpServer& operator=(const LocalHttpServer&) = delete;
 
-    int Port() const { return port_; }
-    // "http://127.0.0.1:<port>/"
-    std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+    std::string Base() const { return BaseOf(port_); }
 
     // The request targets ("/path?query") and heads received so far.
     std::vector<std::string> Targets() const {
@@ -106,15 +89,29 @@ class LocalHttpServer {
         return heads_;
     }
 
-    // A loopback port that nobody listens on: taken from the system and given back at once.
-    static int UnusedPort() {
+    // The base of a loopback port that nobody listens on: taken from the system and given back at
+    // once.
+    static std::string UnusedBase() {
         const int probe = socket(AF_INET, SOCK_STREAM, 0);
         const int port = BindToFreePort(probe);
         close(probe);
-        return port;
+        return BaseOf(port);
     }
 
   private:
+    static std::string BaseOf(int port) { return "http://127.0.0.1:" + std::to_string(port) + "/"; }
+
+    void Start() {
+        setenv("no_proxy", "127.0.0.1,localhost", 1);
+        setenv("NO_PROXY", "127.0.0.1,localhost", 1);
+        listener_ = socket(AF_INET, SOCK_STREAM, 0);
+        int yes = 1;
+        setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        port_ = BindToFreePort(listener_);
+        listen(listener_, 8);
+        thread_ = std::thread([this] { Serve(); });
+    }
+
     void Serve() {
         while (!stop_) {
             pollfd waiting{listener_, POLLIN, 0};

@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <set>
 #include <sstream>
 
 #include "SupportForFiles.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "export/Export.h"
 #include "export/ExportFormat.h"
 #include "registration/Roster.h"
@@ -19,8 +17,8 @@ using test::LogPlan;
 using test::LogVoter;
 using test::ReadBytes;
 
-// The students and their scores of most tests ("id,s1,s2,s3").
 const std::string kStudents = DataPath("export/students.csv");
+using Names = std::set<std::string>;
 
 // A course opened with a CMS setting and, when given, its grade-book file. Its three sessions are
 // an untitled one, "Quiz 1" and another untitled one; the students and their scores per session
@@ -53,7 +51,6 @@ struct OpenCourse : test::LoadedCourse {
         }
     }
 
-    // Export all, or export selected, with the export key `tag`.
     void Export(bool all, const std::string& tag) {
         (all ? ExportAll : ExportSelected)(course, host, tag, std::nullopt);
     }
@@ -65,17 +62,11 @@ struct OpenCourse : test::LoadedCourse {
         for (const auto& shown : host.messages) texts.push_back(shown.text);
         return texts;
     }
-    std::vector<std::string> Titles() const {
-        std::vector<std::string> titles;
-        for (const auto& shown : host.messages) titles.push_back(shown.title);
-        return titles;
-    }
-    // The names in the course folder, apart from the grade book the course was given.
-    std::vector<std::string> Written() const {
-        std::vector<std::string> names;
+    // The names in the course folder.
+    Names Written() const {
+        Names names;
         for (const auto& entry : std::filesystem::directory_iterator(Path()))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
+            names.insert(entry.path().filename().string());
         return names;
     }
 };
@@ -84,7 +75,6 @@ std::string ExportData(const std::string& relative) {
     return ReadBytes(DataPath("export/" + relative));
 }
 
-// A target's own students.csv when it has one.
 std::string StudentsOf(const std::string& target) {
     const std::string own = DataPath("export/" + target + "/students.csv");
     return std::filesystem::exists(own) ? own : kStudents;
@@ -185,7 +175,7 @@ TEST(Export, ExportSelectedWithoutATickedSessionWritesNothing) {
     EXPECT_EQ(open.Texts(), std::vector<std::string>{
                                 "Please first select a session to export using checkbox in top "
                                 "row."});
-    EXPECT_EQ(open.Written(), std::vector<std::string>{"gb_export.csv"});
+    EXPECT_EQ(open.Written(), Names{"gb_export.csv"});
 }
 
 TEST(Export, AnUnknownKeyAsksBeforeTheGeneralExport) {
@@ -256,19 +246,16 @@ TEST(Export, AMissingGradeBookIsReportedAndNothingIsWritten) {
             if (size_t at = text.find("{course}"); at != std::string::npos)
                 text.replace(at, 8, open.course.AppPath);
         EXPECT_EQ(test::Messages(open.host), messages);
-        EXPECT_EQ(open.Written(), std::vector<std::string>{});
+        EXPECT_EQ(open.Written(), Names{});
     }
 }
 
 TEST(Export, GradeBooksThatGiveNoStudents) {
-    struct Case {
-        const char* why;
-        const char* cms;
-        const char* tag;  // when the export key differs from the course's
-        const char* file;
-        const char* content;
-        std::vector<std::string> titles;  // at export
-    } cases[] = {
+    // Why, the CMS setting, the export key when it differs from the course's, the grade book and
+    // its text, and the titles of the messages at export.
+    using Case =
+        std::tuple<const char*, const char*, const char*, const char*, const char*, test::Strings>;
+    const Case cases[] = {
         // clang-format off
         {"an empty grade book", "BB", nullptr, "gb_export.csv", "",
          {"Blackboard Roster not found", "Tallory"}},
@@ -288,16 +275,18 @@ TEST(Export, GradeBooksThatGiveNoStudents) {
          "Last Name,First Name,User ID\r\n", {"Tallory"}},
         // clang-format on
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        OpenCourse open(c.cms, {{c.file, c.content}});
+    for (const auto& [why, cms, tag, file, content, expected] : cases) {
+        SCOPED_TRACE(why);
+        OpenCourse open(cms, {{file, content}});
         open.host.messages.clear();
         open.Select({1});
-        ExportSelected(open.course, open.host, c.tag ? c.tag : open.format.tag.c_str());
-        EXPECT_EQ(open.Titles(), c.titles);
+        ExportSelected(open.course, open.host, tag ? tag : open.format.tag.c_str());
+        std::vector<std::string> titles;
+        for (const auto& shown : open.host.messages) titles.push_back(shown.title);
+        EXPECT_EQ(titles, expected);
         EXPECT_TRUE(open.Texts().back().starts_with("No students found in "))
             << open.Texts().back();
-        EXPECT_EQ(open.Written(), std::vector<std::string>{c.file});
+        EXPECT_EQ(open.Written(), Names{file});
     }
 }
 
@@ -344,9 +333,7 @@ TEST(Export, AnUploadThatCannotBeWrittenLeavesNoFile) {
         if (std::string_view(cms) == "General") text.erase(text.find(".  Please close") + 1, 1);
         EXPECT_EQ(test::Messages(open.host), test::Strings{"[Error] " + text});
         EXPECT_EQ(open.host.messages[0].icon, Icon::Information);
-        std::vector<std::string> expected{file, upload};
-        std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(open.Written(), expected);
+        EXPECT_EQ(open.Written(), (Names{file, upload}));
         EXPECT_TRUE(open.host.written.empty() && open.host.started.empty());
     }
 }
@@ -368,21 +355,16 @@ TEST(Export, TheGradeBookIsReadAgainAndTheTotalColumnKeepsItsTitle) {
 
 // ---- The CMS setting: the format it names, and its grade book read at the course start.
 
-TEST(ExportFormat, TheSettingChoosesCaptionTagAndFiles) {
-    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
-        // The key is trimmed and upper-cased; "BLACKBOARD" is an alias of "BB" with its own
-        // caption; an unknown or empty key is General.
-        {" d2l ", "Desire2Learn", "D2L", "gradesexport.csv", "UploadFile.csv"},
-        {"blackboard", "Blackboard {Ver 6, 6.3, 7, 8}", "BB", "gb_export.csv", "UploadFile.csv"},
-        {"WEBCT CE 4.1", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
-        {"", "General", "GENERAL", "Roster.Txt", "UploadFile.csv"},
+// The tag and the files each format names: the golden uploads.
+TEST(ExportFormat, TheSettingIsTrimmedAndUpperCasedAndAnUnknownOneIsGeneral) {
+    // "BLACKBOARD" is an alias of "BB" with its own caption.
+    const std::pair<const char*, const char*> cases[] = {
+        {" d2l ", "Desire2Learn"},
+        {"blackboard", "Blackboard {Ver 6, 6.3, 7, 8}"},
+        {"WEBCT CE 4.1", "General"},
+        {"", "General"},
     };
-    for (const auto& [cms, caption, tag, roster, upload] : cases) {
-        const ExportFormat f = FindExportFormat(cms);
-        EXPECT_EQ(std::tie(f.caption, f.tag, f.rosterFile, f.uploadFile),
-                  std::tuple(caption, tag, roster, upload))
-            << cms;
-    }
+    for (auto [cms, caption] : cases) EXPECT_EQ(FindExportFormat(cms).caption, caption) << cms;
 }
 
 TEST(ExportFormat, ExplanationPairsTheRosterFileWithTheUploadFile) {
@@ -432,10 +414,6 @@ TEST(ExportFormat, QuotesAreStrippedFromEveryRosterRowAndTheIdsStillFound) {
 constexpr char kGradeBook[] = "2026-09-20T1030_Grades-BIO_110.csv";
 constexpr char kUpload[] = "CanvasUpload.csv";
 
-std::string CanvasData(const std::string& name) {
-    return ReadBytes(DataPath("export/canvas/" + name));
-}
-
 // The lines of a text with CR LF line ends (the last one ended too).
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
@@ -465,8 +443,7 @@ struct BiologyCourse : test::LoadedCourse {
 
     std::vector<UploadColumn> Export(bool all, const std::optional<CanvasChoice>& choice) {
         host.messages.clear();
-        if (all) return ExportAll(course, host, "CANVAS", choice);
-        return ExportSelected(course, host, "CANVAS", choice);
+        return (all ? ExportAll : ExportSelected)(course, host, "CANVAS", choice);
     }
     std::vector<std::string> Upload() const { return Lines(Read(kUpload)); }
 };
@@ -493,7 +470,7 @@ TEST(ExportCanvas, TheUploadCanvasImports) {
         EXPECT_EQ(test::Messages(biology.host), test::Strings{}) << "at course start";
         biology.course.ExportSel[2] = biology.course.ExportSel[4] = 1;
         const std::vector<UploadColumn> columns = biology.Export(all, choice);
-        EXPECT_EQ(biology.Read(kUpload), CanvasData(expected));
+        EXPECT_EQ(biology.Read(kUpload), ExportData(std::string("canvas/") + expected));
         std::vector<std::pair<std::string, double>> seen;
         for (const UploadColumn& column : columns) seen.emplace_back(column.title, column.points);
         EXPECT_EQ(seen, headings);
@@ -502,8 +479,7 @@ TEST(ExportCanvas, TheUploadCanvasImports) {
         EXPECT_TRUE(biology.host.messages[0].text.starts_with("Wrote the Canvas upload file " +
                                                               biology.File(kUpload) + "\r\n"));
         EXPECT_TRUE(test::Holds(biology.host.messages[0].text, "open Grades, choose Import"));
-        EXPECT_TRUE(biology.host.dialogs.empty());
-        EXPECT_TRUE(biology.host.started.empty());
+        EXPECT_TRUE(biology.host.dialogs.empty() && biology.host.started.empty());
     }
 }
 
@@ -525,7 +501,7 @@ TEST(ExportCanvas, TheGradeBookIsTheRoster) {
                                                    "20260129", "20260122", "#BEEF"}));
     // The upload lists them in that order, each named as the grade book names them.
     biology.Export(true, CanvasChoice{});
-    EXPECT_EQ(biology.Read(kUpload), CanvasData("all.sessions.blank.by-name.expected"));
+    EXPECT_EQ(biology.Read(kUpload), ExportData("canvas/all.sessions.blank.by-name.expected"));
 }
 
 // ---- Headings: what Canvas would ignore or misread never reaches it, no two are alike, and a
@@ -652,7 +628,7 @@ TEST(ExportCanvas, WithoutAGradeBookRosterTxtIsTheRoster) {
     biology.Export(true, CanvasChoice{true, false});
     // Students who voted without a roster entry have no name; roster students who never voted
     // have no score.
-    EXPECT_EQ(biology.Read(kUpload), CanvasData("roster-txt.total.blank.expected"));
+    EXPECT_EQ(biology.Read(kUpload), ExportData("canvas/roster-txt.total.blank.expected"));
     ASSERT_EQ(biology.host.messages.size(), 1u);
     EXPECT_TRUE(test::Holds(biology.host.messages[0].text, "No Canvas grade book was found"));
 
@@ -678,7 +654,7 @@ TEST(ExportCanvas, TheExportDialogOffersTheLayoutsAndTheCourseRemembersTheChoice
     const OptionDialog& dialog = biology.host.dialogs[0];
     EXPECT_EQ(dialog.preselected, 0);
     EXPECT_EQ(dialog.choices[4], "") << "four layouts: the fifth button stays hidden";
-    EXPECT_EQ(biology.Read(kUpload), CanvasData("all.total.zero.expected"));
+    EXPECT_EQ(biology.Read(kUpload), ExportData("canvas/all.total.zero.expected"));
     EXPECT_TRUE(
         test::Holds(biology.Read("SessionData/Config.csv"), "\"CanvasColumns\" ,\"Total\""));
 

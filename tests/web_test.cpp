@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <poll.h>
-#include <sys/socket.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <memory>
 #include <thread>
@@ -14,7 +10,6 @@
 #include "LocalHttpServer.h"
 #include "SupportForFiles.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "registration/RemoteTable.h"
 #include "start/Settings.h"
@@ -54,8 +49,7 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         if (target == "/large") return {200, large};
         return {404, errorPage};
     });
-    const std::string unreachable =
-        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/exact";
+    const std::string unreachable = LocalHttpServer::UnusedBase() + "exact";
     const std::tuple<std::string, std::string, int> cases[] = {
         {server.Base() + "exact", exact, 2},  // a full read, then the read that finds the end
         {server.Base() + "zero", zero, 1},
@@ -97,12 +91,13 @@ using Clock = std::chrono::steady_clock;
 constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::milliseconds(1000),
                                   64 * 1024};
 
-// The misbehaving servers: after the request, silence (`Silence`); a head and part of a body,
-// then silence; a body without end; a body that announces a size beyond the limit.
-void StallBody(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection,
-            "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
-    Silence(connection, stopping);
+// The misbehaving servers: after the request, silence (`Silence`); the start of a reply, then
+// silence; a body without end.
+LocalHttpServer::RawHandler SilenceAfter(const std::string& start) {
+    return [start](int connection, const std::atomic<bool>& stopping) {
+        SendAll(connection, start);
+        Silence(connection, stopping);
+    };
 }
 
 void SendForever(int connection, const std::atomic<bool>& stopping) {
@@ -110,11 +105,6 @@ void SendForever(int connection, const std::atomic<bool>& stopping) {
     const std::string line = std::string(1023, 'y') + "\n";
     while (!stopping && send(connection, line.data(), line.size(), MSG_NOSIGNAL) > 0) {
     }
-}
-
-void AnnounceTooMuch(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Length: 2000000000\r\n\r\nzzzz");
-    Silence(connection, stopping);
 }
 
 // A port that takes no connection: its one place in the queue is taken and it never accepts, so
@@ -154,44 +144,35 @@ long MemoryKb(const char* field) {
     return -1;
 }
 
-void ResetPeakMemory() {
-    std::ofstream("/proc/self/clear_refs") << "5";
-}
-
 TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
-    struct Case {
-        const char* name;
-        LocalHttpServer::RawHandler server;  // none: the full queue
-        FetchStop stop;
-        std::string message;
-        int leastTurns;  // the screen kept its turns while the server was silent
-    } cases[] = {
+    // The server (none: the full queue), where the fetch stops, a part of its message, and the
+    // turns the screen kept at least while the server was silent.
+    std::tuple<const char*, LocalHttpServer::RawHandler, FetchStop, const char*, int> cases[] = {
         {"head stalls", Silence, FetchStop::TotalTime, "took longer than 1 second", 10},
-        {"body stalls", StallBody, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"body stalls",
+         SilenceAfter("HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x')),
+         FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body without end", SendForever, FetchStop::TooLarge, "is larger than 64 KB", 32},
-        {"announced too large", AnnounceTooMuch, FetchStop::TooLarge, "is larger than 64 KB", 1},
+        {"announced too large",
+         SilenceAfter("HTTP/1.1 200 OK\r\nContent-Length: 2000000000\r\n\r\nzzzz"),
+         FetchStop::TooLarge, "is larger than 64 KB", 1},
         {"connection not taken", nullptr, FetchStop::ConnectTime,
          "did not take the connection within 0.5 seconds", 5},
     };
     CurlFetcher fetcher(kCurlLibrary, kTestLimits);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        std::unique_ptr<LocalHttpServer> server;
-        std::unique_ptr<FullQueue> queue;
-        if (c.server)
-            server = std::make_unique<LocalHttpServer>(c.server);
-        else
-            queue = std::make_unique<FullQueue>();
+    for (const auto& [name, handler, stop, message, leastTurns] : cases) {
+        SCOPED_TRACE(name);
+        const auto server = handler ? std::make_unique<LocalHttpServer>(handler) : nullptr;
+        const auto queue = handler ? nullptr : std::make_unique<FullQueue>();
         const std::string url = server ? server->Base() + "WebReg.csv" : queue->Url();
         CountingHost host;
         const Clock::time_point start = Clock::now();
         EXPECT_EQ(fetcher.OpenUrlText(url, host), "");
-        const auto took = Clock::now() - start;
-        EXPECT_EQ(fetcher.Stopped(), c.stop);
-        EXPECT_LT(took, kTestLimits.total + std::chrono::milliseconds(700));
-        EXPECT_GE(host.turns, c.leastTurns);
+        EXPECT_LT(Clock::now() - start, kTestLimits.total + std::chrono::milliseconds(700));
+        EXPECT_EQ(fetcher.Stopped(), stop);
+        EXPECT_GE(host.turns, leastTurns);
         ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_TRUE(test::Holds(host.messages[0].text, c.message));
+        EXPECT_TRUE(test::Holds(host.messages[0].text, message));
         EXPECT_TRUE(test::Holds(host.messages[0].text, "127.0.0.1"));
         EXPECT_EQ(host.messages[0].icon, Icon::Exclamation);
     }
@@ -210,7 +191,7 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
     limits.total = std::chrono::seconds(30);
     CurlFetcher fetcher(kCurlLibrary, limits);
     CountingHost host;
-    ResetPeakMemory();
+    std::ofstream("/proc/self/clear_refs") << "5";  // resets the peak
     const long before = MemoryKb("VmRSS:");
     EXPECT_EQ(fetcher.OpenUrlText(server.Base(), host), "");
     const long peak = MemoryKb("VmHWM:");
@@ -292,21 +273,15 @@ TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
     EXPECT_EQ(LookupInRegistrationFile(file, "0000CD34"), "");
 }
 
+// A course whose roster holds the students given as {ID, first name, last name}.
 struct Roster : test::LoadedCourse {
-    explicit Roster(std::initializer_list<RosterRec> rows) {
+    explicit Roster(std::initializer_list<std::array<const char*, 3>> rows) {
         course.AppPath = Path();
         Write("SessionData/.keep", "");
-        for (const RosterRec& row : rows) course.Roster[course.NumRoster++] = row;
+        for (const auto& [id, first, last] : rows)
+            course.Roster[course.NumRoster++] = {id, "", first, last, 0, ""};
     }
 };
-
-RosterRec Student(const char* id, const char* first, const char* last) {
-    RosterRec row;
-    row.StudentId = id;
-    row.FirstName = first;
-    row.LastName = last;
-    return row;
-}
 
 void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string& first,
             const std::string& last, const std::string& id) {
@@ -314,9 +289,7 @@ void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string
 }
 
 TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
-    struct Web {
-        const char *first, *last, *id;
-    };
+    using Web = std::array<const char*, 3>;  // first name, last name, ID
     // The web rows, the MatchScore of the three roster rows, the matches, whether a note is made.
     const std::tuple<const char*, std::vector<Web>, std::vector<int>, int, bool> cases[] = {
         {"name and ID", {{"ann", " LEE ", "s1"}}, {3, 0, 0}, 1, false},
@@ -329,9 +302,9 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
     };
     for (const auto& [name, web, scores, matchCount, noted] : cases) {
         SCOPED_TRACE(name);
-        Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo"), Student("", "", "")};
+        Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Mo"}, {"", "", ""}};
         WebRegistrations regs;
-        for (const Web& w : web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
+        for (const auto& [first, last, id] : web) AddWeb(regs, "0000AB12", first, last, id);
         const std::string note = ScoreWebRegistrations(roster.course, regs);
         for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, scores[k]) << k;
         EXPECT_EQ(regs.WebMatchCount, matchCount);
@@ -340,7 +313,7 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
 }
 
 TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
-    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Lee")};
+    Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Lee"}};
     roster.Write("SessionData/ClickerCheck.txt", "an earlier run\r\n");
     WebRegistrations regs;
     AddWeb(regs, "0000AB12", "Ann", "Lee", "");
@@ -356,7 +329,7 @@ TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
 }
 
 TEST(WebRegistration, MatchingTakesNinetyNineRows) {
-    Roster roster{Student("S1", "Ann", "Lee")};
+    Roster roster{{"S1", "Ann", "Lee"}};
     WebRegistrations regs;
     for (int r = 0; r < 120; ++r) AddWeb(regs, "0000AB12", "X", r == 99 ? "Lee" : "Zed", "");
     ScoreWebRegistrations(roster.course, regs);
@@ -365,7 +338,7 @@ TEST(WebRegistration, MatchingTakesNinetyNineRows) {
 }
 
 TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
-    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo")};
+    Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Mo"}};
     Course& course = roster.course;
     course.RemoteTable[1] = {"s1", "AA01"};
     course.NumRemotes = 1;
@@ -375,14 +348,13 @@ TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
     course.Students[1].StudentId = "#BB02";
     course.NumStudents = 1;
     ApplyRegistration(course, regs, 1, 1);
-    EXPECT_EQ(course.Students[1].StudentId, "S2");
-    EXPECT_EQ(course.Students[1].RemoteId, "0000BB02");
+    EXPECT_EQ(std::tie(course.Students[1].StudentId, course.Students[1].RemoteId),
+              std::tuple("S2", "0000BB02"));
     SaveRemoteEntry(course, " S1 ", "DD04");
-    ASSERT_EQ(course.NumRemotes, 2);
-    EXPECT_EQ(course.RemoteTable[1].RemoteId, "DD04");
-    EXPECT_EQ(course.RemoteTable[2].StudentId, "S2");
-    EXPECT_EQ(course.RemoteTable[2].RemoteId, "0000BB02");
-    EXPECT_EQ(regs.RecordsUpdated, 1);
+    const auto& table = course.RemoteTable;
+    EXPECT_EQ(std::tuple(course.NumRemotes, table[1].RemoteId, table[2].StudentId,
+                         table[2].RemoteId, regs.RecordsUpdated),
+              std::tuple(2, "DD04", "S2", "0000BB02", 1));
     ApplyRegistration(course, regs, -1, 1);
     ApplyRegistration(course, regs, kMaxRoster, 1);
     EXPECT_EQ(regs.RecordsUpdated, 1);
@@ -420,12 +392,8 @@ struct WebCourse : test::LoadedCourse {
     }
 
     static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
-    // After a sync that accepts all: Bennett's old clicker gives way, the others are added.
-    static constexpr const char* kRegistered =
-        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
 };
 
-// The note that ends a run.
 std::string DoneNote(int records, const char* outcome = "No conflicts identified.") {
     return "The WebSync process has completed.  " + std::to_string(records) +
            " records have been updated.\r\n" + outcome;
@@ -440,15 +408,12 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
     LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
         if (target == "/files/WebReg.csv" || target == "/WebReg/demo") return {200, file};
         for (const char* prefix : {"/GetRegistered.aspx?c=", "/other?key="})
-            if (target.rfind(prefix, 0) == 0) {
-                const std::string key = target.substr(std::string(prefix).size());
-                const std::string path = test::DataPath("web/service-" + key);
-                return {200, ReadBytes(path)};
-            }
+            if (target.starts_with(prefix))
+                return {200, DataFile("service-" + target.substr(std::strlen(prefix)))};
         return {404, "<h1>Object not found!</h1>"};
     });
     const std::tuple<std::string, size_t> cases[] = {
-        {"http://127.0.0.1:" + std::to_string(server.Port()) + "/files/WebReg.csv", 1},
+        {server.Base() + "files/WebReg.csv", 1},
         {"demo", 1},     // a school's file on the registration server
         {"local", 0},    // WebReg.dat in the course folder
         {"SQL", 4 + 4},  // the service, per unregistered clicker and per registered one
@@ -467,20 +432,18 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         EXPECT_EQ(web.recordsUpdated, 3);
         EXPECT_EQ(web.doneNote, DoneNote(3, "ClickerCheck.txt updated."));
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
-        EXPECT_EQ(web.Remotes(), WebCourse::kRegistered);
+        EXPECT_EQ(web.Remotes(), DataFile("remotes.accepted.expected"));
         // Chen's clicker is noted in the walk and again when the registrations are confirmed.
         EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
         // The reload: only the clicker nobody registered is left unregistered.
         EXPECT_EQ(web.StudentIds(), (std::vector<std::string>{"1001", "1002", "1003", "1004",
                                                               "1005", "#AA0002", "#BB0009"}));
-        const size_t requests = server.Targets().size() - before;
+        EXPECT_EQ(server.Targets().size() - before, asked);
         before = server.Targets().size();
-        EXPECT_EQ(requests, asked);
     }
     const std::vector<std::string> targets = server.Targets();
-    EXPECT_NE(std::find(targets.begin(), targets.end(), "/GetRegistered.aspx?c=00BB0001"),
-              targets.end());
-    EXPECT_NE(std::find(targets.begin(), targets.end(), "/other?key=00AA0005"), targets.end());
+    for (const char* asked : {"/GetRegistered.aspx?c=00BB0001", "/other?key=00AA0005"})
+        EXPECT_NE(std::ranges::find(targets, asked), targets.end()) << asked;
 }
 
 TEST(WebSync, IgnoreAndCancel) {
@@ -510,8 +473,7 @@ TEST(WebSync, IgnoreAndCancel) {
 // A source that fails, or a server that stops answering, ends the run at the first fetch: the
 // message says why, once, and the course is left as it was.
 TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
-    const std::string unused =
-        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/";
+    const std::string unused = LocalHttpServer::UnusedBase();
     LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
@@ -631,7 +593,6 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
     }
 }
 
-// A fetcher that only counts what it is asked.
 struct CountingFetcher : UrlFetcher {
     std::string OpenUrlText(const std::string&, Host&) override {
         ++fetches;
@@ -656,12 +617,9 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         WebCourse web(webcode, "");
         CountingFetcher fetcher;
         web.Sync(VerifyAnswer::Accept, fetcher);
-        if (reachable) {
-            EXPECT_NE(web.recordsUpdated, -1);  // the screen ran
-            continue;
-        }
+        EXPECT_EQ(web.recordsUpdated != -1, reachable);  // whether the screen ran
+        if (reachable) continue;
         EXPECT_EQ(fetcher.fetches, 0);
-        EXPECT_EQ(web.recordsUpdated, -1);  // no screen
         ASSERT_EQ(web.host.messages.size(), 1u);
         EXPECT_TRUE(test::BeginsWith(web.host.messages[0].text,
                                      "WebSync cannot reach a registration source"));
