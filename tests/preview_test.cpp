@@ -63,17 +63,14 @@ using Cell = std::tuple<std::string, std::string, json, json>;  // id, session, 
 
 // What the grid JSON of the course says changed, as (id, session label, before, after).
 std::set<Cell> GridCells(const json& before, const json& after) {
-    std::map<std::string, json> was, is;
-    for (const json& student : before["students"]) was[student["id"]] = student["scores"];
-    for (const json& student : after["students"]) is[student["id"]] = student["scores"];
-    std::set<std::string> ids;
-    for (const auto& [id, scores] : was) ids.insert(id);
-    for (const auto& [id, scores] : is) ids.insert(id);
+    std::map<std::string, std::pair<json, json>> scores;  // by ID: before and after
+    for (const json& student : before["students"]) scores[student["id"]].first = student["scores"];
+    for (const json& student : after["students"]) scores[student["id"]].second = student["scores"];
     std::set<Cell> cells;
-    for (const std::string& id : ids) {
+    for (auto& [id, both] : scores) {
         for (size_t s = 0; s < after["sessions"].size(); ++s) {
-            const json from = was.count(id) ? was[id][s] : json(nullptr);
-            const json to = is.count(id) ? is[id][s] : json(nullptr);
+            const json from = both.first.is_null() ? json() : both.first[s];
+            const json to = both.second.is_null() ? json() : both.second[s];
             if (from != to) cells.emplace(id, after["sessions"][s]["label"], from, to);
         }
     }

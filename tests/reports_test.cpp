@@ -14,21 +14,18 @@ namespace tallory {
 namespace {
 
 namespace fs = std::filesystem;
-using test::DataPath;
-using test::ReadBytes;
-using test::TempCourse;
 
 // The sample course of these tests lies in a folder of a fixed name, which the term pages link
 // through.
 constexpr const char* kCourseFolder = "OpticsLab";
 
 struct LoadedSample {
-    TempCourse temp;
+    test::TempCourse temp;
     Course course;
     RecordingHost host;
     std::string path;
 
-    explicit LoadedSample(const std::string& source = DataPath("reports/course"),
+    explicit LoadedSample(const std::string& source = test::DataPath("reports/course"),
                           const std::string& folder = kCourseFolder) {
         path = temp.Path() + "/" + folder;
         fs::copy(source, path, fs::copy_options::recursive);
@@ -38,7 +35,9 @@ struct LoadedSample {
         host = RecordingHost();
     }
 
-    std::string Read(const std::string& relative) const { return ReadBytes(path + "/" + relative); }
+    std::string Read(const std::string& relative) const {
+        return test::ReadBytes(path + "/" + relative);
+    }
     bool Exists(const std::string& relative) const { return fs::exists(path + "/" + relative); }
 };
 
@@ -110,7 +109,7 @@ TEST(Reports, PagesAreByteForByteTheGolden) {
             demo ? LoadedSample(test::DemoCourse(), "demo-course") : LoadedSample();
         sample.host.option = OptionChoice{mode, false};
         ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
-        const std::string golden = DataPath(std::string("reports/pages/") + folder);
+        const std::string golden = test::DataPath(std::string("reports/pages/") + folder);
         for (const auto& [page, bytes] : test::FolderFiles(golden)) {
             if (std::getenv("TALLORY_UPDATE_GOLDEN"))
                 std::ofstream(golden + "/" + page, std::ios::binary) << sample.Read(page);
@@ -145,8 +144,8 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
     EXPECT_EQ(std::tuple(sample.host.progressShown, sample.host.progressHidden), std::tuple(1, 1));
     const std::vector<std::string> texts(sample.host.progressTexts.begin() + 2,
                                          sample.host.progressTexts.begin() + 4);
-    EXPECT_EQ(texts, (std::vector<std::string>{"Checking Session Information - 3 Of 3",
-                                               "Gathering Lecture Summary - 1 Of 3"}));
+    EXPECT_EQ(texts, (test::Strings{"Checking Session Information - 3 Of 3",
+                                    "Gathering Lecture Summary - 1 Of 3"}));
 
     // The summary dialog's links open the pages just written.
     ReportSummaryScreen summary(sample.course, sample.host);
@@ -188,11 +187,10 @@ TEST(RunReports, APageThatCannotBeOpenedEndsTheRunThere) {
         LoadedSample sample;
         if (!term) fs::create_directories(sample.path + "/Reports/SessionSummary_2.html");
         const test::Ending ending = test::EndingOf([&] {
-            if (term) {
+            if (term)
                 RunTermReports(sample.course, sample.host);
-            } else {
+            else
                 RunReports(sample.course, sample.host);
-            }
         });
         EXPECT_EQ(ending.number, kBadFileNameOrNumber);
         ASSERT_EQ(sample.host.messages.size(), 1u);
@@ -214,10 +212,10 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
     // session read before left them, so once session 2 has been read no later session passes,
     // and the second pass starts on session 2's tables: the term page has no row at all. The
     // voting data has a row for every session, measured against nothing.
-    TempCourse source;
-    fs::copy(DataPath("reports/course"), source.Path() + "/c", fs::copy_options::recursive);
+    test::TempCourse source;
+    fs::copy(test::DataPath("reports/course"), source.Path() + "/c", fs::copy_options::recursive);
     const std::string log = source.Path() + "/c/SessionData/L2601051400.csv";
-    std::string text = ReadBytes(log);
+    std::string text = test::ReadBytes(log);
     text.replace(text.find(",\"\"\r\n"), 5, ",\"Dropped|Y\"\r\n");
     std::ofstream(log, std::ios::binary) << text;
     LoadedSample sample(source.Path() + "/c");
@@ -253,7 +251,7 @@ TEST(ReportCommands, ListStudentsInTheGridsOrder) {
     const std::string demo = test::DemoCourse();
     for (const char* command : {"report", "term-report"}) {
         for (bool byName : {false, true}) {
-            TempCourse course;
+            test::TempCourse course;
             course.CopyFrom(demo);
             fs::create_directory(course.File("Reports"));
             const test::Strings more = byName ? test::Strings{"--by-name"} : test::Strings{};
@@ -265,7 +263,7 @@ TEST(ReportCommands, ListStudentsInTheGridsOrder) {
             for (const auto& student : shown["students"])
                 if (student["id"].get<std::string>()[0] != '#') expected.push_back(student["id"]);
             // Each roster student's ID, in the order of its first appearance on the page.
-            const std::string page = ReadBytes(course.File("Reports/StudentTermReport.html"));
+            const std::string page = test::ReadBytes(course.File("Reports/StudentTermReport.html"));
             const auto at = [&](const std::string& id) { return page.find(id); };
             std::vector<std::string> listed = expected;
             std::ranges::sort(listed, {}, at);

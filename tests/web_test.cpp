@@ -22,13 +22,10 @@ namespace tallory {
 namespace {
 
 using test::LocalHttpServer;
-using test::ReadBytes;
-using test::SendAll;
 using test::Silence;
-using test::TempCourse;
 
 std::string DataFile(std::string_view name) {
-    return ReadBytes(test::DataPath("web/") + std::string(name));
+    return test::ReadBytes(test::DataPath("web/") + std::string(name));
 }
 
 // A host that counts the turns the fetch gives to the screen.
@@ -95,13 +92,14 @@ constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::m
 // silence; a body without end.
 LocalHttpServer::RawHandler SilenceAfter(const std::string& start) {
     return [start](int connection, const std::atomic<bool>& stopping) {
-        SendAll(connection, start);
+        test::SendAll(connection, start);
         Silence(connection, stopping);
     };
 }
 
 void SendForever(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
+    test::SendAll(connection,
+                  "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
     const std::string line = std::string(1023, 'y') + "\n";
     while (!stopping && send(connection, line.data(), line.size(), MSG_NOSIGNAL) > 0) {
     }
@@ -223,7 +221,7 @@ TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
 }
 
 TEST(ReadLocalText, EndsEveryLineInCrLf) {
-    TempCourse folder;
+    test::TempCourse folder;
     folder.Write("a.txt", "one\r\ntwo\rthree\nstill three");
     EXPECT_EQ(ReadLocalText(folder.File("a.txt")), "one\r\ntwo\r\nthree\nstill three\r\n");
     EXPECT_EQ(ReadLocalText(folder.File("missing.txt")), "");
@@ -427,8 +425,8 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         web.Sync(VerifyAnswer::Accept);
         EXPECT_TRUE(web.host.messages.empty());
         EXPECT_EQ(web.verified,
-                  (std::vector<std::string>{"Alvarez Maria (1001) auto",
-                                            "Bennett Oliver (1002) asked", "Chen Wei () asked"}));
+                  (test::Strings{"Alvarez Maria (1001) auto", "Bennett Oliver (1002) asked",
+                                 "Chen Wei () asked"}));
         EXPECT_EQ(web.recordsUpdated, 3);
         EXPECT_EQ(web.doneNote, DoneNote(3, "ClickerCheck.txt updated."));
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
@@ -436,8 +434,8 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         // Chen's clicker is noted in the walk and again when the registrations are confirmed.
         EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
         // The reload: only the clicker nobody registered is left unregistered.
-        EXPECT_EQ(web.StudentIds(), (std::vector<std::string>{"1001", "1002", "1003", "1004",
-                                                              "1005", "#AA0002", "#BB0009"}));
+        EXPECT_EQ(web.StudentIds(),
+                  (test::Strings{"1001", "1002", "1003", "1004", "1005", "#AA0002", "#BB0009"}));
         EXPECT_EQ(server.Targets().size() - before, asked);
         before = server.Targets().size();
     }
@@ -465,8 +463,8 @@ TEST(WebSync, IgnoreAndCancel) {
         web.Sync(VerifyAnswer::Cancel);
         EXPECT_EQ(StudentOfRemote(web.course, "BB0001"), "1001");
         EXPECT_EQ(web.StudentIds(),
-                  (std::vector<std::string>{"1001", "1002", "1003", "1004", "1005", "1001",
-                                            "#BB0002", "#BB0003", "#BB0009"}));  // changed in place
+                  (test::Strings{"1001", "1002", "1003", "1004", "1005", "1001", "#BB0002",
+                                 "#BB0003", "#BB0009"}));  // changed in place
     }
 }
 
@@ -517,50 +515,45 @@ TEST(WebSync, ScreenStates) {
     WebCourse web("local", "http://registration.example.net/svc/");
     web.Write("WebReg.dat", DataFile("WebReg.csv"));
     CurlFetcher fetcher;
-    {
-        WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
-        EXPECT_EQ(screen.SchoolName(), "local");
-        EXPECT_EQ(screen.wNote().text,
-                  "To update student web registrations through local, press Continue.");
-        EXPECT_TRUE(screen.wSync().visible && screen.wSync().enabled);
-        EXPECT_FALSE(screen.wAccept().visible || screen.wIgnore().visible ||
-                     screen.wWebList().state.visible);
-        screen.wAcceptClick();  // hidden: does nothing
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
+    WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
+    EXPECT_EQ(screen.SchoolName(), "local");
+    EXPECT_EQ(screen.wNote().text,
+              "To update student web registrations through local, press Continue.");
+    EXPECT_TRUE(screen.wSync().visible && screen.wSync().enabled);
+    EXPECT_FALSE(screen.wAccept().visible || screen.wIgnore().visible ||
+                 screen.wWebList().state.visible);
+    screen.wAcceptClick();  // hidden: does nothing
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
 
-        screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
-        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
-        EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
-        EXPECT_EQ(screen.wList().rows, (std::vector<std::string>{"Bennett Oliver (1002) #AA0002"}));
-        EXPECT_TRUE(!screen.wSync().visible && screen.wAccept().visible &&
-                    screen.wWebList().state.visible);
-        screen.wAcceptClick();  // no selection: nothing happens
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        screen.wIgnoreClick();
-        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        EXPECT_EQ(screen.BestScore(), 2);
-        EXPECT_EQ(screen.wList().rows,
-                  (std::vector<std::string>{"Chen Wei (1003)", "Chen Lin (1004)"}));  // best first
-        screen.wIgnoreClick();
-        EXPECT_EQ(std::tie(screen.wCancel().text, screen.wWhich().text),
-                  std::tuple("Done", "Checking 00BB0001 : 3 / 3"));
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
-        screen.wCancelClick();
-        EXPECT_EQ(std::tuple(screen.Cancelled(), screen.Hidden(), screen.CurrentState()),
-                  std::tuple(false, true, WebSyncScreen::State::Welcome));
-    }
-    {
-        // The maker's service is named by its host; Cancel in the welcome state cancels.
-        WebCourse sql("SQL", "");
-        WebSyncScreen screen(sql.course, sql.host, fetcher,
-                             "https://registration.example.net/svc/");
-        EXPECT_EQ(screen.wNote().text,
-                  "To update student web registrations through registration.example.net, press "
-                  "Continue.");
-        screen.wCancelClick();
-        EXPECT_TRUE(screen.Cancelled());
-    }
+    screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
+    ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
+    EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
+    EXPECT_EQ(screen.wList().rows, (test::Strings{"Bennett Oliver (1002) #AA0002"}));
+    EXPECT_TRUE(!screen.wSync().visible && screen.wAccept().visible &&
+                screen.wWebList().state.visible);
+    screen.wAcceptClick();  // no selection: nothing happens
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    screen.wIgnoreClick();
+    ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    EXPECT_EQ(screen.BestScore(), 2);  // the rows listed best first
+    EXPECT_EQ(screen.wList().rows, (test::Strings{"Chen Wei (1003)", "Chen Lin (1004)"}));
+    screen.wIgnoreClick();
+    EXPECT_EQ(std::tie(screen.wCancel().text, screen.wWhich().text),
+              std::tuple("Done", "Checking 00BB0001 : 3 / 3"));
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
+    screen.wCancelClick();
+    EXPECT_EQ(std::tuple(screen.Cancelled(), screen.Hidden(), screen.CurrentState()),
+              std::tuple(false, true, WebSyncScreen::State::Welcome));
+
+    // The maker's service is named by its host; Cancel in the welcome state cancels.
+    WebCourse sql("SQL", "");
+    WebSyncScreen service(sql.course, sql.host, fetcher, "https://registration.example.net/svc/");
+    EXPECT_EQ(service.wNote().text,
+              "To update student web registrations through registration.example.net, press "
+              "Continue.");
+    service.wCancelClick();
+    EXPECT_TRUE(service.Cancelled());
 }
 
 TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
@@ -644,7 +637,7 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
     };
     for (const auto& [name, config] : cases) {
         SCOPED_TRACE(name);
-        TempCourse folder;
+        test::TempCourse folder;
         folder.Write("SessionData/.keep", "");
         if (!config.empty()) folder.Write("SessionData/Config.csv", config);
         Course course;
