@@ -25,21 +25,15 @@ inline void SendAll(int connection, const std::string& text) {
     }
 }
 
-inline sockaddr_in LoopbackAddress(int port = 0) {
+// Binds the socket to a loopback port the system picks, and returns the address with that port.
+inline sockaddr_in BindToFreePort(int socket) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    return address;
-}
-
-// Binds the socket to a loopback port the system picks, and returns the port.
-inline int BindToFreePort(int socket) {
-    sockaddr_in address = LoopbackAddress();
     bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address);
     socklen_t length = sizeof address;
     getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
-    return ntohs(address.sin_port);
+    return address;
 }
 
 // Holds the connection open, silent, until the client gives up or the server stops: a raw handler
@@ -93,9 +87,9 @@ class LocalHttpServer {
     // once.
     static std::string UnusedBase() {
         const int probe = socket(AF_INET, SOCK_STREAM, 0);
-        const int port = BindToFreePort(probe);
+        const sockaddr_in address = BindToFreePort(probe);
         close(probe);
-        return BaseOf(port);
+        return BaseOf(ntohs(address.sin_port));
     }
 
   private:
@@ -107,7 +101,7 @@ class LocalHttpServer {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
         int yes = 1;
         setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        port_ = BindToFreePort(listener_);
+        port_ = ntohs(BindToFreePort(listener_).sin_port);
         listen(listener_, 8);
         thread_ = std::thread([this] { Serve(); });
     }

@@ -185,8 +185,8 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
 
 // The comparison of two grids, row by row, without a folder.
 TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
-    auto grid = [](std::vector<std::pair<std::string, std::vector<std::optional<double>>>> rows,
-                   std::vector<std::string> logs) {
+    using S = std::vector<std::optional<double>>;  // scores of the sessions; none: absent
+    auto grid = [](std::vector<std::pair<std::string, S>> rows, std::vector<std::string> logs) {
         auto course = std::make_unique<Course>();
         for (const std::string& log : logs) course->SessionFile[++course->NumSessions] = log;
         for (const auto& [id, scores] : rows) {
@@ -199,12 +199,11 @@ TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
         }
         return course;
     };
-    using S = std::vector<std::optional<double>>;
     const std::string a = "L2609011000.csv", b = "L2609021000.csv", c = "L2609031000.csv";
     struct {
         const char* what;
         std::unique_ptr<Course> before, after;
-        std::vector<std::string> expected;  // "id file before->after"
+        test::Strings expected;  // "id file before->after"
     } cases[] = {
         {"nothing moves", grid({{"S1", S{1, {}}}}, {a, b}), grid({{"S1", S{1, {}}}}, {a, b}), {}},
         {"a score and an absence",
@@ -230,7 +229,6 @@ TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
     }
 }
 
-// The sentence over the counts, singular and plural.
 TEST(GridChanges, SummaryCountsScoresStudentsAndSessions) {
     ChangePreview preview;
     EXPECT_EQ(PreviewSummary(preview), "This changes no scores");

@@ -46,13 +46,12 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         if (target == "/large") return {200, large};
         return {404, errorPage};
     });
-    const std::string unreachable = LocalHttpServer::UnusedBase() + "exact";
     const std::tuple<std::string, std::string, int> cases[] = {
         {server.Base() + "exact", exact, 2},  // a full read, then the read that finds the end
         {server.Base() + "zero", zero, 1},
         {server.Base() + "large", large, 4},
         {server.Base() + "missing", errorPage, 1},  // an error page is a body like any other
-        {unreachable, "", 1},
+        {LocalHttpServer::UnusedBase() + "exact", "", 1},
         {"not a url at all", "", 1},
     };
     CurlFetcher fetcher;
@@ -111,9 +110,9 @@ class FullQueue {
   public:
     FullQueue() {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        port_ = test::BindToFreePort(listener_);
+        const sockaddr_in address = test::BindToFreePort(listener_);
+        port_ = ntohs(address.sin_port);
         listen(listener_, 0);
-        const sockaddr_in address = test::LoopbackAddress(port_);
         for (int& filler : fillers_) {
             filler = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
             connect(filler, reinterpret_cast<const sockaddr*>(&address), sizeof address);
@@ -640,13 +639,11 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
         test::TempCourse folder;
         folder.Write("SessionData/.keep", "");
         if (!config.empty()) folder.Write("SessionData/Config.csv", config);
-        Course course;
+        Course course, reread;
         RecordingHost host;
-        course.AppPath = folder.Path();
+        course.AppPath = reread.AppPath = folder.Path();
         ReadConfig(course, host);
         StampVersion(course, host);
-        Course reread;
-        reread.AppPath = folder.Path();
         ReadConfig(reread, host);
         for (int k = 0; k < 3; ++k) {
             EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
