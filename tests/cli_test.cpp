@@ -70,9 +70,8 @@ TEST(Cli, UsageErrorsExitWithTwoAndWriteNothing) {
         // clang-format on
         SCOPED_TRACE(testing::PrintToString(arguments));
         auto result = RunCli(arguments);
-        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(std::tuple(result.status, result.out), std::tuple(2, ""));
         EXPECT_TRUE(test::Holds(result.err, "tallory-cli: "));
-        EXPECT_TRUE(result.out.empty());
     }
     EXPECT_EQ(test::FolderFiles(course.Path()), before);
 }
@@ -332,7 +331,6 @@ TEST(ConsoleHost, AnswersAndListsAsTheCommandLineSays) {
 
     EXPECT_TRUE(host.ClipboardJson().is_null());
     host.SetClipboardText("Ames\tAnn\r\n");
-    EXPECT_EQ(host.ClipboardJson(), "Ames\tAnn\r\n");
 
     testing::internal::CaptureStdout();
     cli::Print(context, {{"purged", json::array()}}, "", {.files = true, .clipboard = true});

@@ -43,13 +43,12 @@ void WriteCourse(const test::TempCourse& course, unsigned seed) {
         plan.minCorrect = 1;
         for (const char* remote : {"#111", "#222", "#333", "#444", "#99", "#ABC123"}) {
             if (random() % 4 == 0) continue;  // absent
-            test::LogVoter voter{remote, "", {}};
+            plan.voters.push_back({remote});
             for (int q = 0; q < 2; ++q) {
-                test::LogAnswer answer(letters[random() % 5]);
+                test::LogAnswer& answer =
+                    plan.voters.back().answers.emplace_back(letters[random() % 5]);
                 answer.score = answer.letter == "A" ? 1 : 0;
-                voter.answers.push_back(answer);
             }
-            plan.voters.push_back(voter);
         }
         course.WriteLog(test::SeptemberLog(day), plan);
     }

@@ -74,8 +74,7 @@ TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
 }
 
 TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
-    LogPlan log;
-    log.questions[0].points = {2, 0, 0, 0, 0};
+    LogPlan log = QuestionsPlan({"Q1"}, {2, 0, 0, 0, 0});
     log.voters =
         Voters(40, [](int i) { return std::vector<test::LogAnswer>{i <= 19 ? "A" : "B"}; });
     ScoringCourse fixture(log, {{"CourseName", "Mechanics"}});
@@ -96,9 +95,7 @@ TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
 }
 
 TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
-    LogPlan log;
-    log.questions[0].points = {7.5, 0, 0, 0, 0};
-    ScoringCourse fixture(log);
+    ScoringCourse fixture(QuestionsPlan({"Q1"}, {7.5, 0, 0, 0, 0}));
     EXPECT_EQ(fixture.Open().Controls().lblTotalPerfPoints.text, "7.50");
     EXPECT_EQ(
         fixture.Open({.largeFonts = true, .imageLoads = {}}).Controls().lblTotalPerfPoints.text,
@@ -253,8 +250,7 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
 }
 
 TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
-    LogPlan log = QuestionsPlan(2);
-    log.questions[0].points = log.questions[1].points = {};
+    LogPlan log = QuestionsPlan({"Q1", "Q2"}, {});
     log.voters = {{"#A1", "", {"C", "A"}}, {"#B7", "", {"B", "A"}}};
     ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
     ASSERT_EQ(fixture.Student("S1").Score[1], 0);  // no points, so no participation either
