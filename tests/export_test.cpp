@@ -386,6 +386,19 @@ TEST(ExportFormat, AnAngelGradeBookFillsRosterRowsThatTheLookUpDoesNotCount) {
     EXPECT_EQ(GetRosterEntry(course, "BSmith").LastName, "");
 }
 
+TEST(ExportFormat, QuotesAreStrippedFromEveryRosterRowAndTheIdsStillFound) {
+    Course course;
+    AddRosterEntry(course, "\"S1\"", "\"Jane\"", "O\"Neil");
+    AddRosterEntry(course, "S2", "Rick", "Roe");
+    StripRosterQuotes(course);
+    ASSERT_EQ(FindRosterRow(course, "S1"), 0);
+    EXPECT_EQ(
+        std::tie(course.Roster[0].StudentId, course.Roster[0].FirstName, course.Roster[0].LastName),
+        std::tuple("S1", "Jane", "ONeil"));
+    EXPECT_EQ(FindRosterRow(course, "\"S1\""), -1);
+    EXPECT_EQ(FindRosterRow(course, "s2"), 1);
+}
+
 // ==== Canvas: its own upload layouts, and its grade book as the course's roster.
 
 constexpr char kGradeBook[] = "2026-09-20T1030_Grades-BIO_110.csv";
