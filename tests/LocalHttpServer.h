@@ -12,6 +12,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace tallory::test {
@@ -51,10 +52,7 @@ inline void Silence(int connection, const std::atomic<bool>& stopping) {
 // never leave the machine: the test sets no_proxy for the loopback address.
 class LocalHttpServer {
   public:
-    struct Reply {
-        int status = 200;
-        std::string body;
-    };
+    using Reply = std::pair<int, std::string>;  // the status and the body
     using Handler = std::function<Reply(const std::string& target)>;
     // A server that answers a connection itself, after its request head was read (a stalled or an
     // endless reply): it writes to `connection` and returns once `stopping` turns true.
@@ -68,20 +66,11 @@ class LocalHttpServer {
         close(listener_);
     }
 
-    LocalHttpServer(const LocalHttpServer&) = delete;
-    LocalHttpServer& operator=(const LocalHttpServer&) = delete;
-
     std::string Base() const { return BaseOf(port_); }
 
     // The request targets ("/path?query") and heads received so far.
-    std::vector<std::string> Targets() const {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return targets_;
-    }
-    std::vector<std::string> Heads() const {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return heads_;
-    }
+    std::vector<std::string> Targets() const { return Copy(targets_); }
+    std::vector<std::string> Heads() const { return Copy(heads_); }
 
     // The base of a loopback port that nobody listens on: taken from the system and given back at
     // once.
@@ -93,6 +82,11 @@ class LocalHttpServer {
     }
 
   private:
+    std::vector<std::string> Copy(const std::vector<std::string>& requests) const {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return requests;
+    }
+
     static std::string BaseOf(int port) { return "http://127.0.0.1:" + std::to_string(port) + "/"; }
 
     void Start() {
@@ -135,12 +129,11 @@ class LocalHttpServer {
             heads_.push_back(head);
         }
         if (raw_) return raw_(connection, stop_);
-        const Reply reply = handler_(target);
-        SendAll(connection, "HTTP/1.1 " + std::to_string(reply.status) +
-                                (reply.status == 200 ? " OK" : " Not Found") +
-                                "\r\nContent-Type: text/plain\r\nContent-Length: " +
-                                std::to_string(reply.body.size()) +
-                                "\r\nConnection: close\r\n\r\n" + reply.body);
+        const auto [status, body] = handler_(target);
+        SendAll(connection,
+                "HTTP/1.1 " + std::to_string(status) + (status == 200 ? " OK" : " Not Found") +
+                    "\r\nContent-Type: text/plain\r\nContent-Length: " +
+                    std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
     }
 
     Handler handler_;

@@ -27,11 +27,9 @@ struct OpenCourse : test::LoadedCourse {
         course.AppPath = Path();
         for (const auto& [name, content] : files) Write(name, content);
         format = SetExportFormat(course, host, cms);
-        course.NumSessions = 3;
-        course.SessionFile[1] = "L2609081000.csv";
-        course.SessionFile[2] = "L2609101000.csv";
+        for (const char* log : {"L2609081000.csv", "L2609101000.csv", "L2609151000.csv"})
+            course.SessionFile[++course.NumSessions] = log;
         course.SessionTitle[2] = "Quiz 1";
-        course.SessionFile[3] = "L2609151000.csv";
         std::istringstream lines(test::ReadBytes(studentsFile));
         for (std::string line; std::getline(lines, line);) {
             StudentRec& student = course.Students[++course.NumStudents];
@@ -40,8 +38,7 @@ struct OpenCourse : test::LoadedCourse {
             for (int k = 1; k <= 3; ++k) {
                 std::string cell;
                 std::getline(cells, cell, ',');
-                student.Score[k] = std::stod(cell);
-                student.Score[0] += student.Score[k];
+                student.Score[0] += student.Score[k] = std::stod(cell);
             }
         }
     }
@@ -86,10 +83,8 @@ struct Golden {
     const char* variant;     // expected uploads: all<variant>.expected, selected<variant>.expected
     const char* upload;      // the upload file
     const char* done;        // the message after writing, without the file name
-    // A student of the grade book as the grid asks for it ("ID|last|first"; none for Angel's,
-    // whose rows the look-up does not count) and the IDs the course start counts.
-    const char* student;
-    int rosterIds;
+    const char* student;     // "ID|last|first" the grid asks for; none: Angel's, not looked up
+    int rosterIds;           // the IDs the course start counts
 };
 
 constexpr Golden kGolden[] = {
@@ -549,10 +544,9 @@ TEST(ExportCanvas, NumbersHaveAPointAndAtMostFourDecimals) {
                                                      {-1.25, "-1.25"}};
     BiologyCourse biology;
     biology.Load();
-    const int row = biology.Row("20260101");
     for (const auto& [score, cell] : cases) {
         SCOPED_TRACE(cell);
-        biology.course.Students[row].Score[1] = score;
+        biology.course.Students[biology.Row("20260101")].Score[1] = score;
         biology.Export(true, CanvasChoice{});
         EXPECT_TRUE(test::Holds(biology.Read(kUpload),
                                 "\r\n\"Alvarez, Maria\",5101,20260101,malvarez,BIO 110 - 001," +

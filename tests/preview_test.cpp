@@ -15,10 +15,9 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-using test::Files;
 
 // The files whose bytes differ, made or gone included, in name order.
-std::vector<std::string> ChangedFiles(const Files& before, const Files& after) {
+std::vector<std::string> ChangedFiles(const test::Files& before, const test::Files& after) {
     std::vector<std::pair<std::string, std::string>> differing;
     std::ranges::set_symmetric_difference(before, after, std::back_inserter(differing));
     std::set<std::string> names;
@@ -100,7 +99,7 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
             SCOPED_TRACE(std::string(what) + ", seed " + std::to_string(seed));
             test::TempCourse course;
             WriteCourse(course, seed);
-            const Files original = test::FolderFiles(course.Path());
+            const test::Files original = test::FolderFiles(course.Path());
             const json gridBefore = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
 
             const test::CliResult previewed =
@@ -170,7 +169,7 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
         course.WriteLog(test::SeptemberLog(day), {.voters = {{"#111", "", {answer}}}});
     // A course folder may hold a link to the program, which starts it on the course.
     std::filesystem::create_symlink(TALLORY_CLI, course.File("tallory"));
-    const Files original = test::FolderFiles(course.Path());
+    const test::Files original = test::FolderFiles(course.Path());
     const test::CliResult result =
         test::RunCliOn(course.Path(), {"student", "S1", "--add", "111", "--preview"});
     EXPECT_EQ(result.status, 0) << result.err;
@@ -179,7 +178,7 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
                              "  SessionData/RemoteID.csv"})
         EXPECT_TRUE(test::Holds(result.out, part));
     EXPECT_EQ(test::FolderFiles(course.Path()), original);
-    EXPECT_EQ(test::FolderFiles(dataHome.Path()), Files{});
+    EXPECT_EQ(test::FolderFiles(dataHome.Path()), test::Files{});
 }
 
 // The comparison of two grids, row by row, without a folder.

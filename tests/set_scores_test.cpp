@@ -40,9 +40,10 @@ struct ScoringCourse : test::LoadedCourse {
     }
 };
 
+using Answers = std::vector<test::LogAnswer>;
+
 // `count` voters on remotes #B1, #B2, ... answering the letters of `answers` (one per question).
-std::vector<test::LogVoter> Voters(
-    int count, const std::function<std::vector<test::LogAnswer>(int)>& answers) {
+std::vector<test::LogVoter> Voters(int count, const std::function<Answers(int)>& answers) {
     std::vector<test::LogVoter> voters;
     for (int i = 1; i <= count; ++i) voters.push_back({"#B" + std::to_string(i), "", answers(i)});
     return voters;
@@ -75,8 +76,7 @@ TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
 
 TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
     LogPlan log = QuestionsPlan({"Q1"}, {2, 0, 0, 0, 0});
-    log.voters =
-        Voters(40, [](int i) { return std::vector<test::LogAnswer>{i <= 19 ? "A" : "B"}; });
+    log.voters = Voters(40, [](int i) { return Answers{i <= 19 ? "A" : "B"}; });
     ScoringCourse fixture(log, {{"CourseName", "Mechanics"}});
     SetScoresScreen screen = fixture.Open();
     // Counts are the polling application's: the reader takes them from the log as they stand.
@@ -118,9 +118,7 @@ TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
 TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
     LogPlan log = QuestionsPlan(2);
     // The last voter decides that the question was polled anonymously.
-    log.voters = Voters(4, [](int i) {
-        return std::vector<test::LogAnswer>{"A", i == 1 ? "" : "X"};
-    });
+    log.voters = Voters(4, [](int i) { return Answers{"A", i == 1 ? "" : "X"}; });
     ScoringCourse fixture(log);
     SetScoresScreen screen = fixture.Open();
     screen.lblNextClick();
