@@ -12,6 +12,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace tallory::test {
@@ -25,21 +26,15 @@ inline void SendAll(int connection, const std::string& text) {
     }
 }
 
-inline sockaddr_in LoopbackAddress(int port = 0) {
+// Binds the socket to a loopback port the system picks, and returns the address with that port.
+inline sockaddr_in BindToFreePort(int socket) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    return address;
-}
-
-// Binds the socket to a loopback port the system picks, and returns the port.
-inline int BindToFreePort(int socket) {
-    sockaddr_in address = LoopbackAddress();
     bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address);
     socklen_t length = sizeof address;
     getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
-    return ntohs(address.sin_port);
+    return address;
 }
 
 // Holds the connection open, silent, until the client gives up or the server stops: a raw handler
@@ -57,64 +52,54 @@ inline void Silence(int connection, const std::atomic<bool>& stopping) {
 // never leave the machine: the test sets no_proxy for the loopback address.
 class LocalHttpServer {
   public:
-    struct Reply {
-        int status = 200;
-        std::string body;
-    };
+    using Reply = std::pair<int, std::string>;  // the status and the body
     using Handler = std::function<Reply(const std::string& target)>;
     // A server that answers a connection itself, after its request head was read (a stalled or an
     // endless reply): it writes to `connection` and returns once `stopping` turns true.
     using RawHandler = std::function<void(int connection, const std::atomic<bool>& stopping)>;
 
-    explicit LocalHttpServer(Handler handler) : LocalHttpServer(std::move(handler), nullptr) {}
-    explicit LocalHttpServer(RawHandler raw) : LocalHttpServer(nullptr, std::move(raw)) {}
-
-  private:
-    LocalHttpServer(Handler handler, RawHandler raw)
-        : handler_(std::move(handler)), raw_(std::move(raw)) {
-        setenv("no_proxy", "127.0.0.1,localhost", 1);
-        setenv("NO_PROXY", "127.0.0.1,localhost", 1);
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        int yes = 1;
-        setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        port_ = BindToFreePort(listener_);
-        listen(listener_, 8);
-        thread_ = std::thread([this] { Serve(); });
-    }
-
-  public:
+    explicit LocalHttpServer(Handler handler) : handler_(std::move(handler)) { Start(); }
+    explicit LocalHttpServer(RawHandler raw) : raw_(std::move(raw)) { Start(); }
     ~LocalHttpServer() {
         stop_ = true;
         thread_.join();
         close(listener_);
     }
 
-    LocalHttpServer(const LocalHttpServer&) = delete;
-    LocalHttpServer& operator=(const LocalHttpServer&) = delete;
-
-    int Port() const { return port_; }
-    // "http://127.0.0.1:<port>/"
-    std::string Base() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+    std::string Base() const { return BaseOf(port_); }
 
     // The request targets ("/path?query") and heads received so far.
-    std::vector<std::string> Targets() const {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return targets_;
-    }
-    std::vector<std::string> Heads() const {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return heads_;
-    }
+    std::vector<std::string> Targets() const { return Copy(targets_); }
+    std::vector<std::string> Heads() const { return Copy(heads_); }
 
-    // A loopback port that nobody listens on: taken from the system and given back at once.
-    static int UnusedPort() {
+    // The base of a loopback port that nobody listens on: taken from the system and given back at
+    // once.
+    static std::string UnusedBase() {
         const int probe = socket(AF_INET, SOCK_STREAM, 0);
-        const int port = BindToFreePort(probe);
+        const sockaddr_in address = BindToFreePort(probe);
         close(probe);
-        return port;
+        return BaseOf(ntohs(address.sin_port));
     }
 
   private:
+    std::vector<std::string> Copy(const std::vector<std::string>& requests) const {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return requests;
+    }
+
+    static std::string BaseOf(int port) { return "http://127.0.0.1:" + std::to_string(port) + "/"; }
+
+    void Start() {
+        setenv("no_proxy", "127.0.0.1,localhost", 1);
+        setenv("NO_PROXY", "127.0.0.1,localhost", 1);
+        listener_ = socket(AF_INET, SOCK_STREAM, 0);
+        int yes = 1;
+        setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        port_ = ntohs(BindToFreePort(listener_).sin_port);
+        listen(listener_, 8);
+        thread_ = std::thread([this] { Serve(); });
+    }
+
     void Serve() {
         while (!stop_) {
             pollfd waiting{listener_, POLLIN, 0};
@@ -144,12 +129,11 @@ class LocalHttpServer {
             heads_.push_back(head);
         }
         if (raw_) return raw_(connection, stop_);
-        const Reply reply = handler_(target);
-        SendAll(connection, "HTTP/1.1 " + std::to_string(reply.status) +
-                                (reply.status == 200 ? " OK" : " Not Found") +
-                                "\r\nContent-Type: text/plain\r\nContent-Length: " +
-                                std::to_string(reply.body.size()) +
-                                "\r\nConnection: close\r\n\r\n" + reply.body);
+        const auto [status, body] = handler_(target);
+        SendAll(connection,
+                "HTTP/1.1 " + std::to_string(status) + (status == 200 ? " OK" : " Not Found") +
+                    "\r\nContent-Type: text/plain\r\nContent-Length: " +
+                    std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
     }
 
     Handler handler_;

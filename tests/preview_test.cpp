@@ -15,15 +15,13 @@ namespace tallory {
 namespace {
 
 using nlohmann::json;
-using test::Files;
 
 // The files whose bytes differ, made or gone included, in name order.
-std::vector<std::string> ChangedFiles(const Files& before, const Files& after) {
+std::vector<std::string> ChangedFiles(const test::Files& before, const test::Files& after) {
+    std::vector<std::pair<std::string, std::string>> differing;
+    std::ranges::set_symmetric_difference(before, after, std::back_inserter(differing));
     std::set<std::string> names;
-    for (const auto& [name, bytes] : after)
-        if (!before.count(name) || before.at(name) != bytes) names.insert(name);
-    for (const auto& [name, bytes] : before)
-        if (!after.count(name)) names.insert(name);
+    for (const auto& [name, bytes] : differing) names.insert(name);
     return {names.begin(), names.end()};
 }
 
@@ -44,13 +42,12 @@ void WriteCourse(const test::TempCourse& course, unsigned seed) {
         plan.minCorrect = 1;
         for (const char* remote : {"#111", "#222", "#333", "#444", "#99", "#ABC123"}) {
             if (random() % 4 == 0) continue;  // absent
-            test::LogVoter voter{remote, "", {}};
+            plan.voters.push_back({remote});
             for (int q = 0; q < 2; ++q) {
-                test::LogAnswer answer(letters[random() % 5]);
+                test::LogAnswer& answer =
+                    plan.voters.back().answers.emplace_back(letters[random() % 5]);
                 answer.score = answer.letter == "A" ? 1 : 0;
-                voter.answers.push_back(answer);
             }
-            plan.voters.push_back(voter);
         }
         course.WriteLog(test::SeptemberLog(day), plan);
     }
@@ -64,33 +61,25 @@ using Cell = std::tuple<std::string, std::string, json, json>;  // id, session, 
 
 // What the grid JSON of the course says changed, as (id, session label, before, after).
 std::set<Cell> GridCells(const json& before, const json& after) {
-    std::map<std::string, json> was, is;
-    for (const json& student : before["students"]) was[student["id"]] = student["scores"];
-    for (const json& student : after["students"]) is[student["id"]] = student["scores"];
-    std::set<std::string> ids;
-    for (const auto& [id, scores] : was) ids.insert(id);
-    for (const auto& [id, scores] : is) ids.insert(id);
+    std::map<std::string, std::pair<json, json>> scores;  // by ID: before and after
+    for (const json& student : before["students"]) scores[student["id"]].first = student["scores"];
+    for (const json& student : after["students"]) scores[student["id"]].second = student["scores"];
     std::set<Cell> cells;
-    for (const std::string& id : ids) {
+    for (auto& [id, both] : scores) {
         for (size_t s = 0; s < after["sessions"].size(); ++s) {
-            const json from = was.count(id) ? was[id][s] : json(nullptr);
-            const json to = is.count(id) ? is[id][s] : json(nullptr);
+            const json from = both.first.is_null() ? json() : both.first[s];
+            const json to = both.second.is_null() ? json() : both.second[s];
             if (from != to) cells.emplace(id, after["sessions"][s]["label"], from, to);
         }
     }
     return cells;
 }
 
-struct Case {
-    const char* what;
-    std::vector<std::string> command;
-    int changesScores;  // 1: the command moves a figure of the grid, 0: it moves none, -1: either
-};
-
 // For each command: --preview leaves every byte of the course as it was and lists exactly the
 // cells and files that the same command, then run for real, changes.
 TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
-    const Case cases[] = {
+    // What, the command, and whether it moves a figure of the grid (1), none (0) or either (-1).
+    const std::tuple<const char*, std::vector<std::string>, int> cases[] = {
         {"purge one clicker", {"purge", "99", "--yes"}, 1},
         {"purge every clicker", {"purge", "--all", "--yes"}, 1},
         {"purge not confirmed", {"purge", "99"}, 0},
@@ -106,22 +95,19 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
         {"set-scores question out of range", {"set-scores", "1", "--question", "9"}, 0},
     };
     for (unsigned seed : {1u, 2u, 3u}) {
-        for (const Case& c : cases) {
-            SCOPED_TRACE(std::string(c.what) + ", seed " + std::to_string(seed));
+        for (const auto& [what, command, changesScores] : cases) {
+            SCOPED_TRACE(std::string(what) + ", seed " + std::to_string(seed));
             test::TempCourse course;
             WriteCourse(course, seed);
-            const Files original = test::FolderFiles(course.Path());
+            const test::Files original = test::FolderFiles(course.Path());
             const json gridBefore = Json(test::RunCliOn(course.Path(), {"grid", "--json"}));
 
-            std::vector<std::string> preview = c.command;
-            preview.insert(preview.end(), {"--preview", "--json"});
-            const test::CliResult previewed = test::RunCliOn(course.Path(), preview);
+            const test::CliResult previewed =
+                test::RunCliOn(course.Path(), command, {"--preview", "--json"});
             EXPECT_EQ(test::FolderFiles(course.Path()), original)
                 << "the preview wrote in the course";
 
-            std::vector<std::string> real = c.command;
-            real.push_back("--json");
-            const test::CliResult done = test::RunCliOn(course.Path(), real);
+            const test::CliResult done = test::RunCliOn(course.Path(), command, {"--json"});
             EXPECT_EQ(previewed.status, done.status) << previewed.err;
             if (done.status == 2) continue;  // a usage error: neither ran
             const json document = Json(previewed), written = Json(done);
@@ -148,8 +134,8 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
             }
             EXPECT_EQ(listed.size(), document["preview"]["changes"].size()) << "a cell twice";
             EXPECT_EQ(listed, GridCells(gridBefore, gridAfter));
-            if (c.changesScores >= 0) {
-                EXPECT_EQ(!listed.empty(), c.changesScores == 1);
+            if (changesScores >= 0) {
+                EXPECT_EQ(!listed.empty(), changesScores == 1);
             }
 
             // The files that would change are those that did, named as "files" names them.
@@ -159,8 +145,7 @@ TEST(PreviewCli, ListsWhatTheChangeThenDoes) {
             std::sort(wouldChange.begin(), wouldChange.end());
             EXPECT_EQ(wouldChange, changed);
             for (const std::string& file : changed)
-                EXPECT_NE(std::find(written["files"].begin(), written["files"].end(), file),
-                          written["files"].end())
+                EXPECT_TRUE(std::count(written["files"].begin(), written["files"].end(), file))
                     << file;
             // Nothing was written, and the rest of the answer is the real run's.
             EXPECT_EQ(document.contains("files"), written.contains("files"));
@@ -178,16 +163,13 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
     test::TempCourse course;
     course.WriteRoster("Adams,Ann,S1\r\n");
     course.WriteRemotes("");
-    for (int day : {1, 2}) {
-        test::LogPlan plan;
-        test::LogAnswer answer("A");
-        answer.score = 1;
-        plan.voters = {{"#111", "", {answer}}};
-        course.WriteLog(test::SeptemberLog(day), plan);
-    }
+    test::LogAnswer answer("A");
+    answer.score = 1;
+    for (int day : {1, 2})
+        course.WriteLog(test::SeptemberLog(day), {.voters = {{"#111", "", {answer}}}});
     // A course folder may hold a link to the program, which starts it on the course.
     std::filesystem::create_symlink(TALLORY_CLI, course.File("tallory"));
-    const Files original = test::FolderFiles(course.Path());
+    const test::Files original = test::FolderFiles(course.Path());
     const test::CliResult result =
         test::RunCliOn(course.Path(), {"student", "S1", "--add", "111", "--preview"});
     EXPECT_EQ(result.status, 0) << result.err;
@@ -196,21 +178,18 @@ TEST(PreviewCli, TextSaysWhatChangesAndWritesNothing) {
                              "  SessionData/RemoteID.csv"})
         EXPECT_TRUE(test::Holds(result.out, part));
     EXPECT_EQ(test::FolderFiles(course.Path()), original);
-    EXPECT_EQ(test::FolderFiles(dataHome.Path()), Files{});
+    EXPECT_EQ(test::FolderFiles(dataHome.Path()), test::Files{});
 }
 
 // The comparison of two grids, row by row, without a folder.
 TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
-    auto grid = [](std::vector<std::tuple<std::string, std::vector<std::optional<double>>>> rows,
-                   std::vector<std::string> logs) {
+    using S = std::vector<std::optional<double>>;  // scores of the sessions; none: absent
+    auto grid = [](std::vector<std::pair<std::string, S>> rows, std::vector<std::string> logs) {
         auto course = std::make_unique<Course>();
-        course->NumSessions = static_cast<int>(logs.size());
-        for (size_t s = 0; s < logs.size(); ++s) course->SessionFile[s + 1] = logs[s];
-        course->NumStudents = static_cast<int>(rows.size());
-        for (size_t i = 0; i < rows.size(); ++i) {
-            StudentRec& student = course->Students[static_cast<long>(i + 1)];
-            student.StudentId = std::get<0>(rows[i]);
-            const auto& scores = std::get<1>(rows[i]);
+        for (const std::string& log : logs) course->SessionFile[++course->NumSessions] = log;
+        for (const auto& [id, scores] : rows) {
+            StudentRec& student = course->Students[++course->NumStudents];
+            student.StudentId = id;
             for (size_t s = 0; s < scores.size(); ++s) {
                 student.Present[s + 1] = scores[s] ? -1 : 0;
                 student.Score[s + 1] = scores[s].value_or(0);
@@ -218,12 +197,11 @@ TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
         }
         return course;
     };
-    using S = std::vector<std::optional<double>>;
     const std::string a = "L2609011000.csv", b = "L2609021000.csv", c = "L2609031000.csv";
     struct {
         const char* what;
         std::unique_ptr<Course> before, after;
-        std::vector<std::string> expected;  // "id file before->after"
+        test::Strings expected;  // "id file before->after"
     } cases[] = {
         {"nothing moves", grid({{"S1", S{1, {}}}}, {a, b}), grid({{"S1", S{1, {}}}}, {a, b}), {}},
         {"a score and an absence",
@@ -249,7 +227,6 @@ TEST(GridChanges, MatchesRowsByIdAndColumnsByLog) {
     }
 }
 
-// The sentence over the counts, singular and plural.
 TEST(GridChanges, SummaryCountsScoresStudentsAndSessions) {
     ChangePreview preview;
     EXPECT_EQ(PreviewSummary(preview), "This changes no scores");

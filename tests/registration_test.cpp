@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/Paths.h"
-#include "common/RecordingHost.h"
 #include "registration/RemoteTable.h"
 #include "registration/Roster.h"
 

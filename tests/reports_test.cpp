@@ -14,21 +14,19 @@ namespace tallory {
 namespace {
 
 namespace fs = std::filesystem;
-using test::DataPath;
 using test::ReadBytes;
-using test::TempCourse;
 
 // The sample course of these tests lies in a folder of a fixed name, which the term pages link
 // through.
 constexpr const char* kCourseFolder = "OpticsLab";
 
 struct LoadedSample {
-    TempCourse temp;
+    test::TempCourse temp;
     Course course;
     RecordingHost host;
     std::string path;
 
-    explicit LoadedSample(const std::string& source = DataPath("reports/course"),
+    explicit LoadedSample(const std::string& source = test::DataPath("reports/course"),
                           const std::string& folder = kCourseFolder) {
         path = temp.Path() + "/" + folder;
         fs::copy(source, path, fs::copy_options::recursive);
@@ -99,49 +97,26 @@ TEST(PageWriter, StudentDisplayNameInEveryMode) {
 
 // --- the golden pages --------------------------------------------------------------------------
 
-struct GoldenCase {
-    bool demo;  // the demo course rather than the sample course of these tests
-    int mode;
-    const char* page;    // under the course folder
-    const char* golden;  // under tests/data/reports
-};
-
-class GoldenPages : public testing::TestWithParam<GoldenCase> {};
-
-TEST_P(GoldenPages, PageIsByteForByteTheGolden) {
-    const GoldenCase& c = GetParam();
-    LoadedSample sample = c.demo ? LoadedSample(test::DemoCourse(), "demo-course") : LoadedSample();
-    sample.host.option = OptionChoice{c.mode, false};
-    ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
-    const std::string written = sample.Read(c.page);
-    const std::string golden = DataPath(std::string("reports/") + c.golden);
-    if (std::getenv("TALLORY_UPDATE_GOLDEN")) {
-        std::ofstream(golden, std::ios::binary) << written;
-        GTEST_SKIP() << "wrote " << golden;
+// Each run's pages, byte for byte: the folder under tests/data/reports/pages holds them by their
+// paths in the course folder.
+TEST(Reports, PagesAreByteForByteTheGolden) {
+    // The demo course or the sample course of these tests, the display mode, the pages' folder.
+    const std::tuple<bool, int, const char*> runs[] = {
+        {false, 0, "names"}, {false, 2, "id-only"}, {false, 4, "remote"}, {true, 0, "demo"}};
+    for (const auto& [demo, mode, folder] : runs) {
+        LoadedSample sample =
+            demo ? LoadedSample(test::DemoCourse(), "demo-course") : LoadedSample();
+        sample.host.option = OptionChoice{mode, false};
+        ASSERT_EQ(RunReports(sample.course, sample.host), ReportRunEnd::Written);
+        const std::string golden = test::DataPath(std::string("reports/pages/") + folder);
+        for (const auto& [page, bytes] : test::FolderFiles(golden)) {
+            if (std::getenv("TALLORY_UPDATE_GOLDEN"))
+                std::ofstream(golden + "/" + page, std::ios::binary) << sample.Read(page);
+            else
+                EXPECT_EQ(sample.Read(page), bytes) << folder << "/" << page;
+        }
     }
-    EXPECT_EQ(written, ReadBytes(golden)) << c.page;
 }
-
-const GoldenCase kGoldenPages[] = {
-    {false, 0, "Reports/SessionSummary_1.html", "golden/SessionSummary_1.html"},
-    {false, 0, "Reports/SessionSummary_2.html", "golden/SessionSummary_2.html"},
-    {false, 0, "Reports/SessionSummary_3.html", "golden/SessionSummary_3.html"},
-    {false, 0, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.html"},
-    {false, 0, "Reports/SessionDetail_2.html", "golden/SessionDetail_2.html"},
-    {false, 0, "Reports/SessionDetail_3.html", "golden/SessionDetail_3.html"},
-    {false, 0, "Term_Session Summary and Review.html", "golden/TermSummary.html"},
-    {false, 0, "Student Voting Data.html", "golden/StudentVotingData.html"},
-    {false, 0, "Reports/StudentTermReport.html", "golden/StudentTermReport.html"},
-    {false, 2, "Reports/SessionDetail_1.html", "golden/SessionDetail_1.idonly.html"},
-    {false, 2, "Reports/StudentTermReport.html", "golden/StudentTermReport.idonly.html"},
-    {false, 4, "Reports/StudentTermReport.html", "golden/StudentTermReport.remote.html"},
-    {true, 0, "Reports/SessionSummary_1.html", "demo/SessionSummary_1.html"},
-    {true, 0, "Reports/SessionDetail_1.html", "demo/SessionDetail_1.html"},
-    {true, 0, "Term_Session Summary and Review.html", "demo/TermSummary.html"},
-    {true, 0, "Student Voting Data.html", "demo/StudentVotingData.html"},
-    {true, 0, "Reports/StudentTermReport.html", "demo/StudentTermReport.html"},
-};
-INSTANTIATE_TEST_SUITE_P(Reports, GoldenPages, testing::ValuesIn(kGoldenPages));
 
 // --- the commands ------------------------------------------------------------------------------
 
@@ -168,8 +143,8 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
     EXPECT_EQ(std::tuple(sample.host.progressShown, sample.host.progressHidden), std::tuple(1, 1));
     const std::vector<std::string> texts(sample.host.progressTexts.begin() + 2,
                                          sample.host.progressTexts.begin() + 4);
-    EXPECT_EQ(texts, (std::vector<std::string>{"Checking Session Information - 3 Of 3",
-                                               "Gathering Lecture Summary - 1 Of 3"}));
+    EXPECT_EQ(texts, (test::Strings{"Checking Session Information - 3 Of 3",
+                                    "Gathering Lecture Summary - 1 Of 3"}));
 
     // The summary dialog's links open the pages just written.
     ReportSummaryScreen summary(sample.course, sample.host);
@@ -181,32 +156,24 @@ TEST(RunReports, WritesEveryPageInOrderAndTakesTheChosenMode) {
 }
 
 TEST(RunReports, StopsBeforeWritingAnything) {
-    struct Case {
-        const char* name;
-        bool reportsIsAFile;
-        bool cancel;
-        ReportRunEnd end;
-        int modeAfter;
-    };
-    const Case cases[] = {
-        {"a file named Reports", true, false, ReportRunEnd::NoReportsFolder, 1},
-        {"a cancelled dialog still sets the mode", false, true, ReportRunEnd::Cancelled, 4},
-    };
-    for (const Case& c : cases) {
+    for (bool reportsIsAFile : {true, false}) {
+        // A file named Reports, or a dialog cancelled, which still sets the mode.
+        SCOPED_TRACE(reportsIsAFile ? "a file named Reports" : "a cancelled dialog");
         LoadedSample sample;
-        if (c.reportsIsAFile) std::ofstream(sample.path + "/REPORTS") << "x";
+        if (reportsIsAFile) std::ofstream(sample.path + "/REPORTS") << "x";
         sample.course.ReportDisplayMode = 1;
-        sample.host.option = OptionChoice{4, c.cancel};
-        EXPECT_EQ(RunReports(sample.course, sample.host), c.end) << c.name;
-        EXPECT_EQ(sample.course.ReportDisplayMode, c.modeAfter) << c.name;
-        EXPECT_TRUE(sample.host.written.empty()) << c.name;
-        EXPECT_EQ(sample.host.progressShown, 0) << c.name;
-        if (c.reportsIsAFile) {
+        sample.host.option = OptionChoice{4, !reportsIsAFile};
+        EXPECT_EQ(RunReports(sample.course, sample.host),
+                  reportsIsAFile ? ReportRunEnd::NoReportsFolder : ReportRunEnd::Cancelled);
+        EXPECT_EQ(sample.course.ReportDisplayMode, reportsIsAFile ? 1 : 4);
+        EXPECT_TRUE(sample.host.written.empty());
+        EXPECT_EQ(sample.host.progressShown, 0);
+        EXPECT_EQ(sample.host.dialogs.empty(), reportsIsAFile);
+        if (reportsIsAFile) {
             EXPECT_EQ(test::Messages(sample.host),
                       test::Strings{"[Folder Not Found] Unable to create 'Reports' Folder access "
                                     "denied"});
             EXPECT_EQ(sample.host.messages[0].icon, Icon::Information);
-            EXPECT_TRUE(sample.host.dialogs.empty());
         }
     }
 }
@@ -219,11 +186,10 @@ TEST(RunReports, APageThatCannotBeOpenedEndsTheRunThere) {
         LoadedSample sample;
         if (!term) fs::create_directories(sample.path + "/Reports/SessionSummary_2.html");
         const test::Ending ending = test::EndingOf([&] {
-            if (term) {
+            if (term)
                 RunTermReports(sample.course, sample.host);
-            } else {
+            else
                 RunReports(sample.course, sample.host);
-            }
         });
         EXPECT_EQ(ending.number, kBadFileNameOrNumber);
         ASSERT_EQ(sample.host.messages.size(), 1u);
@@ -245,20 +211,17 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
     // session read before left them, so once session 2 has been read no later session passes,
     // and the second pass starts on session 2's tables: the term page has no row at all. The
     // voting data has a row for every session, measured against nothing.
-    TempCourse source;
-    fs::copy(DataPath("reports/course"), source.Path() + "/c", fs::copy_options::recursive);
-    const std::string log = source.Path() + "/c/SessionData/L2601051400.csv";
-    std::string text = ReadBytes(log);
+    test::TempCourse source;
+    source.CopyFrom(test::DataPath("reports/course"));
+    std::string text = source.Log("L2601051400.csv");
     text.replace(text.find(",\"\"\r\n"), 5, ",\"Dropped|Y\"\r\n");
-    std::ofstream(log, std::ios::binary) << text;
-    LoadedSample sample(source.Path() + "/c");
+    source.Write("SessionData/L2601051400.csv", text);
+    LoadedSample sample(source.Path());
 
-    struct Case {
-        int lastRead;            // the session in the tables when the command starts
-        bool termPointsCounted;  // whether the first pass read anything
-    };
-    for (const Case c : {Case{1, true}, Case{2, false}}) {
-        OpenSession(sample.course, c.lastRead);
+    // The session in the tables when the command starts, and whether the first pass read anything.
+    for (auto [lastRead, termPointsCounted] : {std::pair{1, true}, {2, false}}) {
+        SCOPED_TRACE(lastRead);
+        OpenSession(sample.course, lastRead);
         MemoryPageOutput output;
         PageWriter page(sample.course, sample.host, output);
         WriteTermSummary(sample.course, page);
@@ -270,12 +233,11 @@ TEST(RunTermReports, TheLiveTestLooksAtTheSessionReadBefore) {
                 ++found;
             return found;
         };
-        EXPECT_EQ(count(term, "SessionSummary_"), 0) << c.lastRead;
-        EXPECT_EQ(count(voting, "SessionDetail_"), 3) << c.lastRead;
-        const bool noPoints = term.find("for Term: <B>0.00</B>") != std::string::npos;
-        EXPECT_EQ(noPoints, !c.termPointsCounted) << c.lastRead;
-        if (!c.termPointsCounted) {
-            EXPECT_EQ(count(voting, "\">0% </font></td>"), 3) << c.lastRead;
+        EXPECT_EQ(count(term, "SessionSummary_"), 0);
+        EXPECT_EQ(count(voting, "SessionDetail_"), 3);
+        EXPECT_EQ(term.find("for Term: <B>0.00</B>") == std::string::npos, termPointsCounted);
+        if (!termPointsCounted) {
+            EXPECT_EQ(count(voting, "\">0% </font></td>"), 3);
         }
     }
 }
@@ -286,11 +248,10 @@ TEST(ReportCommands, ListStudentsInTheGridsOrder) {
     const std::string demo = test::DemoCourse();
     for (const char* command : {"report", "term-report"}) {
         for (bool byName : {false, true}) {
-            TempCourse course;
+            test::TempCourse course;
             course.CopyFrom(demo);
             fs::create_directory(course.File("Reports"));
-            std::vector<std::string> more;
-            if (byName) more.push_back("--by-name");
+            const test::Strings more = byName ? test::Strings{"--by-name"} : test::Strings{};
             const test::CliResult grid = test::RunCliOn(course.Path(), {"grid", "--json"}, more);
             const test::CliResult run = test::RunCliOn(course.Path(), {command}, more);
             ASSERT_EQ(run.status, 0) << command << run.err;
@@ -300,12 +261,11 @@ TEST(ReportCommands, ListStudentsInTheGridsOrder) {
                 if (student["id"].get<std::string>()[0] != '#') expected.push_back(student["id"]);
             // Each roster student's ID, in the order of its first appearance on the page.
             const std::string page = ReadBytes(course.File("Reports/StudentTermReport.html"));
-            std::vector<std::pair<size_t, std::string>> found;
-            for (const std::string& id : expected) found.push_back({page.find(id), id});
-            std::sort(found.begin(), found.end());
-            std::vector<std::string> listed;
-            for (const auto& [at, id] : found)
-                if (at != std::string::npos) listed.push_back(id);
+            const auto at = [&](const std::string& id) { return page.find(id); };
+            std::vector<std::string> listed = expected;
+            std::ranges::sort(listed, {}, at);
+            std::erase_if(listed,
+                          [&](const std::string& id) { return at(id) == std::string::npos; });
             EXPECT_EQ(listed, expected) << command << (byName ? " --by-name" : "");
         }
     }

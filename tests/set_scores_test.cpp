@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <array>
@@ -39,27 +38,22 @@ struct ScoringCourse : test::LoadedCourse {
         screen.Load();
         return screen;
     }
-
-    std::string LogBytes() const { return Log(kLog); }
 };
 
+using Answers = std::vector<test::LogAnswer>;
+
 // `count` voters on remotes #B1, #B2, ... answering the letters of `answers` (one per question).
-std::vector<test::LogVoter> Voters(
-    int count, const std::function<std::vector<test::LogAnswer>(int)>& answers) {
+std::vector<test::LogVoter> Voters(int count, const std::function<Answers(int)>& answers) {
     std::vector<test::LogVoter> voters;
     for (int i = 1; i <= count; ++i) voters.push_back({"#B" + std::to_string(i), "", answers(i)});
     return voters;
 }
 
-// The texts of the controls, in order.
 template <typename Controls>
-std::vector<std::string> TextsOf(const Controls& controls) {
-    std::vector<std::string> texts;
+test::Strings TextsOf(const Controls& controls) {
+    test::Strings texts;
     for (const ControlState& control : controls) texts.push_back(control.text);
     return texts;
-}
-std::vector<std::string> TextsOf(std::initializer_list<ControlState> controls) {
-    return TextsOf<std::initializer_list<ControlState>>(controls);
 }
 
 TEST(SessionCaptions, DateAndTimeOfTheFileName) {
@@ -81,10 +75,8 @@ TEST(SetScores, PointTextDropsTheZeroBeforeThePoint) {
 }
 
 TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
-    LogPlan log;
-    log.questions[0].points = {2, 0, 0, 0, 0};
-    log.voters =
-        Voters(40, [](int i) { return std::vector<test::LogAnswer>{i <= 19 ? "A" : "B"}; });
+    LogPlan log = QuestionsPlan({"Q1"}, {2, 0, 0, 0, 0});
+    log.voters = Voters(40, [](int i) { return Answers{i <= 19 ? "A" : "B"}; });
     ScoringCourse fixture(log, {{"CourseName", "Mechanics"}});
     SetScoresScreen screen = fixture.Open();
     // Counts are the polling application's: the reader takes them from the log as they stand.
@@ -92,21 +84,18 @@ TEST(SetScores, ShowsTheSessionAndPercentagesRoundedToEven) {
     fixture.course.Questions[1].ResponseCount[2] = 21;
     screen.UpdateQuestion();
     const SetScoresControls& c = screen.Controls();
-    EXPECT_EQ(TextsOf({c.lblClass, c.lblSession, c.lblTime, c.lblStudents}),
+    EXPECT_EQ(TextsOf(std::array{c.lblClass, c.lblSession, c.lblTime, c.lblStudents}),
               (test::Strings{"Mechanics", "Sep/15/2008", "10:30 AM", "40"}));
-    EXPECT_EQ(TextsOf(c.lblNum), (std::vector<std::string>{"19", "21", "0", "0", "0"}));
-    EXPECT_EQ(TextsOf(c.lblPer), (std::vector<std::string>{"48", "52", "0", "0", "0"}));
+    EXPECT_EQ(TextsOf(c.lblNum), (test::Strings{"19", "21", "0", "0", "0"}));
+    EXPECT_EQ(TextsOf(c.lblPer), (test::Strings{"48", "52", "0", "0", "0"}));
     // The 19 on A earn 2 and, having earned points, the participation point: 57 / 40 = 1.425.
-    EXPECT_EQ(TextsOf({c.lblAverage, c.lblTotalPerfPoints, c.lblTotalPoints}),
+    EXPECT_EQ(TextsOf(std::array{c.lblAverage, c.lblTotalPerfPoints, c.lblTotalPoints}),
               (test::Strings{"1.42", "2.00", "3.00"}));
-    EXPECT_FALSE(c.lblNext.enabled);
-    EXPECT_FALSE(c.lblPrevious.enabled);
+    EXPECT_FALSE(c.lblNext.enabled || c.lblPrevious.enabled);
 }
 
 TEST(SetScores, LargeFontLayoutCutsTheAvailablePoints) {
-    LogPlan log;
-    log.questions[0].points = {7.5, 0, 0, 0, 0};
-    ScoringCourse fixture(log);
+    ScoringCourse fixture(QuestionsPlan({"Q1"}, {7.5, 0, 0, 0, 0}));
     EXPECT_EQ(fixture.Open().Controls().lblTotalPerfPoints.text, "7.50");
     EXPECT_EQ(
         fixture.Open({.largeFonts = true, .imageLoads = {}}).Controls().lblTotalPerfPoints.text,
@@ -120,20 +109,16 @@ TEST(SetScores, CorrectAnswerTakesTheDefaultPointsOfTheSettings) {
     screen.cmbCorrectClick(3);
     const QuestionRec& question = fixture.course.Questions[1];
     EXPECT_EQ(question.CorrectAnswer, 3);
-    EXPECT_EQ(TextsOf(screen.Controls().txtPoints),
-              (std::vector<std::string>{"1", "1", "4", "1", "1"}));
+    EXPECT_EQ(TextsOf(screen.Controls().txtPoints), (test::Strings{"1", "1", "4", "1", "1"}));
     screen.cmbCorrectClick(0);
     EXPECT_EQ(question.CorrectAnswer, 0);
-    EXPECT_EQ(TextsOf(screen.Controls().txtPoints),
-              (std::vector<std::string>{"1", "1", "1", "1", "1"}));
+    EXPECT_EQ(TextsOf(screen.Controls().txtPoints), (test::Strings{"1", "1", "1", "1", "1"}));
 }
 
 TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
     LogPlan log = QuestionsPlan(2);
     // The last voter decides that the question was polled anonymously.
-    log.voters = Voters(4, [](int i) {
-        return std::vector<test::LogAnswer>{"A", i == 1 ? "" : "X"};
-    });
+    log.voters = Voters(4, [](int i) { return Answers{"A", i == 1 ? "" : "X"}; });
     ScoringCourse fixture(log);
     SetScoresScreen screen = fixture.Open();
     screen.lblNextClick();
@@ -151,35 +136,27 @@ TEST(SetScores, AnonymousQuestionShowsCountsButTakesNoPoints) {
 }
 
 TEST(SetScores, RefusedInputShowsItsMessageAndKeepsTheOldValue) {
-    using Box = std::function<std::string(const SetScoresControls&)>;
-    const Box points = [](const SetScoresControls& c) { return c.txtPoints[0].text; };
-    const Box cap = [](const SetScoresControls& c) { return c.txtPerfMaxPoints.text; };
-    const Box minimum = [](const SetScoresControls& c) { return c.txtMinResponses.text; };
-    struct Case {
-        std::function<bool(SetScoresScreen&)> enter;
-        const Box& shown;
-        const char* message;  // "[title] text"
-        const char* keptValue;
-    } cases[] = {
+    // An entry gives whether its box took it, and what the box shows afterwards.
+    using Entry = std::function<std::pair<bool, std::string>(SetScoresScreen&)>;
+    const std::tuple<Entry, const char*, const char*> cases[] = {
         // clang-format off
-        {[](SetScoresScreen& s) { return s.txtPointsValidate(0, "abc"); }, points,
+        {[](SetScoresScreen& s) { return std::pair{s.txtPointsValidate(0, "abc"), s.Controls().txtPoints[0].text}; },
          "[Tallory] Must enter a numberic value for points ", "1"},
-        {[](SetScoresScreen& s) { return s.txtPerfMaxPointsValidate("ten"); }, cap,
+        {[](SetScoresScreen& s) { return std::pair{s.txtPerfMaxPointsValidate("ten"), s.Controls().txtPerfMaxPoints.text}; },
          "[Max Points] Not a valid number", "10"},
-        {[](SetScoresScreen& s) { return s.txtMinResponsesValidate("x"); }, minimum,
+        {[](SetScoresScreen& s) { return std::pair{s.txtMinResponsesValidate("x"), s.Controls().txtMinResponses.text}; },
          "[Min Responses] Not a valid number", "2"},
-        {[](SetScoresScreen& s) { return s.txtMinResponsesValidate("4"); }, minimum,
+        {[](SetScoresScreen& s) { return std::pair{s.txtMinResponsesValidate("4"), s.Controls().txtMinResponses.text}; },
          "[Tallory] Minimum number of required responses (to qualify for points) cannot be "
          "greater than the total number of question(s) available for this session", "2"},
         // clang-format on
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.message);
+    for (const auto& [enter, message, kept] : cases) {
+        SCOPED_TRACE(message);
         ScoringCourse fixture(QuestionsPlan(3));
         SetScoresScreen screen = fixture.Open();
-        EXPECT_FALSE(row.enter(screen));
-        EXPECT_EQ(test::Messages(fixture.host), test::Strings{row.message});
-        EXPECT_EQ(row.shown(screen.Controls()), row.keptValue);
+        EXPECT_EQ(enter(screen), std::pair(false, std::string(kept)));
+        EXPECT_EQ(test::Messages(fixture.host), test::Strings{message});
         const Course& course = fixture.course;
         EXPECT_EQ(std::tuple(course.Questions[1].ChoicePoints[1], course.SessPerformance,
                              course.SessMinReply),
@@ -215,7 +192,7 @@ TEST(SetScores, UntickedCapIsStoredAsMinusOne) {
     EXPECT_TRUE(screen.txtPerfMaxPointsValidate(""));  // left blank: unticked again
     EXPECT_FALSE(screen.Controls().chkTruncPerf.checked);
     screen.cmdSetClick();
-    EXPECT_TRUE(test::BeginsWith(fixture.LogBytes(), "Scoring,  Performance = -1 , Participation"));
+    EXPECT_TRUE(test::BeginsWith(fixture.Log(kLog), "Scoring,  Performance = -1 , Participation"));
 }
 
 // Six questions with the requirement at three quarters: 4 of 6, and 3 of the 5 that stay.
@@ -227,8 +204,9 @@ TEST(SetScores, DeletingAndRestoringNameTheShiftOfTheRequirement) {
     EXPECT_EQ(test::Messages(fixture.host),
               test::Strings{test::Said("deleting a question shifts the requirement")});
     const SetScoresControls& c = screen.Controls();
-    EXPECT_EQ(TextsOf({c.txtQuestionName, c.lblQuestionDelete, c.lblDeleteNo, c.lblNonDeleted}),
-              (test::Strings{"Deleted :- 'Q1'", "Question Deleted", "1", "5"}));
+    EXPECT_EQ(
+        TextsOf(std::array{c.txtQuestionName, c.lblQuestionDelete, c.lblDeleteNo, c.lblNonDeleted}),
+        (test::Strings{"Deleted :- 'Q1'", "Question Deleted", "1", "5"}));
     // The question's own controls close; the session's stay open.
     EXPECT_EQ(std::tuple(c.cmbCorrect.enabled, c.txtPoints[0].enabled, c.txtMinResponses.enabled),
               std::tuple(false, false, true));
@@ -270,8 +248,7 @@ TEST(SetScores, LastLiveQuestionAsksFirst) {
 }
 
 TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
-    LogPlan log = QuestionsPlan(2);
-    log.questions[0].points = log.questions[1].points = {};
+    LogPlan log = QuestionsPlan({"Q1", "Q2"}, {});
     log.voters = {{"#A1", "", {"C", "A"}}, {"#B7", "", {"B", "A"}}};
     ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
     ASSERT_EQ(fixture.Student("S1").Score[1], 0);  // no points, so no participation either
@@ -287,22 +264,22 @@ TEST(SetScores, SetWritesTheLogAndPostsTheColumn) {
     EXPECT_TRUE(screen.WriteSucceeded());
     EXPECT_GT(fixture.grid.screen.redraws, redraws);
 
-    std::string bytes = fixture.LogBytes();
+    std::string bytes = fixture.Log(kLog);
     for (const char* part :
          {"\"FRICTION\" ,", "Correct Answer, , ,3,", "Response C,    ,   , 1 , 2 ,",
           "Response A,    ,   , 0 , 0 ,, , , , 2 , .5 ,"})
         EXPECT_TRUE(test::Holds(bytes, part));
     // S1 answered C and A: 2 + 0.5 + 1; the stray clicker B and A: 0.5 + 1.
-    EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 3.5);
-    EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[0], 3.5);
-    EXPECT_DOUBLE_EQ(fixture.Student("#B7").Score[1], 1.5);
+    EXPECT_EQ(std::tuple(fixture.Student("S1").Score[1], fixture.Student("S1").Score[0],
+                         fixture.Student("#B7").Score[1]),
+              std::tuple(3.5, 3.5, 1.5));
 }
 
 TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
     LogPlan log = QuestionsPlan(1);
     log.voters = {{"#A1", "", {"B"}}};
     ScoringCourse fixture(log, {{"PerformanceCorrectChoice", "2"}});
-    std::string before = fixture.LogBytes();
+    std::string before = fixture.Log(kLog);
     SetScoresScreen screen = fixture.Open();
     screen.cmbCorrectClick(2);
     ::chmod(fixture.File(std::string("SessionData/") + kLog).c_str(), 0444);
@@ -310,7 +287,7 @@ TEST(SetScores, FailedWriteKeepsTheOldLogAndPostsWhatItHolds) {
     EXPECT_FALSE(screen.WriteSucceeded());
     ASSERT_EQ(fixture.host.messages.size(), 1u);
     EXPECT_TRUE(test::Holds(fixture.host.messages[0].text, kLog));
-    EXPECT_EQ(fixture.LogBytes(), before);
+    EXPECT_EQ(fixture.Log(kLog), before);
     EXPECT_DOUBLE_EQ(fixture.Student("S1").Score[1], 0);  // B earns nothing in the old log
     EXPECT_TRUE(screen.Closed());
 }
@@ -332,12 +309,7 @@ TEST(SetScores, PicturesOfTheQuestion) {
 }
 
 TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
-    struct Case {
-        const char* what;
-        std::function<void(SetScoresScreen&)> act;
-        bool unsaved;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::function<void(SetScoresScreen&)>, bool> cases[] = {
         // clang-format off
         {"nothing", [](SetScoresScreen&) {}, false},
         // Showing a deleted question rewrites its name in the box; that is no edit.
@@ -355,11 +327,11 @@ TEST(SetScores, UnsavedEditsAreWhatTheInstructorChanged) {
         // clang-format on
     };
     LogPlan plan = test::QuestionsPlan({"Q1", "Q2|Y", "Q3"});
-    for (const Case& test : cases) {
+    for (const auto& [what, act, unsaved] : cases) {
         ScoringCourse fixture(plan);
         SetScoresScreen screen = fixture.Open();
-        test.act(screen);
-        EXPECT_EQ(screen.HasUnsavedEdits(), test.unsaved) << test.what;
+        act(screen);
+        EXPECT_EQ(screen.HasUnsavedEdits(), unsaved) << what;
     }
 }
 
@@ -480,12 +452,8 @@ TEST(Grading, CapAndAnAnswerOutOfRange) {
         session.AddQuestion({0, 0, 0, 0, 0}, "Q3").Anonymous = kTrue;
         session.AddVoter({B, 3, None});
         session.AddVoter({A, badAnswer ? badAnswer : int16_t{3}, Anon});
-        if (badAnswer) {
-            EXPECT_EQ(test::EndingOf([&] { RecomputeSession(session.course); }).number,
-                      kSubscriptOutOfRange);
-        } else {
-            RecomputeSession(session.course);
-        }
+        EXPECT_EQ(test::EndingOf([&] { RecomputeSession(session.course); }).number,
+                  badAnswer ? kSubscriptOutOfRange : 0);
         const Course& course = session.course;
         EXPECT_EQ(std::tuple(session.Total(1), session.Total(2), course.Votes[2].Score[1]),
                   std::tuple(first, second, 1));

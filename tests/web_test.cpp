@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <poll.h>
-#include <sys/socket.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -14,7 +9,6 @@
 #include "LocalHttpServer.h"
 #include "SupportForFiles.h"
 #include "TestSupport.h"
-#include "common/RecordingHost.h"
 #include "grid/CourseLoad.h"
 #include "registration/RemoteTable.h"
 #include "start/Settings.h"
@@ -27,13 +21,9 @@ namespace tallory {
 namespace {
 
 using test::LocalHttpServer;
-using test::ReadBytes;
-using test::SendAll;
-using test::Silence;
-using test::TempCourse;
 
 std::string DataFile(std::string_view name) {
-    return ReadBytes(test::DataPath("web/") + std::string(name));
+    return test::ReadBytes(test::DataPath("web/") + std::string(name));
 }
 
 // A host that counts the turns the fetch gives to the screen.
@@ -54,14 +44,12 @@ TEST(OpenUrlText, ReturnsTheBodyByteForByteAndNothingOnFailure) {
         if (target == "/large") return {200, large};
         return {404, errorPage};
     });
-    const std::string unreachable =
-        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/exact";
     const std::tuple<std::string, std::string, int> cases[] = {
         {server.Base() + "exact", exact, 2},  // a full read, then the read that finds the end
         {server.Base() + "zero", zero, 1},
         {server.Base() + "large", large, 4},
         {server.Base() + "missing", errorPage, 1},  // an error page is a body like any other
-        {unreachable, "", 1},
+        {LocalHttpServer::UnusedBase() + "exact", "", 1},
         {"not a url at all", "", 1},
     };
     CurlFetcher fetcher;
@@ -97,24 +85,21 @@ using Clock = std::chrono::steady_clock;
 constexpr FetchLimits kTestLimits{std::chrono::milliseconds(500), std::chrono::milliseconds(1000),
                                   64 * 1024};
 
-// The misbehaving servers: after the request, silence (`Silence`); a head and part of a body,
-// then silence; a body without end; a body that announces a size beyond the limit.
-void StallBody(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection,
-            "HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x'));
-    Silence(connection, stopping);
+// The misbehaving servers: after the request, silence (`Silence`); the start of a reply, then
+// silence; a body without end.
+LocalHttpServer::RawHandler SilenceAfter(const std::string& start) {
+    return [start](int connection, const std::atomic<bool>& stopping) {
+        test::SendAll(connection, start);
+        test::Silence(connection, stopping);
+    };
 }
 
 void SendForever(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
+    test::SendAll(connection,
+                  "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nConnection: close\r\n\r\n");
     const std::string line = std::string(1023, 'y') + "\n";
     while (!stopping && send(connection, line.data(), line.size(), MSG_NOSIGNAL) > 0) {
     }
-}
-
-void AnnounceTooMuch(int connection, const std::atomic<bool>& stopping) {
-    SendAll(connection, "HTTP/1.1 200 OK\r\nContent-Length: 2000000000\r\n\r\nzzzz");
-    Silence(connection, stopping);
 }
 
 // A port that takes no connection: its one place in the queue is taken and it never accepts, so
@@ -123,9 +108,9 @@ class FullQueue {
   public:
     FullQueue() {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        port_ = test::BindToFreePort(listener_);
+        const sockaddr_in address = test::BindToFreePort(listener_);
+        port_ = ntohs(address.sin_port);
         listen(listener_, 0);
-        const sockaddr_in address = test::LoopbackAddress(port_);
         for (int& filler : fillers_) {
             filler = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
             connect(filler, reinterpret_cast<const sockaddr*>(&address), sizeof address);
@@ -154,44 +139,35 @@ long MemoryKb(const char* field) {
     return -1;
 }
 
-void ResetPeakMemory() {
-    std::ofstream("/proc/self/clear_refs") << "5";
-}
-
 TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
-    struct Case {
-        const char* name;
-        LocalHttpServer::RawHandler server;  // none: the full queue
-        FetchStop stop;
-        std::string message;
-        int leastTurns;  // the screen kept its turns while the server was silent
-    } cases[] = {
-        {"head stalls", Silence, FetchStop::TotalTime, "took longer than 1 second", 10},
-        {"body stalls", StallBody, FetchStop::TotalTime, "took longer than 1 second", 10},
+    // The server (none: the full queue), where the fetch stops, a part of its message, and the
+    // turns the screen kept at least while the server was silent.
+    std::tuple<const char*, LocalHttpServer::RawHandler, FetchStop, const char*, int> cases[] = {
+        {"head stalls", test::Silence, FetchStop::TotalTime, "took longer than 1 second", 10},
+        {"body stalls",
+         SilenceAfter("HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + std::string(3000, 'x')),
+         FetchStop::TotalTime, "took longer than 1 second", 10},
         {"body without end", SendForever, FetchStop::TooLarge, "is larger than 64 KB", 32},
-        {"announced too large", AnnounceTooMuch, FetchStop::TooLarge, "is larger than 64 KB", 1},
+        {"announced too large",
+         SilenceAfter("HTTP/1.1 200 OK\r\nContent-Length: 2000000000\r\n\r\nzzzz"),
+         FetchStop::TooLarge, "is larger than 64 KB", 1},
         {"connection not taken", nullptr, FetchStop::ConnectTime,
          "did not take the connection within 0.5 seconds", 5},
     };
     CurlFetcher fetcher(kCurlLibrary, kTestLimits);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        std::unique_ptr<LocalHttpServer> server;
-        std::unique_ptr<FullQueue> queue;
-        if (c.server)
-            server = std::make_unique<LocalHttpServer>(c.server);
-        else
-            queue = std::make_unique<FullQueue>();
+    for (const auto& [name, handler, stop, message, leastTurns] : cases) {
+        SCOPED_TRACE(name);
+        const auto server = handler ? std::make_unique<LocalHttpServer>(handler) : nullptr;
+        const auto queue = handler ? nullptr : std::make_unique<FullQueue>();
         const std::string url = server ? server->Base() + "WebReg.csv" : queue->Url();
         CountingHost host;
         const Clock::time_point start = Clock::now();
         EXPECT_EQ(fetcher.OpenUrlText(url, host), "");
-        const auto took = Clock::now() - start;
-        EXPECT_EQ(fetcher.Stopped(), c.stop);
-        EXPECT_LT(took, kTestLimits.total + std::chrono::milliseconds(700));
-        EXPECT_GE(host.turns, c.leastTurns);
+        EXPECT_LT(Clock::now() - start, kTestLimits.total + std::chrono::milliseconds(700));
+        EXPECT_EQ(fetcher.Stopped(), stop);
+        EXPECT_GE(host.turns, leastTurns);
         ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_TRUE(test::Holds(host.messages[0].text, c.message));
+        EXPECT_TRUE(test::Holds(host.messages[0].text, message));
         EXPECT_TRUE(test::Holds(host.messages[0].text, "127.0.0.1"));
         EXPECT_EQ(host.messages[0].icon, Icon::Exclamation);
     }
@@ -206,11 +182,9 @@ TEST(OpenUrlText, SlowOrEndlessRepliesAreGivenUpWithinTheLimitsWithAMessage) {
 // under 100 MB.
 TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
     LocalHttpServer server(SendForever);
-    FetchLimits limits;
-    limits.total = std::chrono::seconds(30);
-    CurlFetcher fetcher(kCurlLibrary, limits);
+    CurlFetcher fetcher(kCurlLibrary, FetchLimits{.total = std::chrono::seconds(30)});
     CountingHost host;
-    ResetPeakMemory();
+    std::ofstream("/proc/self/clear_refs") << "5";  // resets the peak
     const long before = MemoryKb("VmRSS:");
     EXPECT_EQ(fetcher.OpenUrlText(server.Base(), host), "");
     const long peak = MemoryKb("VmHWM:");
@@ -223,12 +197,10 @@ TEST(OpenUrlText, AnEndlessReplyStopsAtTheSizeLimitInLittleMemory) {
 
 // Cancel from the progress window, heard while the server is silent: no message, nothing kept.
 TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
-    LocalHttpServer server(Silence);
-    FetchLimits limits;  // the program's own: only the cancel can end it soon
-    CurlFetcher fetcher(kCurlLibrary, limits);
-    struct CancellingHost : RecordingHost {
+    LocalHttpServer server(test::Silence);
+    CurlFetcher fetcher(kCurlLibrary, FetchLimits{});  // only the cancel can end it soon
+    struct CancellingHost : CountingHost {
         UrlFetcher* fetcher = nullptr;
-        int turns = 0;
         void YieldEvents() override {
             if (++turns == 4) fetcher->Cancel();
         }
@@ -242,7 +214,7 @@ TEST(OpenUrlText, CancelStopsAFetchAtOnce) {
 }
 
 TEST(ReadLocalText, EndsEveryLineInCrLf) {
-    TempCourse folder;
+    test::TempCourse folder;
     folder.Write("a.txt", "one\r\ntwo\rthree\nstill three");
     EXPECT_EQ(ReadLocalText(folder.File("a.txt")), "one\r\ntwo\r\nthree\nstill three\r\n");
     EXPECT_EQ(ReadLocalText(folder.File("missing.txt")), "");
@@ -292,21 +264,15 @@ TEST(WebRegistration, ParsesServiceLinesAndRegistrationFiles) {
     EXPECT_EQ(LookupInRegistrationFile(file, "0000CD34"), "");
 }
 
+// A course whose roster holds the students given as {ID, first name, last name}.
 struct Roster : test::LoadedCourse {
-    explicit Roster(std::initializer_list<RosterRec> rows) {
+    explicit Roster(std::initializer_list<std::array<const char*, 3>> rows) {
         course.AppPath = Path();
         Write("SessionData/.keep", "");
-        for (const RosterRec& row : rows) course.Roster[course.NumRoster++] = row;
+        for (const auto& [id, first, last] : rows)
+            course.Roster[course.NumRoster++] = {id, "", first, last, 0, ""};
     }
 };
-
-RosterRec Student(const char* id, const char* first, const char* last) {
-    RosterRec row;
-    row.StudentId = id;
-    row.FirstName = first;
-    row.LastName = last;
-    return row;
-}
 
 void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string& first,
             const std::string& last, const std::string& id) {
@@ -314,9 +280,7 @@ void AddWeb(WebRegistrations& regs, const std::string& remote, const std::string
 }
 
 TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
-    struct Web {
-        const char *first, *last, *id;
-    };
+    using Web = std::array<const char*, 3>;  // first name, last name, ID
     // The web rows, the MatchScore of the three roster rows, the matches, whether a note is made.
     const std::tuple<const char*, std::vector<Web>, std::vector<int>, int, bool> cases[] = {
         {"name and ID", {{"ann", " LEE ", "s1"}}, {3, 0, 0}, 1, false},
@@ -329,9 +293,9 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
     };
     for (const auto& [name, web, scores, matchCount, noted] : cases) {
         SCOPED_TRACE(name);
-        Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo"), Student("", "", "")};
+        Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Mo"}, {"", "", ""}};
         WebRegistrations regs;
-        for (const Web& w : web) AddWeb(regs, "0000AB12", w.first, w.last, w.id);
+        for (const auto& [first, last, id] : web) AddWeb(regs, "0000AB12", first, last, id);
         const std::string note = ScoreWebRegistrations(roster.course, regs);
         for (int k = 0; k < 3; ++k) EXPECT_EQ(roster.course.Roster[k].MatchScore, scores[k]) << k;
         EXPECT_EQ(regs.WebMatchCount, matchCount);
@@ -340,7 +304,7 @@ TEST(WebRegistration, ScoresWebRowsAgainstTheRoster) {
 }
 
 TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
-    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Lee")};
+    Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Lee"}};
     roster.Write("SessionData/ClickerCheck.txt", "an earlier run\r\n");
     WebRegistrations regs;
     AddWeb(regs, "0000AB12", "Ann", "Lee", "");
@@ -356,7 +320,7 @@ TEST(WebRegistration, AmbiguousRemotesLeaveNotesInClickerCheck) {
 }
 
 TEST(WebRegistration, MatchingTakesNinetyNineRows) {
-    Roster roster{Student("S1", "Ann", "Lee")};
+    Roster roster{{"S1", "Ann", "Lee"}};
     WebRegistrations regs;
     for (int r = 0; r < 120; ++r) AddWeb(regs, "0000AB12", "X", r == 99 ? "Lee" : "Zed", "");
     ScoreWebRegistrations(roster.course, regs);
@@ -365,7 +329,7 @@ TEST(WebRegistration, MatchingTakesNinetyNineRows) {
 }
 
 TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
-    Roster roster{Student("S1", "Ann", "Lee"), Student("S2", "Bo", "Mo")};
+    Roster roster{{"S1", "Ann", "Lee"}, {"S2", "Bo", "Mo"}};
     Course& course = roster.course;
     course.RemoteTable[1] = {"s1", "AA01"};
     course.NumRemotes = 1;
@@ -375,14 +339,13 @@ TEST(WebRegistration, SavingARemoteOverwritesTheStudentsRow) {
     course.Students[1].StudentId = "#BB02";
     course.NumStudents = 1;
     ApplyRegistration(course, regs, 1, 1);
-    EXPECT_EQ(course.Students[1].StudentId, "S2");
-    EXPECT_EQ(course.Students[1].RemoteId, "0000BB02");
+    EXPECT_EQ(std::tie(course.Students[1].StudentId, course.Students[1].RemoteId),
+              std::tuple("S2", "0000BB02"));
     SaveRemoteEntry(course, " S1 ", "DD04");
-    ASSERT_EQ(course.NumRemotes, 2);
-    EXPECT_EQ(course.RemoteTable[1].RemoteId, "DD04");
-    EXPECT_EQ(course.RemoteTable[2].StudentId, "S2");
-    EXPECT_EQ(course.RemoteTable[2].RemoteId, "0000BB02");
-    EXPECT_EQ(regs.RecordsUpdated, 1);
+    const auto& table = course.RemoteTable;
+    EXPECT_EQ(std::tuple(course.NumRemotes, table[1].RemoteId, table[2].StudentId,
+                         table[2].RemoteId, regs.RecordsUpdated),
+              std::tuple(2, "DD04", "S2", "0000BB02", 1));
     ApplyRegistration(course, regs, -1, 1);
     ApplyRegistration(course, regs, kMaxRoster, 1);
     EXPECT_EQ(regs.RecordsUpdated, 1);
@@ -420,12 +383,8 @@ struct WebCourse : test::LoadedCourse {
     }
 
     static constexpr const char* kRemoteIds = "#AA0002,\"1002\"\r\n#AA0005,\"1005\"\r\n";
-    // After a sync that accepts all: Bennett's old clicker gives way, the others are added.
-    static constexpr const char* kRegistered =
-        "#00BB0002,\"1002\"\r\n#AA0005,\"1005\"\r\n#00BB0001,\"1001\"\r\n#00BB0003,\"1003\"\r\n";
 };
 
-// The note that ends a run.
 std::string DoneNote(int records, const char* outcome = "No conflicts identified.") {
     return "The WebSync process has completed.  " + std::to_string(records) +
            " records have been updated.\r\n" + outcome;
@@ -440,15 +399,12 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
     LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
         if (target == "/files/WebReg.csv" || target == "/WebReg/demo") return {200, file};
         for (const char* prefix : {"/GetRegistered.aspx?c=", "/other?key="})
-            if (target.rfind(prefix, 0) == 0) {
-                const std::string key = target.substr(std::string(prefix).size());
-                const std::string path = test::DataPath("web/service-" + key);
-                return {200, ReadBytes(path)};
-            }
+            if (target.starts_with(prefix))
+                return {200, DataFile("service-" + target.substr(std::string_view(prefix).size()))};
         return {404, "<h1>Object not found!</h1>"};
     });
     const std::tuple<std::string, size_t> cases[] = {
-        {"http://127.0.0.1:" + std::to_string(server.Port()) + "/files/WebReg.csv", 1},
+        {server.Base() + "files/WebReg.csv", 1},
         {"demo", 1},     // a school's file on the registration server
         {"local", 0},    // WebReg.dat in the course folder
         {"SQL", 4 + 4},  // the service, per unregistered clicker and per registered one
@@ -462,61 +418,53 @@ TEST(WebSync, EverySourceRegistersTheSameRemotes) {
         web.Sync(VerifyAnswer::Accept);
         EXPECT_TRUE(web.host.messages.empty());
         EXPECT_EQ(web.verified,
-                  (std::vector<std::string>{"Alvarez Maria (1001) auto",
-                                            "Bennett Oliver (1002) asked", "Chen Wei () asked"}));
-        EXPECT_EQ(web.recordsUpdated, 3);
+                  (test::Strings{"Alvarez Maria (1001) auto", "Bennett Oliver (1002) asked",
+                                 "Chen Wei () asked"}));
         EXPECT_EQ(web.doneNote, DoneNote(3, "ClickerCheck.txt updated."));
         // Bennett's old clicker gives way; the remotes stand as the source gave them.
-        EXPECT_EQ(web.Remotes(), WebCourse::kRegistered);
+        EXPECT_EQ(web.Remotes(), DataFile("remotes.accepted.expected"));
         // Chen's clicker is noted in the walk and again when the registrations are confirmed.
         EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote + kChenNote);
         // The reload: only the clicker nobody registered is left unregistered.
-        EXPECT_EQ(web.StudentIds(), (std::vector<std::string>{"1001", "1002", "1003", "1004",
-                                                              "1005", "#AA0002", "#BB0009"}));
-        const size_t requests = server.Targets().size() - before;
+        EXPECT_EQ(web.StudentIds(),
+                  (test::Strings{"1001", "1002", "1003", "1004", "1005", "#AA0002", "#BB0009"}));
+        EXPECT_EQ(server.Targets().size() - before, asked);
         before = server.Targets().size();
-        EXPECT_EQ(requests, asked);
     }
     const std::vector<std::string> targets = server.Targets();
-    EXPECT_NE(std::find(targets.begin(), targets.end(), "/GetRegistered.aspx?c=00BB0001"),
-              targets.end());
-    EXPECT_NE(std::find(targets.begin(), targets.end(), "/other?key=00AA0005"), targets.end());
+    for (const char* asked : {"/GetRegistered.aspx?c=00BB0001", "/other?key=00AA0005"})
+        EXPECT_NE(std::ranges::find(targets, asked), targets.end()) << asked;
 }
 
 TEST(WebSync, IgnoreAndCancel) {
     const std::string file = DataFile("WebReg.csv");
     LocalHttpServer server([&](const std::string&) { return LocalHttpServer::Reply{200, file}; });
-    {
-        SCOPED_TRACE("ignore: only the automatic accept stands");
-        WebCourse web("demo", server.Base());
-        web.Sync(VerifyAnswer::Ignore);
-        EXPECT_EQ(web.recordsUpdated, 1);
-        EXPECT_EQ(web.Remotes(), std::string(WebCourse::kRemoteIds) + "#00BB0001,\"1001\"\r\n");
-        EXPECT_EQ(web.Read("SessionData/ClickerCheck.txt"), kChenNote);
-    }
-    {
-        // Nothing is written (the command line's cancelled sync shows it); the entry accepted
-        // by itself stays in memory.
-        SCOPED_TRACE("cancel");
-        WebCourse web("demo", server.Base());
-        web.Sync(VerifyAnswer::Cancel);
-        EXPECT_EQ(StudentOfRemote(web.course, "BB0001"), "1001");
-        EXPECT_EQ(web.StudentIds(),
-                  (std::vector<std::string>{"1001", "1002", "1003", "1004", "1005", "1001",
-                                            "#BB0002", "#BB0003", "#BB0009"}));  // changed in place
-    }
+    // Ignore: only the automatic accept stands.
+    WebCourse ignored("demo", server.Base());
+    ignored.Sync(VerifyAnswer::Ignore);
+    EXPECT_EQ(ignored.recordsUpdated, 1);
+    EXPECT_EQ(ignored.Remotes(), std::string(WebCourse::kRemoteIds) + "#00BB0001,\"1001\"\r\n");
+    EXPECT_EQ(ignored.Read("SessionData/ClickerCheck.txt"), kChenNote);
+
+    // Cancel: nothing is written (the command line's cancelled sync shows it); the entry accepted
+    // by itself stays in memory.
+    WebCourse cancelled("demo", server.Base());
+    cancelled.Sync(VerifyAnswer::Cancel);
+    EXPECT_EQ(StudentOfRemote(cancelled.course, "BB0001"), "1001");
+    EXPECT_EQ(cancelled.StudentIds(),
+              (test::Strings{"1001", "1002", "1003", "1004", "1005", "1001", "#BB0002", "#BB0003",
+                             "#BB0009"}));  // changed in place
 }
 
 // A source that fails, or a server that stops answering, ends the run at the first fetch: the
 // message says why, once, and the course is left as it was.
 TEST(WebSync, FailedSourcesAreReportedOnceAndChangeNothing) {
-    const std::string unused =
-        "http://127.0.0.1:" + std::to_string(LocalHttpServer::UnusedPort()) + "/";
     LocalHttpServer server([&](const std::string& target) -> LocalHttpServer::Reply {
         if (target == "/WebReg/short") return {200, "a,b"};
         return {404, "<html><body>Object not found!</body></html>"};
     });
-    LocalHttpServer silent(Silence);
+    LocalHttpServer silent(test::Silence);
+    const std::string unused = LocalHttpServer::UnusedBase();
     const std::string unable = "Error: unable to download registrations. Check ";
     const std::string slow =
         "The reply from 127.0.0.1 took longer than 1 second and was given up; nothing was "
@@ -555,50 +503,45 @@ TEST(WebSync, ScreenStates) {
     WebCourse web("local", "http://registration.example.net/svc/");
     web.Write("WebReg.dat", DataFile("WebReg.csv"));
     CurlFetcher fetcher;
-    {
-        WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
-        EXPECT_EQ(screen.SchoolName(), "local");
-        EXPECT_EQ(screen.wNote().text,
-                  "To update student web registrations through local, press Continue.");
-        EXPECT_TRUE(screen.wSync().visible && screen.wSync().enabled);
-        EXPECT_FALSE(screen.wAccept().visible || screen.wIgnore().visible ||
-                     screen.wWebList().state.visible);
-        screen.wAcceptClick();  // hidden: does nothing
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
+    WebSyncScreen screen(web.course, web.host, fetcher, "http://registration.example.net/svc/");
+    EXPECT_EQ(screen.SchoolName(), "local");
+    EXPECT_EQ(screen.wNote().text,
+              "To update student web registrations through local, press Continue.");
+    EXPECT_TRUE(screen.wSync().visible && screen.wSync().enabled);
+    EXPECT_FALSE(screen.wAccept().visible || screen.wIgnore().visible ||
+                 screen.wWebList().state.visible);
+    screen.wAcceptClick();  // hidden: does nothing
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Welcome);
 
-        screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
-        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
-        EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
-        EXPECT_EQ(screen.wList().rows, (std::vector<std::string>{"Bennett Oliver (1002) #AA0002"}));
-        EXPECT_TRUE(!screen.wSync().visible && screen.wAccept().visible &&
-                    screen.wWebList().state.visible);
-        screen.wAcceptClick();  // no selection: nothing happens
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        screen.wIgnoreClick();
-        ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
-        EXPECT_EQ(screen.BestScore(), 2);
-        EXPECT_EQ(screen.wList().rows,
-                  (std::vector<std::string>{"Chen Wei (1003)", "Chen Lin (1004)"}));  // best first
-        screen.wIgnoreClick();
-        EXPECT_EQ(std::tie(screen.wCancel().text, screen.wWhich().text),
-                  std::tuple("Done", "Checking 00BB0001 : 3 / 3"));
-        EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
-        screen.wCancelClick();
-        EXPECT_EQ(std::tuple(screen.Cancelled(), screen.Hidden(), screen.CurrentState()),
-                  std::tuple(false, true, WebSyncScreen::State::Welcome));
-    }
-    {
-        // The maker's service is named by its host; Cancel in the welcome state cancels.
-        WebCourse sql("SQL", "");
-        WebSyncScreen screen(sql.course, sql.host, fetcher,
-                             "https://registration.example.net/svc/");
-        EXPECT_EQ(screen.wNote().text,
-                  "To update student web registrations through registration.example.net, press "
-                  "Continue.");
-        screen.wCancelClick();
-        EXPECT_TRUE(screen.Cancelled());
-    }
+    screen.wSyncClick();  // Alvarez is accepted by itself; Bennett waits
+    ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    EXPECT_EQ(screen.wNote().text, test::Said("a clicker registered on the web, to verify"));
+    EXPECT_EQ(screen.wWhich().text, "(Processing registration 2 of 9)");
+    EXPECT_EQ(screen.wList().rows, (test::Strings{"Bennett Oliver (1002) #AA0002"}));
+    EXPECT_TRUE(!screen.wSync().visible && screen.wAccept().visible &&
+                screen.wWebList().state.visible);
+    screen.wAcceptClick();  // no selection: nothing happens
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    screen.wIgnoreClick();
+    ASSERT_EQ(screen.CurrentState(), WebSyncScreen::State::Verify);
+    EXPECT_EQ(screen.BestScore(), 2);  // the rows listed best first
+    EXPECT_EQ(screen.wList().rows, (test::Strings{"Chen Wei (1003)", "Chen Lin (1004)"}));
+    screen.wIgnoreClick();
+    EXPECT_EQ(std::tie(screen.wCancel().text, screen.wWhich().text),
+              std::tuple("Done", "Checking 00BB0001 : 3 / 3"));
+    EXPECT_EQ(screen.CurrentState(), WebSyncScreen::State::Done);
+    screen.wCancelClick();
+    EXPECT_EQ(std::tuple(screen.Cancelled(), screen.Hidden(), screen.CurrentState()),
+              std::tuple(false, true, WebSyncScreen::State::Welcome));
+
+    // The maker's service is named by its host; Cancel in the welcome state cancels.
+    WebCourse sql("SQL", "");
+    WebSyncScreen service(sql.course, sql.host, fetcher, "https://registration.example.net/svc/");
+    EXPECT_EQ(service.wNote().text,
+              "To update student web registrations through registration.example.net, press "
+              "Continue.");
+    service.wCancelClick();
+    EXPECT_TRUE(service.Cancelled());
 }
 
 TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
@@ -608,8 +551,7 @@ TEST(WebSync, NoUnregisteredClickersGoesStraightToDone) {
     web.WriteRemotes("");
     web.Load();
     web.Sync(VerifyAnswer::Accept);
-    EXPECT_TRUE(web.verified.empty());
-    EXPECT_EQ(web.doneNote, DoneNote(0));
+    EXPECT_EQ(std::tuple(web.verified, web.doneNote), std::tuple(test::Strings{}, DoneNote(0)));
 }
 
 TEST(WebSync, TheSiblingToolIsOfferedFirst) {
@@ -631,7 +573,6 @@ TEST(WebSync, TheSiblingToolIsOfferedFirst) {
     }
 }
 
-// A fetcher that only counts what it is asked.
 struct CountingFetcher : UrlFetcher {
     std::string OpenUrlText(const std::string&, Host&) override {
         ++fetches;
@@ -656,12 +597,9 @@ TEST(WebSync, ASourceOutOfReachIsSaidFirstAndNothingIsAsked) {
         WebCourse web(webcode, "");
         CountingFetcher fetcher;
         web.Sync(VerifyAnswer::Accept, fetcher);
-        if (reachable) {
-            EXPECT_NE(web.recordsUpdated, -1);  // the screen ran
-            continue;
-        }
+        EXPECT_EQ(web.recordsUpdated != -1, reachable);  // whether the screen ran
+        if (reachable) continue;
         EXPECT_EQ(fetcher.fetches, 0);
-        EXPECT_EQ(web.recordsUpdated, -1);  // no screen
         ASSERT_EQ(web.host.messages.size(), 1u);
         EXPECT_TRUE(test::BeginsWith(web.host.messages[0].text,
                                      "WebSync cannot reach a registration source"));
@@ -686,16 +624,14 @@ TEST(WebUpdate, TheVersionStampFollowsTheProgramEitherWay) {
     };
     for (const auto& [name, config] : cases) {
         SCOPED_TRACE(name);
-        TempCourse folder;
+        test::TempCourse folder;
         folder.Write("SessionData/.keep", "");
         if (!config.empty()) folder.Write("SessionData/Config.csv", config);
-        Course course;
+        Course course, reread;
         RecordingHost host;
-        course.AppPath = folder.Path();
+        course.AppPath = reread.AppPath = folder.Path();
         ReadConfig(course, host);
         StampVersion(course, host);
-        Course reread;
-        reread.AppPath = folder.Path();
         ReadConfig(reread, host);
         for (int k = 0; k < 3; ++k) {
             EXPECT_EQ(GetParam(course, keys[k], ""), version[k]);
