@@ -55,17 +55,16 @@ TEST(EditStudent, ActivationShowsTheStudentOrTheRemote) {
     };
     StudentCourse fixture;
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.id);
         EditStudentScreen screen = fixture.Open(row.id);
         const bool stray = row.id[0] == '#';
         EXPECT_EQ(std::tie(screen.lblStudentID().text, screen.lblLastName().text,
                            screen.Label4().text, screen.lblClickerID().text, screen.cmdSave().text),
-                  std::tuple(row.shown, row.name, row.heading, row.clicker, row.saveCaption))
-            << row.id;
-        EXPECT_EQ(screen.ClickList(), row.clickers) << row.id;
+                  std::tuple(row.shown, row.name, row.heading, row.clicker, row.saveCaption));
+        EXPECT_EQ(screen.ClickList(), row.clickers);
         EXPECT_EQ(std::tuple(screen.cmbClickList().index, screen.cmdSave().visible,
                              screen.cmdRemove().visible, screen.CmdAdd().enabled),
-                  std::tuple(row.clickers.empty() ? -1 : 0, !row.clickers.empty(), stray, !stray))
-            << row.id;
+                  std::tuple(row.clickers.empty() ? -1 : 0, !row.clickers.empty(), stray, !stray));
     }
 }
 

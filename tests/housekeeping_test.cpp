@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <array>
 #include <set>
 
-#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
@@ -220,9 +217,8 @@ TEST(FilterGhostRemote, PastedTextEndsTheRunAndChangesNothing) {
         search.BoxChange(SearchBox::TxtRemoteIdContaining, "AB");
         search.BoxChange(box, "12abc");
         EXPECT_EQ(test::EndingOf([&] { search.CmdSelectClick(); }).number, kTypeMismatch);
-        EXPECT_EQ(list[1].Selected, kTrue);
-        EXPECT_EQ(list[0].Selected, kFalse);
-        EXPECT_FALSE(search.Hidden());
+        EXPECT_EQ(std::tuple(list[0].Selected, list[1].Selected, search.Hidden()),
+                  std::tuple(kFalse, kTrue, false));
     }
 }
 
@@ -382,10 +378,9 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
         for (int i = 0; i < 3; ++i) {
             Course read;
             ReadSessionLog(read, fixture.File(std::string("SessionData/") + logs[i]));
-            const Counts counts = {
-                read.Questions[1].ResponseCount[1], read.Questions[1].ResponseCount[2],
-                read.Questions[1].ResponseCount[3], read.Questions[1].ResponseCount[4]};
-            EXPECT_EQ(counts, expected[i]) << logs[i] << " ticked " << ticked.size();
+            const auto& count = read.Questions[1].ResponseCount;
+            EXPECT_EQ((Counts{count[1], count[2], count[3], count[4]}), expected[i])
+                << logs[i] << " ticked " << ticked.size();
             for (int row : ticked)
                 EXPECT_EQ(fixture.Log(logs[i]).find(row == 0 ? "#AAA" : "#BBB"), std::string::npos);
         }

@@ -122,8 +122,7 @@ TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
                        (q.correct ? std::to_string(*q.correct) : "-"));
     // The unregistered clicker #B9 counts among those who answered; the deleted Q2 is left out;
     // a blank or an anonymous vote is no letter.
-    const std::vector<std::string> expected = {"1 Q1 3 2", "1 Q3 2 -", "1 Q4 0 0", "2 Q1 1 1"};
-    EXPECT_EQ(rows, expected);
+    EXPECT_EQ(rows, (test::Strings{"1 Q1 3 2", "1 Q3 2 -", "1 Q4 0 0", "2 Q1 1 1"}));
 
     ASSERT_EQ(overview.sessions.size(), 2u);
     EXPECT_EQ(std::tuple(overview.sessions[0].students, overview.sessions[0].present,
@@ -131,14 +130,12 @@ TEST(Overview, QuestionsCountEveryVoterWithALetterAndThePageStandsAlone) {
               std::tuple(4, 2, 1));
 
     // S1 and S3, S4 were present in fewer than 60% of the two sessions, in the grid's order.
-    std::vector<std::pair<std::string, std::string>> atRisk;
+    test::Strings atRisk;
     for (const StudentAtRisk& student : overview.atRisk) {
-        atRisk.push_back({student.id, student.name});
+        atRisk.push_back(student.id + " " + student.name);
         EXPECT_EQ(folder.course.Students[student.row].StudentId, student.id);
     }
-    const std::vector<std::pair<std::string, std::string>> expectedAtRisk = {
-        {"S1", "Doe, Jane"}, {"S3", "Solo"}, {"S4", "<b>&Co, Al's"}};
-    EXPECT_EQ(atRisk, expectedAtRisk);
+    EXPECT_EQ(atRisk, (test::Strings{"S1 Doe, Jane", "S3 Solo", "S4 <b>&Co, Al's"}));
 
     // The page stands alone and escapes the names.
     folder.Write("Reports/SessionSummary_2.html", "<html></html>");

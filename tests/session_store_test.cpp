@@ -7,7 +7,7 @@ namespace {
 
 // A course of three students on the roster (one never votes), registrations, and a stray clicker.
 struct SmallCourse : test::LoadedCourse {
-    explicit SmallCourse(DisplayOrder order = DisplayOrder::StudentId) {
+    SmallCourse() {
         WriteRoster("!Last,First,ID\r\nZeta, Ann, S3\r\nAlpha, Bob, S2\r\nMid, Cy, S1\r\n");
         WriteRemotes("#A1,\"S1\"\r\n#A2,\"S2\"\r\n#A22,\"S2\"\r\n");
         WriteLog("L2609081000.csv",
@@ -16,7 +16,7 @@ struct SmallCourse : test::LoadedCourse {
         WriteLog("L2609081400.csv",
                  {.voters = {{"#A22", "", {"A"}}, {"#A2", "", {"B"}}, {"#A1", "", {""}}}});
         WriteLog("L2609081600.csv", {.title = "Review", .voters = {{"#A1", "", {"A"}}}});
-        Load(order);
+        Load();
     }
 };
 
@@ -74,13 +74,6 @@ TEST(SessionStore, MultiRemoteReportKeepsItsColumnWidths) {
                                              "09/08/2026,09/10/2026\r\n2" + std::string(9, ' ') +
                                              "S2" + std::string(18, ' ') + "AAAAAA,BBBBBB,CCCCCC" +
                                              std::string(9, ' ') + "09/09/2026");
-}
-
-TEST(SessionStore, SortsByLastNameWithUnregisteredRemotesLast) {
-    SmallCourse loaded(DisplayOrder::LastName);
-    EXPECT_EQ(loaded.StudentIds(), (std::vector<std::string>{"S2", "S1", "S3", "#FF"}));
-    SortStudents(loaded.course, DisplayOrder::StudentId);
-    EXPECT_EQ(loaded.course.Students[1].StudentId, "S1");
 }
 
 TEST(SessionStore, TakesOnlyFifteenCharacterLogNames) {

@@ -1,8 +1,3 @@
-#include <QDialog>
-#include <QLabel>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -112,8 +107,7 @@ TEST_F(LiveCourse, OwnSavesAreNoNews) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Notice().isEmpty(); }, 5000));
 }
 
-// ---- Files the desktop could not save
-// ------------------------------------------------------------
+// ---- Files the desktop could not save -------------------------------------------------------
 
 // Runs `work` with every message box answered; gives the texts shown, in order.
 std::vector<std::string> MessagesOf(const std::function<void()>& work) {

@@ -10,10 +10,7 @@
 namespace tallory {
 namespace {
 
-using test::Find;
-using test::MessageBoxes;
-using test::TempCourse;
-using test::WhenOpen;
+using namespace test;
 
 // One session: S1 answers A, worth a point, S2 answers B, worth nothing.
 void WriteCourse(const TempCourse& folder) {
@@ -22,7 +19,7 @@ void WriteCourse(const TempCourse& folder) {
                     {.title = "Lenses", .voters = {{"#A1", "S1", {"A"}}, {"#A2", "S2", {"B"}}}});
 }
 
-struct Fixture : test::CourseWindow {
+struct Fixture : CourseWindow {
     Fixture() : CourseWindow(WriteCourse) {}
     // Row r of the first session's column.
     QString Cell(int row) {
@@ -55,7 +52,7 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSetAndNotWhenCancelled) {
             continue;
         }
         EXPECT_EQ(fixture.Cell(2).trimmed(), "4");
-        EXPECT_TRUE(test::Holds(after, "Response B,    ,   , 1 , 3 ,"));
+        EXPECT_TRUE(Holds(after, "Response B,    ,   , 1 , 3 ,"));
     }
 }
 
@@ -63,11 +60,11 @@ TEST(SetScoresDialog, NewPointsReachTheGridWhenSetAndNotWhenCancelled) {
 // each control then acts, and the log holds what the screen showed.
 TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     TempCourse folder;
-    test::LogPlan log = test::QuestionsPlan(2);
+    LogPlan log = QuestionsPlan(2);
     log.voters = {{"#A1", "S1", {"A", "A"}}, {"#A2", "S2", {"B", "A"}}};
     folder.WriteRoster("Ames, Ann, S1\r\nBell, Ben, S2\r\n");
     folder.WriteLog("L2609241000.csv", log);
-    test::OpenWindow opened(folder.Path());
+    OpenWindow opened(folder.Path());
     const MessageBoxes::Press ok = [](QMessageBox& box) { box.accept(); };
     MessageBoxes answers({ok, ok, ok, ok});
     WhenOpen("frmSetSessionScoring", [&answers](QDialog& dialog) {
@@ -97,9 +94,9 @@ TEST(SetScoresDialog, ClickAfterARefusedValueActs) {
     });
     Find<QPushButton>(*opened.window, "cmdEdit0")->click();
     const std::string saved = folder.Read("SessionData/L2609241000.csv");
-    EXPECT_TRUE(test::BeginsWith(saved, "Scoring,  Performance = -1 ,"));
-    EXPECT_TRUE(test::Holds(saved, " ,\"Q1\" ,Score"));
-    EXPECT_TRUE(test::Holds(saved, " ,\"Q2|Y\" ,"));
+    EXPECT_TRUE(BeginsWith(saved, "Scoring,  Performance = -1 ,"));
+    EXPECT_TRUE(Holds(saved, " ,\"Q1\" ,Score"));
+    EXPECT_TRUE(Holds(saved, " ,\"Q2|Y\" ,"));
 }
 
 TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
@@ -112,10 +109,9 @@ TEST(EditSessionDialog, EnterInTheTitleRenamesTheHeading) {
         emit title->textEdited("Mirrors");
         emit title->returnPressed();
     });
-    test::Click(Find<QLabel>(*fixture.window, "lblSession0"));
+    Click(Find<QLabel>(*fixture.window, "lblSession0"));
     EXPECT_EQ(fixture.Cell(0).trimmed(), "Mirrors");
-    EXPECT_TRUE(
-        test::Holds(fixture.folder.Read("SessionData/L2609081000.csv"), ",\"Mirrors\"\r\n"));
+    EXPECT_TRUE(Holds(fixture.folder.Read("SessionData/L2609081000.csv"), ",\"Mirrors\"\r\n"));
 }
 
 }  // namespace

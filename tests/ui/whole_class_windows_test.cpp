@@ -20,11 +20,7 @@
 namespace tallory {
 namespace {
 
-using test::Find;
-using test::PressKey;
-using test::TempCourse;
-using test::Type;
-using test::WhenOpen;
+using namespace test;
 
 constexpr int kStudents = 200;
 constexpr int kSessions = 8;
@@ -46,14 +42,14 @@ void WriteClass(const TempCourse& folder) {
     folder.WriteRoster(roster);
     folder.WriteRemotes(remotes);
     for (int day = 1; day <= kSessions; ++day) {
-        test::LogPlan plan;
+        LogPlan plan;
         for (int i = 0; i < kStudents - 5; ++i) {
             if ((i + day) % 9 == 0) continue;
             plan.voters.push_back({"#A" + std::to_string(i), "", {(i * day) % 3 ? "A" : "B"}});
         }
         plan.voters.push_back({"#F1", "", {"A"}});
         if (day % 2) plan.voters.push_back({"#F2", "", {"B"}});
-        folder.WriteLog(test::SeptemberLog(day), plan);
+        folder.WriteLog(SeptemberLog(day), plan);
     }
 }
 
@@ -68,7 +64,7 @@ void ClickHeading(QHeaderView* header, int section) {
     }
 }
 
-struct Fixture : test::CourseWindow {
+struct Fixture : CourseWindow {
     ClassViewWindow view;
     QAbstractItemModel* model;
     QHeaderView* header;
@@ -182,7 +178,7 @@ TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
     EXPECT_EQ(table->currentIndex(), fixture.model->index(0, 0));
     EXPECT_TRUE(Find<QPushButton>(fixture.view, "cmdOpenStudent")->isEnabled());
     EXPECT_FALSE(Find<QPushButton>(fixture.view, "cmdOpenSession")->isEnabled());
-    test::Opening student("frmEditStudent", [&](QDialog& dialog) {
+    Opening student("frmEditStudent", [&](QDialog& dialog) {
         EXPECT_EQ(Find(dialog, "lblStudentID")->text(), QString::fromStdString(IdOf(42)));
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
@@ -191,7 +187,7 @@ TEST(ClassViewWindow, ChoosingAStudentOrASessionOpensTheGridsScreens) {
     // Open Session on a session's column renames it; the heading follows at once.
     const int day2 = ClassView::kFirstSessionColumn + 1;
     table->setCurrentIndex(fixture.model->index(0, day2));
-    test::Opening session("frmEditSession", [&](QDialog& dialog) {
+    Opening session("frmEditSession", [&](QDialog& dialog) {
         auto* title = Find<QLineEdit>(dialog, "txtSessionName");
         PressKey(title, Qt::Key_A, Qt::ControlModifier);
         Type(title, "Lab on springs");
@@ -215,16 +211,16 @@ void WriteCourse(const TempCourse& folder) {
         "Ames, Ann, S1\r\nBo, Ben, S2\r\nCole, Cy, S3\r\nDee, Di, S4\r\nEng, Eve, S5\r\n");
     folder.WriteRemotes("#A1,\"S1\"\r\n#A2,\"S2\"\r\n#A3,\"S3\"\r\n#A5,\"S5\"\r\n");
     for (int day = 1; day <= 4; ++day) {
-        test::LogPlan plan = test::QuestionsPlan({"Q1", "Q2", "Q3"});
+        LogPlan plan = QuestionsPlan({"Q1", "Q2", "Q3"});
         plan.voters.push_back({"#A1", "", {"A", "B", "A"}});
         if (day == 1) plan.voters.push_back({"#A2", "", {"A", "A", "A"}});
         if (day == 1) plan.voters.push_back({"#A3", "", {"A", "A", "A"}});
         if (day != 2) plan.voters.push_back({"#A5", "", {"A", "C", "B"}});
-        folder.WriteLog(test::SeptemberLog(day), plan);
+        folder.WriteLog(SeptemberLog(day), plan);
     }
 }
 
-struct OverviewFixture : test::CourseWindow {
+struct OverviewFixture : CourseWindow {
     OverviewWindow overview;
 
     OverviewFixture()
@@ -275,7 +271,7 @@ TEST(OverviewWindow, ANameOpensTheStudentAsTheGridDoes) {
     QTableWidget* atRisk = fixture.overview.AtRiskTable();
     atRisk->setFocus();
     atRisk->setCurrentCell(1, 0);
-    test::Opening student("frmEditStudent", [&](QDialog& dialog) {
+    Opening student("frmEditStudent", [&](QDialog& dialog) {
         EXPECT_EQ(Find(dialog, "lblStudentID")->text(), "S3");
         Find<QPushButton>(dialog, "cmdCancel")->click();
     });
@@ -284,14 +280,14 @@ TEST(OverviewWindow, ANameOpensTheStudentAsTheGridDoes) {
 }
 
 TEST(OverviewWindow, WritesThePageAndOpensIt) {
-    test::CourseWindow opened(WriteCourse);
+    CourseWindow opened(WriteCourse);
     RecordingHost recording;
     OverviewWindow overview(opened.course, recording, opened.window->Grid(), opened.window.get());
     Find<QPushButton>(overview, "cmdWritePage")->click();
     const std::string page = opened.folder.File("Reports/Overview.html");
     ASSERT_EQ(recording.opened.size(), 1u);
     EXPECT_EQ(recording.opened[0], page);
-    EXPECT_TRUE(test::Holds(test::ReadBytes(page), "Bo, Ben"));
+    EXPECT_TRUE(Holds(ReadBytes(page), "Bo, Ben"));
 }
 
 // Each window opens from its button on the main window, over the course of the grid.
@@ -305,8 +301,8 @@ TEST(WholeClassWindows, OpenFromTheMainWindow) {
             {WriteCourse, "cmdOverview", "frmOverview", "tblAtRisk", 3, "Course Overview"},
         };
     for (const auto& [write, button, name, table, rows, title] : windows) {
-        test::CourseWindow opened(write);
-        test::Opening window(name, [&](QDialog& dialog) {
+        CourseWindow opened(write);
+        Opening window(name, [&](QDialog& dialog) {
             EXPECT_EQ(dialog.windowTitle(), title);
             EXPECT_EQ(dialog.findChild<QTableView*>(table)->model()->rowCount(), rows);
             dialog.close();
