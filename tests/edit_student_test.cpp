@@ -222,8 +222,7 @@ TEST(EditStudent, AddingAClickerOnTheDemoCourseKeepsEveryAnswer) {
                       test::ReadBytes(test::DataPath("logs/demo-add-1a9999/" + log)));
         }
         Course was, now;
-        course.Write("old.csv", old);
-        ReadSessionLog(was, course.File("old.csv"));
+        ReadSessionLog(was, test::DemoCourse() + "/SessionData/" + log);
         ReadSessionLog(now, folder + log);
         EXPECT_EQ(now.SessParticipation, was.SessParticipation) << log;
         ASSERT_EQ(now.NumVoters, was.NumVoters) << log;

@@ -276,10 +276,8 @@ TEST(OverviewWindow, WritesThePageAndOpensIt) {
     RecordingHost recording;
     OverviewWindow overview(opened.course, recording, opened.window->Grid(), opened.window.get());
     Find<QPushButton>(overview, "cmdWritePage")->click();
-    const std::string page = opened.folder.File("Reports/Overview.html");
-    ASSERT_EQ(recording.opened.size(), 1u);
-    EXPECT_EQ(recording.opened[0], page);
-    EXPECT_TRUE(Holds(ReadBytes(page), "Bo, Ben"));
+    EXPECT_EQ(recording.opened, Strings{opened.folder.File("Reports/Overview.html")});
+    EXPECT_TRUE(Holds(opened.folder.Read("Reports/Overview.html"), "Bo, Ben"));
 }
 
 // Each window opens from its button on the main window, over the course of the grid.
