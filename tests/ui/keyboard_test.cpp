@@ -51,7 +51,7 @@ TEST(Keyboard, GridKeysMoveTheViewAsTheScrollBarsAndLabelsDo) {
     ASSERT_EQ(fixture.Sessions()->value(), 2);
     ASSERT_EQ(fixture.Students()->maximum(), 2);
 
-    // Each key from the same place, then the mouse's way from there: the same view.
+    // Each key from the middle, then the mouse's way from there: the same view, moved.
     struct Case {
         Qt::Key key;
         std::function<void(Fixture&)> mouse;
@@ -72,18 +72,17 @@ TEST(Keyboard, GridKeysMoveTheViewAsTheScrollBarsAndLabelsDo) {
         {Qt::Key_Home, bar(&Fixture::Sessions, QAbstractSlider::SliderToMinimum)},
         {Qt::Key_End, bar(&Fixture::Sessions, QAbstractSlider::SliderToMaximum)},
     };
-    for (const auto& [sessions, students] : {std::pair{1, 1}, std::pair{0, 0}, std::pair{2, 2}}) {
-        for (const Case& c : cases) {
-            fixture.Sessions()->setValue(sessions);
-            fixture.Students()->setValue(students);
-            const std::vector<QString> before = fixture.Shown();
-            QTest::keyClick(fixture.Focused(), c.key);
-            const std::vector<QString> byKey = fixture.Shown();
-            fixture.Sessions()->setValue(sessions);
-            fixture.Students()->setValue(students);
-            c.mouse(fixture);
-            EXPECT_EQ(byKey, fixture.Shown()) << c.key << " from " << sessions << students;
-        }
+    const std::vector<QString> middle = {"09/02/2026", " S2", "1", "1"};
+    for (const Case& c : cases) {
+        fixture.Sessions()->setValue(1);
+        fixture.Students()->setValue(1);
+        QTest::keyClick(fixture.Focused(), c.key);
+        const std::vector<QString> byKey = fixture.Shown();
+        EXPECT_NE(byKey, middle) << c.key;
+        fixture.Sessions()->setValue(1);
+        fixture.Students()->setValue(1);
+        c.mouse(fixture);
+        EXPECT_EQ(byKey, fixture.Shown()) << c.key;
     }
 }
 
@@ -98,9 +97,6 @@ TEST(Keyboard, TabReachesHeadingsNamesAndCommandsInReadingOrderAndEnterActs) {
         if (name == "cmbDisplayName") break;
         walk.push_back(name);
     }
-    auto at = [&](const std::string& name) {
-        return std::find(walk.begin(), walk.end(), name) - walk.begin();
-    };
     // clang-format off
     const std::vector<std::string> reading = {
         "lblPrevious", "lblSession0", "lblSession7", "lblSession14", "lblSession21",
@@ -115,8 +111,7 @@ TEST(Keyboard, TabReachesHeadingsNamesAndCommandsInReadingOrderAndEnterActs) {
     // The links keep their captions.
     EXPECT_EQ(Find(window, "lblExit")->text(), "Exit");
     // Cells and the hidden Next are no stops; Previous is.
-    EXPECT_EQ(at("lblSession1"), static_cast<long>(walk.size()));
-    EXPECT_EQ(at("lblNext"), static_cast<long>(walk.size()));
+    EXPECT_EQ(std::ranges::count(walk, "lblSession1") + std::ranges::count(walk, "lblNext"), 0);
 
     // Enter on a name opens the student; Escape without an edit closes at once.
     Opening student("frmEditStudent", [&](QDialog& dialog) {

@@ -78,10 +78,8 @@ TEST(ReportSummaryDialog, EachLinkOpensItsPageAndCloseCloses) {
     RecordingHost host;
     ReportSummaryScreen screen(course, host);
     ReportSummaryDialog dialog(screen);
-    const char* const names[] = {"LblReport1", "LblReport2", "lblReport3"};
-    for (const char* name : names) {
-        auto* link = dialog.findChild<QLabel*>(name);
-        ASSERT_NE(link, nullptr) << name;
+    for (const char* name : {"LblReport1", "LblReport2", "lblReport3"}) {
+        QLabel* link = test::Find(dialog, name);
         EXPECT_FALSE(link->toolTip().isEmpty()) << name;
         test::Click(link);
     }
