@@ -19,10 +19,9 @@ struct SessionsCourse : test::LoadedCourse {
     explicit SessionsCourse(const std::string& cms = "General") {
         ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
         WriteSettings({{"CMS", cms}});
+        const char* const titles[] = {"Intro", "", "", "", "", "Forces"};
         for (int day = 1; day <= 6; ++day)
-            WriteLog(LogName(day), {.title = day == 1   ? "Intro"
-                                             : day == 6 ? "Forces"
-                                                        : "",
+            WriteLog(LogName(day), {.title = titles[day - 1],
                                     .voters = {{"#A" + std::to_string(day), "", {"A"}}}});
         Load();
     }

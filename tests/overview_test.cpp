@@ -37,20 +37,18 @@ TEST(Overview, DemoCourseMatchesTheFiguresWorkedOutByHand) {
     const json overview = json::parse(result.out);
 
     ASSERT_EQ(overview["sessions"].size(), 9u);
-    const struct {
-        const char* label;
-        double available;
-        int present;
-        double sum;
-    } sessions[] = {{"09/08/2026", 5, 27, 92}, {"09/10/2026", 6, 21, 89}};
+    // Label, points available, students present and the sum of their points.
+    const std::tuple<const char*, double, int, double> sessions[] = {{"09/08/2026", 5, 27, 92},
+                                                                     {"09/10/2026", 6, 21, 89}};
     for (int s = 0; s < 2; ++s) {
         const json& figures = overview["sessions"][s];
-        SCOPED_TRACE(sessions[s].label);
+        const auto& [label, available, present, sum] = sessions[s];
+        SCOPED_TRACE(label);
         EXPECT_EQ(std::tuple(figures["label"], figures["available"], figures["present"],
                              figures["students"]),
-                  std::tuple(sessions[s].label, sessions[s].available, sessions[s].present, 30));
-        EXPECT_DOUBLE_EQ(figures["attendance"].get<double>(), sessions[s].present / 30.0);
-        EXPECT_DOUBLE_EQ(figures["average"].get<double>(), sessions[s].sum / sessions[s].present);
+                  std::tuple(label, available, present, 30));
+        EXPECT_DOUBLE_EQ(figures["attendance"].get<double>(), present / 30.0);
+        EXPECT_DOUBLE_EQ(figures["average"].get<double>(), sum / present);
     }
     EXPECT_EQ(overview["totals"]["available"], 46);
 

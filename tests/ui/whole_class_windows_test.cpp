@@ -54,14 +54,9 @@ void WriteClass(const TempCourse& folder) {
 }
 
 void ClickHeading(QHeaderView* header, int section) {
-    const QPoint at(header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
-                    header->height() / 2);
-    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-        QMouseEvent event(type, at, header->viewport()->mapToGlobal(at), Qt::LeftButton,
-                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
-                          Qt::NoModifier);
-        QApplication::sendEvent(header->viewport(), &event);
-    }
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                      {header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
+                       header->height() / 2});
 }
 
 struct Fixture : CourseWindow {
