@@ -235,20 +235,6 @@ TEST(ScoreGrid, ExportMarksHeadingsAndSetScoresFollowTheirSession) {
     EXPECT_EQ(few.grid.HeadingClick(14), 0);  // the blank third column
 }
 
-TEST(ScoreGrid, HelpPanelLeavesOnlyItsControlsAndTheExits) {
-    OpenGrid open(2, 1);
-    ScoreGrid& grid = open.grid;
-    const GridView& view = open.view();
-    grid.ToggleHelp();
-    for (Control usable :
-         {Control::CmdHelp, Control::CmdExit, Control::CmdEdit, Control::ChkExport})
-        EXPECT_TRUE(view.Enabled(usable)) << static_cast<int>(usable);
-    for (Control locked : {Control::LblNext, Control::CmbDisplayName, Control::LblStudentName})
-        EXPECT_FALSE(view.Enabled(locked)) << static_cast<int>(locked);
-    grid.ToggleHelp();
-    for (int i = 0; i < kControlCount; ++i) EXPECT_TRUE(view.Enabled(static_cast<Control>(i))) << i;
-}
-
 TEST(ScoreGrid, StartWithoutSessionsLeavesOnlyTheExits) {
     OpenGrid open;
     open.folder.WriteRoster("Doe, Jane, 12345\r\n");
