@@ -25,12 +25,8 @@ TEST(SessionStore, FoldsEveryLogIntoStudentsAndWarnsOfTwoClickersOfOne) {
     const Course& course = loaded.course;
     ASSERT_EQ(course.NumSessions, 3);
     ASSERT_EQ(course.NumStudents, 4);
-    struct Row {
-        const char* id;
-        const char* remote;
-        double total;
-        std::vector<int> present;
-    } expected[] = {
+    // ID, clicker, total, and the Present marks of the three sessions.
+    const std::tuple<const char*, const char*, double, std::vector<int>> expected[] = {
         {"S1", "A1", 2 + 0 + 2, {-1, -1, -1}},  // no answer in session 2 earns nothing
         {"S2", "A2", 0 + 2, {-1, -1, 0}},       // session 2: the first of its two clickers
         {"S3", "Unregistered", 0, {0, 0, 0}},
@@ -38,10 +34,10 @@ TEST(SessionStore, FoldsEveryLogIntoStudentsAndWarnsOfTwoClickersOfOne) {
     };
     for (int i = 0; i < 4; ++i) {
         const StudentRec& student = course.Students[i + 1];
-        EXPECT_EQ(std::tie(student.StudentId, student.RemoteId),
-                  std::tuple(expected[i].id, expected[i].remote));
-        EXPECT_DOUBLE_EQ(student.Score[0], expected[i].total) << expected[i].id;
-        for (int s = 1; s <= 3; ++s) EXPECT_EQ(student.Present[s], expected[i].present[s - 1]);
+        const auto& [id, remote, total, present] = expected[i];
+        EXPECT_EQ(std::tie(student.StudentId, student.RemoteId), std::tuple(id, remote));
+        EXPECT_DOUBLE_EQ(student.Score[0], total) << id;
+        for (int s = 1; s <= 3; ++s) EXPECT_EQ(student.Present[s], present[s - 1]) << id;
     }
     EXPECT_EQ(std::tuple(SessionLabel(course, 1), SessionLabel(course, 2), SessionLabel(course, 3)),
               std::tuple("09/08/2026", "09/08/2026-2", "Review"));

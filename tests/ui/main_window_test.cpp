@@ -101,12 +101,6 @@ bool Actionable(const QWidget* widget) {
            qobject_cast<const QScrollBar*>(widget) || qobject_cast<const QLineEdit*>(widget);
 }
 
-bool Within(const QWidget* widget, const QWidget* outer) {
-    for (const QWidget* up = widget; up; up = up->parentWidget())
-        if (up == outer) return true;
-    return false;
-}
-
 TEST(MainWindow, HelpExplainsTheWindowAndLeavesOnlyTheWaysOutAndTheColumns) {
     CourseWindow opened(WriteCourse);
     MainWindow& window = *opened.window;
@@ -134,7 +128,7 @@ TEST(MainWindow, HelpExplainsTheWindowAndLeavesOnlyTheWaysOutAndTheColumns) {
     auto keepsItsState = [&](const QString& name) { return column.match(name).hasMatch(); };
     for (const auto& [widget, enabled] : before) {
         const QString name = widget->objectName();
-        if (Within(widget, panel) || waysOut.count(name))
+        if (panel->isAncestorOf(widget) || waysOut.count(name))
             EXPECT_TRUE(widget->isEnabled()) << name.toStdString();
         else if (keepsItsState(name))
             EXPECT_EQ(widget->isEnabled(), enabled) << name.toStdString();
