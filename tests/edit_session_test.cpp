@@ -19,10 +19,9 @@ struct SessionsCourse : test::LoadedCourse {
     explicit SessionsCourse(const std::string& cms = "General") {
         ::setenv("XDG_DATA_HOME", dataHome.Path().c_str(), 1);
         WriteSettings({{"CMS", cms}});
+        const char* const titles[] = {"Intro", "", "", "", "", "Forces"};
         for (int day = 1; day <= 6; ++day)
-            WriteLog(LogName(day), {.title = day == 1   ? "Intro"
-                                             : day == 6 ? "Forces"
-                                                        : "",
+            WriteLog(LogName(day), {.title = titles[day - 1],
                                     .voters = {{"#A" + std::to_string(day), "", {"A"}}}});
         Load();
     }
@@ -37,16 +36,6 @@ struct SessionsCourse : test::LoadedCourse {
         return screen;
     }
 };
-
-TEST(EditSession, OpensOnTheSessionWithoutReadingIt) {
-    SessionsCourse fixture;
-    EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
-    EXPECT_EQ(std::tie(screen.lblFileName().text, screen.txtSessionName().text,
-                       fixture.course.CurrentLogFile),
-              std::tuple("L0909111030.csv", "Intro", "L0909111030.csv"));
-    // The tables still hold the session the load read last.
-    EXPECT_EQ(fixture.course.Questions[0].Name, "Forces");
-}
 
 // Characters the log cannot hold, and under D2L a title of another session or the own one; the
 // refused character or the whole title is selected for the next try.
@@ -94,15 +83,19 @@ TEST(EditSession, SaveWritesTheTitleAndRedrawsTheGrid) {
     EXPECT_TRUE(test::Holds(fixture.Log(2), ",\"Momentum\"\r\n"));
     EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 2, 2}));
     screen.AfterClose();
-    EXPECT_EQ(fixture.course.SessionTitle[2], "Momentum");
     EXPECT_EQ(SessionLabel(fixture.course, 2), "Momentum");
 }
 
-TEST(EditSession, ClearedTitleReachesTheLogAndTheHeadingAtTheNextLoad) {
+TEST(EditSession, OpensWithoutReadingAndAClearedTitleReachesTheHeadingAtTheNextLoad) {
     SessionsCourse fixture;
     const std::string before = SessionLabel(fixture.course, 1);
     ASSERT_NE(before, "09/11/2009");
     EditSessionScreen screen(fixture.course, fixture.host, fixture.grid, 1);
+    EXPECT_EQ(std::tie(screen.lblFileName().text, screen.txtSessionName().text,
+                       fixture.course.CurrentLogFile),
+              std::tuple("L0909111030.csv", "Intro", "L0909111030.csv"));
+    // The tables still hold the session the load read last.
+    EXPECT_EQ(fixture.course.Questions[0].Name, "Forces");
     screen.txtSessionNameChange("");
     screen.cmdSaveClick();
     const int redraws = fixture.grid.screen.redraws;
@@ -157,21 +150,6 @@ TEST(EditSession, SaveWritesTheTitleWithoutScoring) {
     }
 }
 
-TEST(EditSession, RemoveAsksFirst) {
-    SessionsCourse fixture;
-    std::string before = fixture.Log(1);
-    EditSessionScreen screen = fixture.Remove(1, Answer::No);
-    EXPECT_EQ(
-        test::Messages(fixture.host),
-        test::Strings{"[Confirm Remove] Are you sure you want to remove lecture L0909111030.csv"});
-    EXPECT_EQ(std::tuple(fixture.host.messages[0].buttons, fixture.host.messages[0].defaultButton),
-              std::tuple(Buttons::YesNo, Answer::No));
-    EXPECT_TRUE(screen.Closed());
-    EXPECT_FALSE(screen.Removed());
-    EXPECT_EQ(fixture.Log(1), before);
-    EXPECT_FALSE(fixture.Exists("SessionData/xL0909111030.csv"));
-}
-
 // The log's own text is kept outside the course; the course folder ends as it always did: an
 // empty log and the "x" copy of the tables as the load left them (the last session's).
 TEST(EditSession, RemoveEmptiesTheLogKeepsCopiesAndReloads) {
@@ -194,13 +172,15 @@ TEST(EditSession, RemoveEmptiesTheLogKeepsCopiesAndReloads) {
     EXPECT_EQ(fixture.grid.scrollValues, (std::vector<int>{0, 1}));
 }
 
-TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
+// A removal asks first; answered No, or unable to keep its copies, it leaves the log.
+TEST(EditSession, ARemovalAnsweredNoOrThatCannotKeepItsCopiesLeavesTheLog) {
     struct Case {
         const char* name;
         std::function<void(SessionsCourse&)> spoil;
-        const char* message;  // the start of the one message after the question
+        const char* message;  // the start of the one message after the question; none for No
         bool copy;
     } cases[] = {
+        {"answered No", [](SessionsCourse&) {}, nullptr, false},
         {"x name taken by a folder",
          [](SessionsCourse& f) { f.Write("SessionData/xL0909121030.csv/inside", "x"); },
          "Unable to store changes to file ", false},
@@ -218,11 +198,18 @@ TEST(EditSession, ARemovalThatCannotKeepItsCopiesLeavesTheLog) {
         SessionsCourse fixture;
         const std::string original = fixture.Log(2);
         c.spoil(fixture);
-        EditSessionScreen screen = fixture.Remove(2, Answer::Yes);
-        EXPECT_EQ(std::tuple(screen.Removed(), screen.CopyWritten(), fixture.course.NumSessions),
-                  std::tuple(false, c.copy, 6));
+        EditSessionScreen screen = fixture.Remove(2, c.message ? Answer::Yes : Answer::No);
+        EXPECT_EQ(std::tuple(screen.Closed(), screen.Removed(), screen.CopyWritten(),
+                             fixture.course.NumSessions),
+                  std::tuple(true, false, c.copy, 6));
         EXPECT_EQ(fixture.Log(2), original);
-        ASSERT_EQ(fixture.host.messages.size(), 2u);
+        EXPECT_FALSE(!c.message && fixture.Exists("SessionData/xL0909121030.csv"));
+        const auto& asked = fixture.host.messages.at(0);
+        EXPECT_EQ(std::tuple(asked.text, asked.buttons, asked.defaultButton),
+                  std::tuple("Are you sure you want to remove lecture L0909121030.csv",
+                             Buttons::YesNo, Answer::No));
+        ASSERT_EQ(fixture.host.messages.size(), c.message ? 2u : 1u);
+        if (!c.message) continue;
         EXPECT_TRUE(test::BeginsWith(fixture.host.messages[1].text, c.message));
     }
 }

@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <array>
 #include <set>
 
-#include "SupportForFiles.h"
 #include "TestSupport.h"
 #include "common/RunTimeError.h"
 #include "grid/CourseLoad.h"
@@ -82,11 +79,8 @@ TEST(GhostList, HoldsTheUnregisteredRemotesWithTotalsAndAverages) {
     StudentRows rows(
         {{"S1", 9}, {"#ABC123", 7}, {"#5", 0}, {"#77", -4}, {"#0C0FFEE", 2.345 * 3}, {"S2", 1}});
     GhostRemoteScreen screen = rows.Ghosts();
-    struct {
-        const char* remote;
-        double total, average;
-        const char* averageText;
-    } expected[] = {
+    // The remote shown, its total, its average and the average shown.
+    const std::tuple<const char*, double, double, const char*> expected[] = {
         {"00ABC123", 7, 2.33, "2.33"},
         {"00000005", 0, 0, "0"},
         {"00000077", -4, 0, "0"},           // a negative total shows an average of 0 beside it
@@ -95,11 +89,11 @@ TEST(GhostList, HoldsTheUnregisteredRemotesWithTotalsAndAverages) {
     ASSERT_EQ(screen.GhostCount(), 4);
     for (int i = 0; i < 4; ++i) {
         const GhostRec& row = screen.GhostList()[i];
-        EXPECT_DOUBLE_EQ(row.Total, expected[i].total);
+        const auto& [remote, total, average, averageText] = expected[i];
+        EXPECT_DOUBLE_EQ(row.Total, total);
         EXPECT_EQ(std::tuple(row.RemoteId, row.Average, screen.Row(i).TxtSerial.text,
                              screen.Row(i).TxtAverage.text),
-                  std::tuple(expected[i].remote, expected[i].average, std::to_string(i + 1),
-                             expected[i].averageText));
+                  std::tuple(remote, average, std::to_string(i + 1), averageText));
     }
     EXPECT_EQ(screen.Row(2).TxtTotal.text, "-4");
     EXPECT_EQ(screen.Row(4).TxtRemoteID.text, "");
@@ -123,22 +117,21 @@ TEST(GhostList, HoldsTheUnregisteredRemotesWithTotalsAndAverages) {
 }
 
 TEST(GhostList, ScrollsOnlyWhenTheRowsDoNotFit) {
-    struct {
-        int rows;
-        bool enabled;
-        int maximum, afterPageDown;
-    } cases[] = {{3, false, -6, 0}, {9, false, 0, 0}, {10, true, 1, 1}, {30, true, 21, 9}};
-    for (const auto& c : cases) {
+    // Rows, whether the bar is on, its maximum, and the first row after Page Down.
+    const std::tuple<int, bool, int, int> cases[] = {
+        {3, false, -6, 0}, {9, false, 0, 0}, {10, true, 1, 1}, {30, true, 21, 9}};
+    for (const auto& [count, enabled, maximum, afterPageDown] : cases) {
+        SCOPED_TRACE(count);
         StudentRows rows({});
-        for (int i = 0; i < c.rows; ++i) rows.Add("#" + std::to_string(100 + i));
+        for (int i = 0; i < count; ++i) rows.Add("#" + std::to_string(100 + i));
         GhostRemoteScreen screen = rows.Ghosts();
-        EXPECT_EQ(screen.VsScr().enabled, c.enabled) << c.rows;
-        EXPECT_EQ(screen.VsScr().maximum, c.maximum) << c.rows;
+        EXPECT_EQ(std::tuple(screen.VsScr().enabled, screen.VsScr().maximum),
+                  std::tuple(enabled, maximum));
         screen.RowKeyDown(kKeyPageDown);
-        EXPECT_EQ(screen.VsScr().value, c.afterPageDown) << c.rows;
-        EXPECT_EQ(screen.Row(0).TxtSerial.text, std::to_string(c.afterPageDown + 1));
+        EXPECT_EQ(screen.VsScr().value, afterPageDown);
+        EXPECT_EQ(screen.Row(0).TxtSerial.text, std::to_string(afterPageDown + 1));
         screen.RowKeyDown('A');  // other keys do nothing
-        EXPECT_EQ(screen.VsScr().value, c.afterPageDown);
+        EXPECT_EQ(screen.VsScr().value, afterPageDown);
         screen.RowKeyDown(kKeyPageUp);
         EXPECT_EQ(screen.VsScr().value, 0);
     }
@@ -220,9 +213,8 @@ TEST(FilterGhostRemote, PastedTextEndsTheRunAndChangesNothing) {
         search.BoxChange(SearchBox::TxtRemoteIdContaining, "AB");
         search.BoxChange(box, "12abc");
         EXPECT_EQ(test::EndingOf([&] { search.CmdSelectClick(); }).number, kTypeMismatch);
-        EXPECT_EQ(list[1].Selected, kTrue);
-        EXPECT_EQ(list[0].Selected, kFalse);
-        EXPECT_FALSE(search.Hidden());
+        EXPECT_EQ(std::tuple(list[0].Selected, list[1].Selected, search.Hidden()),
+                  std::tuple(kFalse, kTrue, false));
     }
 }
 
@@ -382,10 +374,9 @@ TEST(PurgeClickerLogs, CountsStillHoldTheVotesOfTheClickerDroppedLast) {
         for (int i = 0; i < 3; ++i) {
             Course read;
             ReadSessionLog(read, fixture.File(std::string("SessionData/") + logs[i]));
-            const Counts counts = {
-                read.Questions[1].ResponseCount[1], read.Questions[1].ResponseCount[2],
-                read.Questions[1].ResponseCount[3], read.Questions[1].ResponseCount[4]};
-            EXPECT_EQ(counts, expected[i]) << logs[i] << " ticked " << ticked.size();
+            const auto& count = read.Questions[1].ResponseCount;
+            EXPECT_EQ((Counts{count[1], count[2], count[3], count[4]}), expected[i])
+                << logs[i] << " ticked " << ticked.size();
             for (int row : ticked)
                 EXPECT_EQ(fixture.Log(logs[i]).find(row == 0 ? "#AAA" : "#BBB"), std::string::npos);
         }

@@ -39,27 +39,25 @@ TEST(CourseWatch, DiffAndNotice) {
     auto label = [](const std::string& file) {
         return file == "L1.csv" ? std::string("10/03/2026") : std::string();
     };
+    using enum LogChangeKind;
     const std::tuple<const char*, LogSnapshot, std::vector<LogChange>, std::string> cases[] = {
         {"nothing", before, {}, ""},
         {"grew",
          {{"L1.csv", {30, 1}}, {"L2.csv", {20, 2}}},
-         {{"L1.csv", LogChangeKind::Updated}},
+         {{"L1.csv", Updated}},
          "Session 10/03/2026 updated"},
         {"rewritten at the same size",
          {{"L1.csv", {10, 5}}, {"L2.csv", {20, 2}}},
-         {{"L1.csv", LogChangeKind::Updated}},
+         {{"L1.csv", Updated}},
          "Session 10/03/2026 updated"},
-        {"removed",
-         {{"L2.csv", {20, 2}}},
-         {{"L1.csv", LogChangeKind::Removed}},
-         "Session 10/03/2026 removed"},
+        {"removed", {{"L2.csv", {20, 2}}}, {{"L1.csv", Removed}}, "Session 10/03/2026 removed"},
         {"new log the grid does not know",
          {{"L1.csv", {10, 1}}, {"L2.csv", {20, 2}}, {"L3.csv", {1, 1}}},
-         {{"L3.csv", LogChangeKind::Updated}},
+         {{"L3.csv", Updated}},
          "Session L3.csv updated"},
         {"renamed",
          {{"L1.csv", {10, 1}}, {"L9.csv", {20, 2}}},
-         {{"L9.csv", LogChangeKind::Updated}, {"L2.csv", LogChangeKind::Removed}},
+         {{"L9.csv", Updated}, {"L2.csv", Removed}},
          "Sessions updated"},
     };
     for (const auto& [what, after, expected, notice] : cases) {

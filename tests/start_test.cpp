@@ -73,14 +73,11 @@ TEST(ProgramStart, StartPlaceOfEachWayToStart) {
     const std::string home = "/home/ann";
     const std::string physics = root.File("Physics");
     const std::string user = "/home/ann/Tallory";
-    struct Case {
-        const char* what;
-        std::string invokedAs;
-        std::string current;
-        std::vector<std::string> arguments;
-        const Installation& installation;
-        StartPlace place;
-    } cases[] = {
+    // What, invoked as, in the folder, with the arguments, from the installation, and the place
+    // it starts from.
+    using Case = std::tuple<const char*, std::string, std::string, std::vector<std::string>,
+                            const Installation&, StartPlace>;
+    const Case cases[] = {
         // clang-format off
         {"link in a course folder", "./tallory", physics, {}, installed, {physics, false, false}},
         {"link by full path", physics + "/tallory", "/tmp", {}, installed, {physics, false, false}},
@@ -95,12 +92,12 @@ TEST(ProgramStart, StartPlaceOfEachWayToStart) {
         {"built, DEBUG", "tallory", physics, {"DEBUG"}, built, {physics, true, false}},
         // clang-format on
     };
-    for (const Case& c : cases) {
-        const StartPlace place =
-            ChooseStartPlace(c.invokedAs, c.current, c.arguments, c.installation, home);
-        EXPECT_EQ(place.programFolder, c.place.programFolder) << c.what;
-        EXPECT_EQ(place.chooseCourse, c.place.chooseCourse) << c.what;
-        EXPECT_EQ(place.userFolder, c.place.userFolder) << c.what;
+    for (const auto& [what, invokedAs, current, arguments, installation, place] : cases) {
+        const StartPlace chosen =
+            ChooseStartPlace(invokedAs, current, arguments, installation, home);
+        EXPECT_EQ(std::tie(chosen.programFolder, chosen.chooseCourse, chosen.userFolder),
+                  std::tie(place.programFolder, place.chooseCourse, place.userFolder))
+            << what;
     }
 }
 
@@ -112,9 +109,7 @@ TEST(ProgramStart, UserClassesGetTheDemoCourseOnlyWhenNew) {
     MakeUserClasses(home.File("Tallory"), installed);
     EXPECT_EQ(home.Read("Tallory/Classes/Demo Course/Roster.txt"), "Doe,Jane,1\r\n");
     EXPECT_TRUE(home.Exists("Tallory/Classes/Demo Course/SessionData/Config.csv"));
-    CourseList list(home.File("Tallory"));
-    list.Load();
-    EXPECT_EQ(list.Rows(), std::vector<std::string>{"Demo Course"});
+    EXPECT_EQ(ListFolders(home.File("Tallory/Classes")), test::Strings{"Demo Course"});
 
     // Once made, the folder is the user's: a removed demo course does not come back.
     std::filesystem::remove_all(home.File("Tallory/Classes/Demo Course"));
@@ -136,66 +131,56 @@ TEST(ProgramStart, OnlyAnExact1024By768LargeFontScreenGetsTheLargeLayout) {
 }
 
 TEST(ProgramStart, FixRosterFileNames) {
-    // The files before and after, and the title of the one message (nullptr: none).
-    const std::tuple<std::vector<const char*>, std::vector<const char*>, const char*> cases[] = {
-        {{"Roster.txt.txt"}, {"Roster.txt"}, nullptr},
-        {{"class.txt.txt"}, {"class.txt"}, nullptr},
-        {{"ROSTER.TXT.TXT", "class.txt.txt"}, {"Roster.txt", "class.txt"}, nullptr},
+    // The files before and after, and the start of the title and a part of the text of the one
+    // message (no title: none). A read-only folder is reported as a roster in use, any other
+    // failed rename by its error; either stops the repair.
+    const char* const exists = "(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n";
+    const char* const inUse = "Your class roster appears to be incorrectly named";
+    struct Case {
+        std::vector<const char*> before, left;
+        const char *title = nullptr, *text = nullptr;
+        bool readOnly = false;
+    } cases[] = {
+        {{"Roster.txt.txt"}, {"Roster.txt"}},
+        {{"class.txt.txt"}, {"class.txt"}},
+        {{"ROSTER.TXT.TXT", "class.txt.txt"}, {"Roster.txt", "class.txt"}},
         // Both roster files stay; class.txt.txt is not looked at in that run.
         {{"Roster.txt", "Roster.txt.txt", "class.txt.txt"},
          {"Roster.txt", "Roster.txt.txt", "class.txt.txt"},
-         "Warning!"},
-        {{"class.txt", "class.txt.txt"}, {"class.txt", "class.txt.txt"}, "Warning!"},
+         "Warning!",
+         exists},
+        {{"class.txt", "class.txt.txt"}, {"class.txt", "class.txt.txt"}, "Warning!", exists},
+        {{"Roster.txt.txt", "class.txt.txt"},
+         {"Roster.txt.txt", "class.txt.txt"},
+         "Warning!",
+         inUse,
+         true},
+        // A folder where the roster should go.
+        {{"Roster.txt.txt", "class.txt.txt", "Roster.txt/keep"},
+         {"Roster.txt.txt", "class.txt.txt"},
+         "Error while renaming file : ",
+         ""},
     };
-    for (const auto& [before, left, title] : cases) {
-        SCOPED_TRACE(testing::PrintToString(before));
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.before));
+        if (c.readOnly && ::geteuid() == 0) continue;  // permissions do not hold for root
         TempCourse folder;
-        for (const char* name : before) folder.Write(name, name);
-        Course course;
-        course.AppPath = folder.Path();
-        RecordingHost host;
-        FixRosterFileNames(course, host);
-        std::vector<std::string> after = ListFiles(folder.Path());
-        std::sort(after.begin(), after.end());
-        EXPECT_EQ(after, test::Strings(left.begin(), left.end()));  // each list in name order
-        if (!title) {
-            EXPECT_TRUE(host.messages.empty());
-            continue;
-        }
-        ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_EQ(std::tuple(host.messages[0].title, host.messages[0].icon),
-                  std::tuple(title, Icon::Stop));
-        EXPECT_TRUE(test::Holds(host.messages[0].text,
-                                "(e.g. \"roster.txt\" and \"roster.txt.txt\").\r\n"));
-    }
-}
-
-TEST(ProgramStart, FailedRenameIsReportedAndStopsTheRepair) {
-    // A read-only folder is reported as a roster in use; any other error is named in the title.
-    for (bool readOnly : {true, false}) {
-        if (readOnly && ::geteuid() == 0) continue;  // permissions do not hold for root
-        TempCourse folder;
-        folder.Write("Roster.txt.txt", "Doe, Jane, 1\r\n");
-        folder.Write("class.txt.txt", "");
-        if (readOnly)
-            ::chmod(folder.Path().c_str(), 0555);
-        else
-            folder.Write("Roster.txt/keep", "");  // a folder where the roster should go
+        for (const char* name : c.before) folder.Write(name, name);
+        if (c.readOnly) ::chmod(folder.Path().c_str(), 0555);
         Course course;
         course.AppPath = folder.Path();
         RecordingHost host;
         FixRosterFileNames(course, host);
         ::chmod(folder.Path().c_str(), 0755);
-        ASSERT_EQ(host.messages.size(), 1u) << readOnly;
-        if (readOnly) {
-            EXPECT_EQ(host.messages[0].title, "Warning!");
-            EXPECT_TRUE(test::BeginsWith(host.messages[0].text,
-                                         "Your class roster appears to be incorrectly named"));
-        } else {
-            EXPECT_TRUE(test::BeginsWith(host.messages[0].title, "Error while renaming file : "));
-            EXPECT_FALSE(host.messages[0].text.empty());
-        }
-        EXPECT_TRUE(folder.Exists("Roster.txt.txt") && folder.Exists("class.txt.txt"));
+        std::vector<std::string> after = ListFiles(folder.Path());
+        std::sort(after.begin(), after.end());
+        EXPECT_EQ(after, test::Strings(c.left.begin(), c.left.end()));  // each list in name order
+        ASSERT_EQ(host.messages.size(), c.title ? 1u : 0u);
+        if (!c.title) continue;
+        EXPECT_TRUE(test::BeginsWith(host.messages[0].title, c.title));
+        EXPECT_EQ(host.messages[0].icon, Icon::Stop);
+        EXPECT_TRUE(test::Holds(host.messages[0].text, c.text));
+        EXPECT_FALSE(host.messages[0].text.empty());
     }
 }
 
@@ -211,8 +196,7 @@ TEST(CourseList, ListsCoursesAndMarksWebVoting) {
     EXPECT_TRUE(list.StartEnabled());
 
     list.Activate();
-    ASSERT_GE(list.Selected(), 0);
-    EXPECT_EQ(list.Rows()[list.Selected()], "Chemistry (*)");
+    EXPECT_EQ(list.Selected(), 0);  // Chemistry (*)
 
     RecordingHost host;
     std::string course = list.SetAndStart(host);

@@ -94,11 +94,6 @@ class MessageBoxes {
         });
         timer_.start(10);
     }
-    QStringList Texts() const {
-        QStringList texts;
-        for (const Shown& box : shown) texts << box.text;
-        return texts;
-    }
 
     // Enter, as a person answering with the keyboard presses it.
     static void Enter(QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }

@@ -26,26 +26,24 @@ TEST(ControlBinding, ListsFollowTheRowsTheScreenKeeps) {
     QObject::connect(combo, &QComboBox::currentIndexChanged, [&] { ++emitted; });
     QObject::connect(list, &QListWidget::currentRowChanged, [&] { ++emitted; });
 
-    const struct {
-        std::vector<std::string> rows;
-        int index;
-    } steps[] = {
+    // The rows and the chosen one.
+    const std::pair<std::vector<std::string>, int> steps[] = {
         {{"1A2D6E", "777"}, 0},
         {{"1A2D6E", "888"}, 1},  // same count, another row: shown all the same
         {{"1A2D6E"}, -1},
         {{}, -1},
         {{"Chen Wei (1003)", "Chen Lin (1004)", "Dubois Camille (1005)"}, 2},
     };
-    for (const auto& step : steps) {
-        rows = step.rows;
-        comboState.index = listState.index = step.index;
+    for (const auto& [stepRows, index] : steps) {
+        rows = stepRows;
+        comboState.index = listState.index = index;
         binding.Paint();
         QStringList shownCombo, shownList, wanted;
         for (int i = 0; i < combo->count(); ++i) shownCombo << combo->itemText(i);
         for (int i = 0; i < list->count(); ++i) shownList << list->item(i)->text();
-        for (const std::string& row : step.rows) wanted << QString::fromStdString(row);
+        for (const std::string& row : rows) wanted << QString::fromStdString(row);
         EXPECT_EQ(std::tuple(shownCombo, shownList, combo->currentIndex(), list->currentRow()),
-                  std::tuple(wanted, wanted, step.index, step.index));
+                  std::tuple(wanted, wanted, index, index));
     }
     EXPECT_EQ(emitted, 0);
 

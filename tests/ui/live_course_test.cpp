@@ -1,8 +1,3 @@
-#include <QDialog>
-#include <QLabel>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -32,88 +27,85 @@ class LiveCourse : public testing::Test {
     }
 
     void AppendLine() {
-        std::ofstream(demo_.File("SessionData/L2609101000.csv"), std::ios::app | std::ios::binary)
+        std::ofstream(opened_.folder.File("SessionData/L2609101000.csv"),
+                      std::ios::app | std::ios::binary)
             << kNewLine;
     }
 
     // The heading the grid shows for a log; empty when the grid has no such session.
     std::string Title(const std::string& file) {
-        for (int s = 1; s <= course_.NumSessions; ++s)
-            if (course_.SessionFile[s] == file) return Trim(SessionHeading(course_, s));
+        for (int s = 1; s <= opened_.course.NumSessions; ++s)
+            if (opened_.course.SessionFile[s] == file)
+                return Trim(SessionHeading(opened_.course, s));
         return "";
     }
 
-    QString Notice() { return window_->findChild<QLabel*>("lblNotice")->text(); }
+    QString Notice() { return opened_.window->findChild<QLabel*>("lblNotice")->text(); }
 
     int messages_ = 0;
     test::AcceptingBoxes answer_{[this](QMessageBox&) { ++messages_; }};
     test::CourseWindow opened_{[](const test::TempCourse& f) { f.CopyFrom(test::DemoCourse()); }};
-    const test::TempCourse& demo_ = opened_.folder;
-    Course& course_ = opened_.course;
-    QtHost& host_ = opened_.host;
-    std::unique_ptr<MainWindow>& window_ = opened_.window;
 };
 
 TEST_F(LiveCourse, AnAppendedLineReachesTheGridWithANotice) {
-    const int students = course_.NumStudents;
+    const int students = opened_.course.NumStudents;
     EXPECT_TRUE(Notice().isEmpty());
     AppendLine();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumStudents == students + 1; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened_.course.NumStudents == students + 1; }, 5000));
     EXPECT_EQ(Notice(), "Session " + QString::fromStdString(Title("L2609101000.csv")) + " updated");
     EXPECT_EQ(messages_, 0) << "the start's clicker warnings are not shown again";
-    EXPECT_EQ(host_.Progress(), nullptr) << "a reload is quiet";
+    EXPECT_EQ(opened_.host.Progress(), nullptr) << "a reload is quiet";
 }
 
 TEST_F(LiveCourse, ANewSessionIsShownWhenTheNewestWere) {
     auto lastHeading = [&] {
-        const GridView& view = window_->Grid().View();
+        const GridView& view = opened_.window->Grid().View();
         return view.lblSession[(kGridColumns - 1) * 7].text;
     };
     const std::string before = lastHeading();
-    std::filesystem::copy_file(demo_.File("SessionData/L2610011000.csv"),
-                               demo_.File("SessionData/L2610061000.csv"));
+    std::filesystem::copy_file(opened_.folder.File("SessionData/L2610011000.csv"),
+                               opened_.folder.File("SessionData/L2610061000.csv"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return lastHeading() != before; }, 5000));
     EXPECT_EQ(lastHeading(), Title("L2610061000.csv"));
     EXPECT_EQ(Notice(), "Session " + QString::fromStdString(Title("L2610061000.csv")) + " updated");
 
     // Scrolled back to older sessions, the view stays where it is.
-    window_->Grid().SessionScrollChanged(0);
+    opened_.window->Grid().SessionScrollChanged(0);
     const std::string older = lastHeading();
-    std::filesystem::copy_file(demo_.File("SessionData/L2610011000.csv"),
-                               demo_.File("SessionData/L2610081000.csv"));
+    std::filesystem::copy_file(opened_.folder.File("SessionData/L2610011000.csv"),
+                               opened_.folder.File("SessionData/L2610081000.csv"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Title("L2610081000.csv").empty(); }, 5000));
     EXPECT_EQ(lastHeading(), older);
 }
 
 TEST_F(LiveCourse, WaitsWhileAScreenIsOpen) {
-    const int students = course_.NumStudents;
+    const int students = opened_.course.NumStudents;
     // A screen as the program opens one: modal over the main window.
-    QDialog screen(window_.get());
+    QDialog screen(opened_.window.get());
     screen.setWindowModality(Qt::ApplicationModal);
     screen.show();
     ASSERT_EQ(QApplication::activeModalWidget(), &screen);
     AppendLine();
     QTest::qWait(2 * CourseWatch::kQuietMs + 500);
-    EXPECT_EQ(course_.NumStudents, students) << "reloaded under an open screen";
+    EXPECT_EQ(opened_.course.NumStudents, students) << "reloaded under an open screen";
     EXPECT_TRUE(Notice().isEmpty());
     screen.close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return course_.NumStudents == students + 1; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened_.course.NumStudents == students + 1; }, 5000));
     EXPECT_TRUE(Notice().endsWith(" updated")) << Notice().toStdString();
 }
 
 // A log the program saved itself (a Set Scores save) is shown by the screen that saved it: no
 // second reload, no notice; a vote the polling application appends afterwards is told again.
 TEST_F(LiveCourse, OwnSavesAreNoNews) {
-    const std::string log = demo_.File("SessionData/L2609101000.csv");
-    ASSERT_TRUE(ReplaceFile(log, test::ReadBytes(log) + kNewLine, nullptr, &host_));
+    const std::string log = opened_.folder.File("SessionData/L2609101000.csv");
+    ASSERT_TRUE(ReplaceFile(log, test::ReadBytes(log) + kNewLine, nullptr, &opened_.host));
     QTest::qWait(2 * CourseWatch::kQuietMs + 500);
     EXPECT_TRUE(Notice().isEmpty()) << Notice().toStdString();
     AppendLine();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !Notice().isEmpty(); }, 5000));
 }
 
-// ---- Files the desktop could not save
-// ------------------------------------------------------------
+// ---- Files the desktop could not save -------------------------------------------------------
 
 // Runs `work` with every message box answered; gives the texts shown, in order.
 std::vector<std::string> MessagesOf(const std::function<void()>& work) {

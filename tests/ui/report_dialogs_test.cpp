@@ -11,17 +11,13 @@
 namespace tallory {
 namespace {
 
-OptionDialog ReportPreferences() {
-    OptionDialog dialog;
-    dialog.title = "HTML Report Display Preferences";
-    dialog.heading = "Show students by";
-    dialog.choices = {"Name", "ID", "Name and ID", "Remote", "Nothing"};
-    dialog.footer = "Applies to every page";
-    dialog.acceptCaption = "Continue";
-    dialog.cancelCaption = "Stop";
-    dialog.preselected = 1;
-    return dialog;
-}
+const OptionDialog kPreferences = {.title = "HTML Report Display Preferences",
+                                   .heading = "Show students by",
+                                   .choices = {"Name", "ID", "Name and ID", "Remote", "Nothing"},
+                                   .footer = "Applies to every page",
+                                   .acceptCaption = "Continue",
+                                   .cancelCaption = "Stop",
+                                   .preselected = 1};
 
 // Runs `work` on the option dialog once QtHost has it up, then lets ChooseOption return.
 OptionChoice ChooseWith(const OptionDialog& dialog, std::function<void(QWidget&)> work) {
@@ -53,16 +49,15 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
     };
     for (const auto& [what, tick, button, index, cancelled] : cases) {
         bool checked = false;
-        OptionChoice choice = ChooseWith(ReportPreferences(), [&](QWidget& window) {
+        OptionChoice choice = ChooseWith(kPreferences, [&](QWidget& window) {
             EXPECT_EQ(window.windowTitle(), "HTML Report Display Preferences");
             EXPECT_EQ(window.findChild<QLabel*>("lblHdr")->text(), "Show students by");
             EXPECT_EQ(window.findChild<QLabel*>("lblFtr")->text(), "Applies to every page");
             EXPECT_EQ(window.findChild<QPushButton*>("CmdExport")->text(), "Continue");
             EXPECT_EQ(window.findChild<QPushButton*>("CmdStop")->text(), "Stop");
-            const char* captions[] = {"Name", "ID", "Name and ID", "Remote", "Nothing"};
             for (int i = 0; i < 5; ++i) {
                 ASSERT_NE(Option(window, i), nullptr);
-                EXPECT_EQ(Option(window, i)->text(), captions[i]);
+                EXPECT_EQ(Option(window, i)->text().toStdString(), kPreferences.choices[i]);
                 EXPECT_EQ(Option(window, i)->isChecked(), i == 1) << i;
             }
             checked = true;
@@ -72,9 +67,8 @@ TEST(OptionDialog, ShowsTheDialogAndReturnsTheTickedOption) {
             else
                 window.close();
         });
-        EXPECT_EQ(std::tuple(checked, choice.index, choice.cancelled),
-                  std::tuple(true, index, cancelled))
-            << what;
+        EXPECT_EQ(std::tuple(what, checked, choice.index, choice.cancelled),
+                  std::tuple(what, true, index, cancelled));
     }
 }
 
@@ -84,10 +78,8 @@ TEST(ReportSummaryDialog, EachLinkOpensItsPageAndCloseCloses) {
     RecordingHost host;
     ReportSummaryScreen screen(course, host);
     ReportSummaryDialog dialog(screen);
-    const char* const names[] = {"LblReport1", "LblReport2", "lblReport3"};
-    for (const char* name : names) {
-        auto* link = dialog.findChild<QLabel*>(name);
-        ASSERT_NE(link, nullptr) << name;
+    for (const char* name : {"LblReport1", "LblReport2", "lblReport3"}) {
+        QLabel* link = test::Find(dialog, name);
         EXPECT_FALSE(link->toolTip().isEmpty()) << name;
         test::Click(link);
     }

@@ -12,9 +12,7 @@
 namespace tallory {
 namespace {
 
-using test::Find;
-using test::TempCourse;
-using test::WhenOpen;
+using namespace test;
 
 // Two unregistered clickers that WebReg.dat knows: Bennett's (clear, but he has a clicker) and
 // Chen's (two Chens in the roster).
@@ -22,7 +20,7 @@ void WriteCourse(const TempCourse& folder) {
     folder.WriteRoster("Bennett,Oliver,1002\r\nChen,Wei,1003\r\nChen,Lin,1004\r\n");
     folder.WriteSettings({{"webcode", "local"}});
     folder.WriteRemotes("#AA0002,\"1002\"\r\n");
-    folder.Write("WebReg.dat", test::ReadBytes(test::DataPath("web/WebReg.csv")));
+    folder.Write("WebReg.dat", ReadBytes(DataPath("web/WebReg.csv")));
     folder.WriteLog(
         "L2609081000.csv",
         {.title = "Optics",
@@ -36,12 +34,8 @@ QStringList Rows(QDialog& dialog, const char* name) {
     return rows;
 }
 
-struct Fixture : test::CourseWindow {
-    Fixture() : CourseWindow(WriteCourse) {}
-};
-
 TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
-    Fixture fixture;
+    CourseWindow fixture(WriteCourse);
     WhenOpen("frmWebSync", [&](QDialog& dialog) {
         EXPECT_EQ(Find<QLabel>(dialog, "wNote")->text(),
                   "To update student web registrations through local, press Continue.");
@@ -63,7 +57,7 @@ TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
         auto* done = Find<QPushButton>(dialog, "wCancel");
         EXPECT_EQ(done->text(), "Done");
         // Chen Lin's votes move from the unregistered clicker to her: the change is shown first.
-        test::GoAheadOnPreview();
+        GoAheadOnPreview();
         done->click();
     });
     emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
@@ -74,14 +68,14 @@ TEST(WebSyncDialog, WalksTheClickersAndReloadsTheGrid) {
 }
 
 TEST(WebSyncDialog, TheCloseBoxCancels) {
-    Fixture fixture;
+    CourseWindow fixture(WriteCourse);
     WhenOpen("frmWebSync", [](QDialog& dialog) { dialog.reject(); });
     emit Find<CommandLabel>(*fixture.window, "lblSyncWebRegn")->clicked();
     EXPECT_EQ(fixture.folder.Remotes(), "#AA0002,\"1002\"\r\n");
 }
 
 TEST(WebUpdateDialog, SaysThereAreNoUpgrades) {
-    Fixture fixture;
+    CourseWindow fixture(WriteCourse);
     WhenOpen("frmWebUpdateSummary", [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Web Update");
         EXPECT_EQ(Find<QLineEdit>(dialog, "txtClicker")->text(), "No upgrades available");
@@ -96,8 +90,8 @@ TEST(WebUpdateDialog, SaysThereAreNoUpgrades) {
 // A server that takes the request and never answers: the instructor's Cancel stops the wait at
 // once, long before the fetch's own time limit, and nothing is written.
 TEST(WebSyncDialog, CancelStopsAFetchThatHangs) {
-    test::LocalHttpServer server(test::Silence);
-    test::CourseWindow opened([&](const TempCourse& folder) {
+    LocalHttpServer server(Silence);
+    CourseWindow opened([&](const TempCourse& folder) {
         WriteCourse(folder);
         folder.WriteSettings({{"webcode", server.Base() + "WebReg.csv"}});
     });
