@@ -20,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SessionLogs.h"
 #include "common/Paths.h"
 
 namespace {
@@ -61,17 +62,8 @@ void ReplaceWhole(const std::string& path, std::string_view bytes) {
     if (::rename(temporary.c_str(), path.c_str()) != 0) Fail(path);
 }
 
-std::vector<std::string> SessionLogs(const std::string& course) {
-    const std::string folder = tallory::CoursePath(course, "\\SessionData");
-    std::vector<std::string> logs;
-    for (const std::string& name : tallory::ListFiles(folder))
-        if (name.size() == 15 && (name[0] == 'L' || name[0] == 'l'))
-            logs.push_back(tallory::JoinPath(folder, name));
-    return logs;
-}
-
 void Purge(const std::string& course, int clickers) {
-    const std::vector<std::string> logs = SessionLogs(course);
+    const std::vector<std::string> logs = bench::SessionLogPaths(course);
     std::string bytes;
     for (int clicker = 0; clicker <= clickers; ++clicker) {
         for (const std::string& log : logs) ReadWhole(log, bytes);

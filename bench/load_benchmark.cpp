@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "SessionLogs.h"
 #include "common/Course.h"
 #include "common/Paths.h"
 #include "common/RecordingHost.h"
@@ -81,17 +82,13 @@ int main(int argc, char** argv) {
     const std::string cli = argc > 3 ? argv[3] : "";
 
     double bytes = 0;
-    std::vector<std::string> logs;
-    std::string sessionData = tallory::CoursePath(folder, "\\SessionData");
-    for (const std::string& name : tallory::ListFiles(sessionData)) {
-        if (name.size() == 15 && (name[0] == 'L' || name[0] == 'l')) {
-            logs.push_back(tallory::JoinPath(sessionData, name));
-            FILE* file = std::fopen(logs.back().c_str(), "rb");
-            if (!file) continue;
-            std::fseek(file, 0, SEEK_END);
-            bytes += static_cast<double>(std::ftell(file));
-            std::fclose(file);
-        }
+    const std::vector<std::string> logs = bench::SessionLogPaths(folder);
+    for (const std::string& log : logs) {
+        FILE* file = std::fopen(log.c_str(), "rb");
+        if (!file) continue;
+        std::fseek(file, 0, SEEK_END);
+        bytes += static_cast<double>(std::ftell(file));
+        std::fclose(file);
     }
 
     tallory::Course course;
